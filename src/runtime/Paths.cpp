@@ -1,0 +1,10 @@
+#include "runtime/Paths.h"
+
+namespace trackloom {
+
+std::string EnsureTrailingSep(std::string folder) {
+  if (folder.empty() || folder.back() != HostSep) folder += HostSep;
+  return folder;
+}
+
+}  // namespace trackloom
