@@ -6,7 +6,8 @@
 
 namespace trackloom {
 
-/// What a writer engine tells its owner, always on the UI thread. Tracks count from 1, positions and lengths are blocks.
+/// What a writer engine tells its owner, always on the UI thread. Tracks count from 1, positions and lengths are
+/// blocks.
 class CDWriterEvents {
  public:
   virtual ~CDWriterEvents() = default;

@@ -24,10 +24,10 @@ enum DiscTypeCode : std::int32_t { DiscTypeCdRom = 0, DiscTypeCdi = 16, DiscType
 /// The codes of `CDWriterEvents::OnWriteError`.
 enum WriteErrorCode : std::int32_t { ReadBufferError = 0, WriteBufferError = 1, FileError = 2, DeviceError = 3 };
 
-/// The writer engine: drives, the disc in the drive, one queue of audio tracks and one of data files, and all disc operations.
-/// An instance has its own queues, settings and listener. All members are called on the UI thread. Operations return at
-/// once and report by events, which come after the call has returned, except those of ListAudioTracks and CreateIsoImage.
-/// Settings and queues survive an operation.
+/// The writer engine: drives, the disc in the drive, one queue of audio tracks and one of data files, and all disc
+/// operations. An instance has its own queues, settings and listener. All members are called on the UI thread.
+/// Operations return at once and report by events, which come after the call has returned, except those of
+/// ListAudioTracks and CreateIsoImage. Settings and queues survive an operation.
 class CDWriterXP {
  public:
   virtual ~CDWriterXP() = default;

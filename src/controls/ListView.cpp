@@ -1,0 +1,174 @@
+#include "controls/ListView.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "controls/ControlVisitor.h"
+#include "runtime/RuntimeError.h"
+#include "runtime/Text.h"
+
+namespace trackloom {
+
+ListView::ListView(Form& form, std::string name, std::vector<ListColumn> columns, bool checkBoxes)
+    : Control(form, std::move(name)), columns_(std::move(columns)), checkBoxes_(checkBoxes) {}
+
+void ListView::accept(ControlVisitor& visitor) {
+  visitor.visit(*this);
+}
+
+void ListView::AddColumn(ListColumn column) {
+  columns_.push_back(std::move(column));
+  tell(ListChange::Kind::Columns);
+}
+
+void ListView::RemoveColumn(int column) {
+  if (column < 1 || column > static_cast<int>(columns_.size())) throw RuntimeError(RuntimeError::SubscriptOutOfRange);
+  columns_.erase(columns_.begin() + (column - 1));
+  tell(ListChange::Kind::Columns);
+}
+
+void ListView::SetColumnWidth(int column, double twips) {
+  if (column < 1 || column > static_cast<int>(columns_.size())) throw RuntimeError(RuntimeError::SubscriptOutOfRange);
+  double& width = columns_[static_cast<std::size_t>(column - 1)].width;
+  if (std::abs(width - twips) < 0.5) return;
+  width = twips;
+  tell(ListChange::Kind::Columns);
+}
+
+const ListView::Row& ListView::at(int row) const {
+  if (row < 1 || row > Count()) throw RuntimeError(RuntimeError::SubscriptOutOfRange);
+  return rows_[static_cast<std::size_t>(row - 1)];
+}
+
+ListView::Row& ListView::at(int row) {
+  return const_cast<Row&>(std::as_const(*this).at(row));
+}
+
+const std::string& ListView::SubItem(int row, int index) const {
+  const ListItem& item = Item(row);
+  if (index < 1 || index >= static_cast<int>(columns_.size())) throw RuntimeError(RuntimeError::SubscriptOutOfRange);
+  static const std::string unset;
+  const auto position = static_cast<std::size_t>(index - 1);
+  return position < item.SubItems.size() ? item.SubItems[position] : unset;
+}
+
+std::string ListView::keyOf(const ListItem& item) const {
+  if (sortKey_ <= 0) return UCase(item.Text);
+  const auto position = static_cast<std::size_t>(sortKey_ - 1);
+  return position < item.SubItems.size() ? UCase(item.SubItems[position]) : std::string();
+}
+
+bool ListView::HasText(const std::string& text) const {
+  return texts_.contains(UCase(text));
+}
+
+int ListView::Add(ListItem item) {
+  if (!sorted_) {
+    Insert(Count() + 1, std::move(item));
+    return Count();
+  }
+  const auto place = std::upper_bound(rows_.begin(), rows_.end(), keyOf(item),
+                                      [](const std::string& key, const Row& row) { return key < row.key; });
+  const int row = static_cast<int>(place - rows_.begin()) + 1;
+  Insert(row, std::move(item));
+  return row;
+}
+
+void ListView::Insert(int row, ListItem item) {
+  if (row < 1 || row > Count() + 1) throw RuntimeError(RuntimeError::SubscriptOutOfRange);
+  if (item.Checked) ++checked_;
+  ++texts_[UCase(item.Text)];
+  std::string key = sorted_ ? keyOf(item) : std::string();
+  rows_.insert(rows_.begin() + (row - 1), Row{std::make_unique<ListItem>(std::move(item)), std::move(key)});
+  if (selected_ >= row) ++selected_;
+  tell(ListChange::Kind::Inserted, row);
+}
+
+void ListView::Remove(int row) {
+  if (Item(row).Checked) --checked_;
+  const auto bearers = texts_.find(UCase(Item(row).Text));
+  if (--bearers->second == 0) texts_.erase(bearers);
+  rows_.erase(rows_.begin() + (row - 1));
+  if (selected_ == row) selected_ = 0;
+  if (selected_ > row) --selected_;
+  tell(ListChange::Kind::Removed, row);
+}
+
+void ListView::Clear() {
+  rows_.clear();
+  texts_.clear();
+  selected_ = 0;
+  checked_ = 0;
+  tell(ListChange::Kind::Reset);
+}
+
+void ListView::SetSubItem(int row, int index, std::string text) {
+  if (index < 1 || index >= static_cast<int>(columns_.size())) throw RuntimeError(RuntimeError::SubscriptOutOfRange);
+  auto& cells = at(row).item->SubItems;
+  if (cells.size() < static_cast<std::size_t>(index)) cells.resize(static_cast<std::size_t>(index));
+  cells[static_cast<std::size_t>(index - 1)] = std::move(text);
+  tell(ListChange::Kind::RowChanged, row);
+}
+
+void ListView::SetForeColor(int row, Colour colour) {
+  at(row).item->ForeColor = colour;
+  tell(ListChange::Kind::RowChanged, row);
+}
+
+void ListView::SetChecked(int row, bool checked) {
+  bool& now = at(row).item->Checked;
+  if (now == checked) return;
+  now = checked;
+  checked_ += checked ? 1 : -1;
+  tell(ListChange::Kind::RowChanged, row);
+}
+
+void ListView::SelectRow(int row) {
+  if (row < 0 || row > Count()) throw RuntimeError(RuntimeError::SubscriptOutOfRange);
+  if (row == selected_) return;
+  selected_ = row;
+  tell(ListChange::Kind::Selection, row);
+}
+
+void ListView::SetSorted(bool sorted) {
+  sorted_ = sorted;
+  if (sorted) resort();
+}
+
+void ListView::SetSortKey(int key) {
+  sortKey_ = key;
+  if (sorted_) resort();
+}
+
+void ListView::resort() {
+  const ListItem* selected = selected_ == 0 ? nullptr : at(selected_).item.get();
+  for (Row& row : rows_) row.key = keyOf(*row.item);
+  std::stable_sort(rows_.begin(), rows_.end(), [](const Row& a, const Row& b) { return a.key < b.key; });
+  const auto place =
+      std::find_if(rows_.begin(), rows_.end(), [&](const Row& row) { return row.item.get() == selected; });
+  selected_ = place == rows_.end() ? 0 : static_cast<int>(place - rows_.begin()) + 1;
+  tell(ListChange::Kind::Reset);
+}
+
+void ListView::check(int row, bool checked) {
+  if (!usable() || !checkBoxes_ || at(row).item->Checked == checked) return;
+  SetChecked(row, checked);
+  raise([this, row] {
+    if (ItemCheck) ItemCheck(row);
+  });
+}
+
+void ListView::doubleClick(int row) {
+  if (!usable()) return;
+  SelectRow(row);
+  raise(DblClick);
+}
+
+void ListView::dropFiles(const std::vector<std::string>& paths) {
+  if (!usable() || paths.empty()) return;
+  raise([&] {
+    if (FilesDropped) FilesDropped(paths);
+  });
+}
+
+}  // namespace trackloom

@@ -1,0 +1,27 @@
+#include "controls/Timer.h"
+
+#include "controls/ControlVisitor.h"
+#include "controls/Form.h"
+
+namespace trackloom {
+
+Timer::Timer(Form& form, std::string name, int interval) : Control(form, std::move(name)), interval_(interval) {
+  Enabled = false;
+}
+
+void Timer::accept(ControlVisitor& visitor) {
+  visitor.visit(*this);
+}
+
+void Timer::tick() {
+  if (!Enabled || ticking_) return;
+  const auto alive = form().keepAlive();
+  struct Guard {
+    bool& flag;
+    explicit Guard(bool& f) : flag(f) { flag = true; }
+    ~Guard() { flag = false; }
+  } guard(ticking_);
+  raise(Tick);
+}
+
+}  // namespace trackloom

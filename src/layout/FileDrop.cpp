@@ -1,0 +1,19 @@
+#include "layout/FileDrop.h"
+
+#include "model/AddTrack.h"
+#include "model/Capacity.h"
+#include "model/Session.h"
+
+namespace trackloom {
+
+void addDroppedFiles(Session& session, const std::vector<std::string>& paths) {
+  for (const std::string& path : paths) {
+    const std::string name = SplitPath(session, path);
+    const Candidate candidate{HostPath(path), session.mod.PathFolder, name};
+    if (AddTrack(session, candidate, DroppedFiles) == AddOutcome::LayoutTooBig) break;
+  }
+  finishBatch(session);
+  if (session.frmListing().ListView1.Count() > 0) UpdateCapacityDisplay(session);
+}
+
+}  // namespace trackloom

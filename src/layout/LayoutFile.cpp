@@ -1,0 +1,44 @@
+#include "layout/LayoutFile.h"
+
+#include "model/Session.h"
+#include "model/TrackRow.h"
+#include "runtime/Files.h"
+#include "runtime/Text.h"
+
+namespace trackloom {
+
+namespace {
+
+std::string quotedLine(const std::string& text) {
+  return '"' + text + '"' + CrLf;
+}
+
+std::string layoutText(Session& session) {
+  const bool audio = session.mod.LayoutType == AudioLayout;
+  const ListView& listing = session.frmListing().ListView1;
+  std::string text = quotedLine(audio ? "Audio" : "MP3");
+  text += std::to_string(listing.Count()) + CrLf;
+  text += quotedLine(session.mod.LayoutTotalText);
+  for (int row = 1; row <= listing.Count(); ++row) {
+    text += quotedLine(sourcePath(listing, row).text);
+    if (!audio) text += quotedLine(listing.SubItem(row, FolderColumn));
+  }
+  return text;
+}
+
+}  // namespace
+
+HostPath layoutFilePath(const Session& session, const std::string& name) {
+  return HostPath(session.mod.AppFolder + "Layouts" + HostSep + name + LayoutExtension);
+}
+
+void writeLayoutFile(Session& session, const HostPath& path) {
+  ReplaceFile(path, layoutText(session));
+}
+
+void SaveLayout(Session& session) {
+  writeLayoutFile(session, HostPath(session.mod.AppFolder + "Layouts" + HostSep + session.mod.LayoutFileName));
+  session.mod.LayoutSaved = true;
+}
+
+}  // namespace trackloom

@@ -1,0 +1,86 @@
+#include "layout/frmFiles.h"
+
+#include "help/HelpLaunch.h"
+#include "model/AddTrack.h"
+#include "model/Capacity.h"
+#include "model/Session.h"
+#include "runtime/Files.h"
+#include "runtime/Statements.h"
+#include "runtime/Text.h"
+
+namespace trackloom {
+
+frmFiles::frmFiles(Session& session) : Form(session.host, "frmFiles", "File Selection"), session_(session) {
+  Image1.Picture = "Files";
+  cmdCheckAll.Enabled = false;
+  cmdClearAll.Enabled = false;
+  cmdOK.Enabled = false;
+  cmdOK.Default = true;
+  cmdCancel.Cancel = true;
+  FT1.FolderChanged = [this](const std::string& folder) { skipOnError([&] { listFolder(folder); }); };
+  cmdCheckAll.Click = [this] { checkAll(true); };
+  cmdClearAll.Click = [this] { checkAll(false); };
+  cmdOK.Click = [this] { cmdOK_Click(); };
+  cmdCancel.Click = [this] { unload(); };
+  cmdHelp.Click = [this] { showHelpTopic(session_, FilesTopic); };
+}
+
+void frmFiles::Load() {
+  skipOnError([this] { FT1.SetSelectedFolder(RTrim(session_.mod.Options.LastFolder)); });
+}
+
+void frmFiles::listFolder(const std::string& path) {
+  ListView1.Clear();
+  const std::string folder = EnsureTrailingSep(path);
+  Found found;
+  listFiles(folder, ".mp3", found);
+  if (session_.mod.LayoutType == AudioLayout) listFiles(folder, ".wav", found);
+  if (ListView1.Count() == 0) return;
+  const Separators& signs = session_.ports.separators;
+  StatusBar1.SetPanelText(
+      1, FormatGrouped(found.files, signs) + " Files, " + FormatSize(static_cast<double>(found.bytes), signs));
+  cmdCheckAll.Enabled = true;
+  cmdClearAll.Enabled = true;
+  cmdOK.Enabled = true;
+  ListView1.SelectRow(1);
+}
+
+void frmFiles::listFiles(const std::string& folder, std::string_view extension, Found& found) {
+  for (const std::string& name : ListFiles(HostPath(folder), extension)) {
+    ListItem row;
+    row.Text = name;
+    const std::int64_t bytes = FileLength(HostPath(folder + name));
+    row.SubItems = {FormatSize(static_cast<double>(bytes), session_.ports.separators)};
+    ListView1.Add(std::move(row));
+    ++found.files;
+    found.bytes += bytes;
+  }
+}
+
+void frmFiles::checkAll(bool checked) {
+  for (int row = 1; row <= ListView1.Count(); ++row) ListView1.SetChecked(row, checked);
+}
+
+void frmFiles::cmdOK_Click() {
+  hide();
+  session_.ports.pump.pumpEvents();
+  const std::string folder = EnsureTrailingSep(FT1.SelectedFolder());
+  session_.mod.Options.setLastFolder(folder);
+  const bool finished = addChecked(folder);
+  ListView& listing = session_.frmListing().ListView1;
+  if (finished && listing.Count() > 0) listing.SelectRow(1);
+  finishBatch(session_);
+  unload();
+}
+
+bool frmFiles::addChecked(const std::string& folder) {
+  for (int row = 1; row <= ListView1.Count(); ++row) {
+    if (!ListView1.Item(row).Checked) continue;
+    const std::string name = ListView1.Item(row).Text;
+    const Candidate candidate{HostPath(folder + name), folder, name};
+    if (AddTrack(session_, candidate, PickedFiles) == AddOutcome::LayoutTooBig) return false;
+  }
+  return true;
+}
+
+}  // namespace trackloom

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "controls/Button.h"
+#include "controls/FolderTreeview.h"
+#include "controls/Form.h"
+#include "controls/Label.h"
+#include "controls/ListView.h"
+#include "controls/PictureBox.h"
+#include "controls/StatusBar.h"
+
+namespace trackloom {
+
+struct Session;
+
+/// Picks audio files folder by folder, and adds the checked ones to the open layout.
+class frmFiles final : public Form {
+ public:
+  explicit frmFiles(Session& session);
+
+  PictureBox Image1{*this, "Image1"};
+  Label Label1{*this, "Label1", "Browse for Audio Tracks to Add to your Layout"};
+  FolderTreeview FT1{*this, "FT1"};
+  ListView ListView1{
+      *this, "ListView1", {{"File Name", "File Name", 4200}, {"File Size", "File Size", 1400, true}}, true};
+  Button cmdCheckAll{*this, "cmdCheckAll", "Check All"};
+  Button cmdClearAll{*this, "cmdClearAll", "Clear All"};
+  Button cmdOK{*this, "cmdOK", "&Add Checked"};
+  Button cmdCancel{*this, "cmdCancel", "&Cancel"};
+  Button cmdHelp{*this, "cmdHelp", "&Help"};
+  StatusBar StatusBar1{*this, "StatusBar1"};
+
+ private:
+  /// What one look into a folder found; the bytes are a sum of 64 bits.
+  struct Found {
+    std::int64_t files = 0;
+    std::int64_t bytes = 0;
+  };
+
+  void Load() override;
+  void listFolder(const std::string& folder);
+  void listFiles(const std::string& folder, std::string_view extension, Found& found);
+  void checkAll(bool checked);
+  void cmdOK_Click();
+  /// True: the whole list was gone through, false: the layout was full.
+  bool addChecked(const std::string& folder);
+
+  Session& session_;
+};
+
+}  // namespace trackloom

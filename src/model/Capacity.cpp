@@ -1,0 +1,74 @@
+#include "model/Capacity.h"
+
+#include <cmath>
+
+#include "model/Session.h"
+
+namespace trackloom {
+
+namespace {
+
+constexpr double Kilo = 1024;
+constexpr double Mega = 1024 * Kilo;
+constexpr double Giga = 1024 * Mega;
+
+void drawMeter(Session& session, std::int32_t blocks) {
+  Tool& meter = session.frmListing().Progress1;
+  const std::int32_t scale = meter.Maximum;
+  if (blocks > scale) return;
+  meter.Value = blocks;
+  const Separators& signs = session.ports.separators;
+  const std::int16_t percent = ToInt16(static_cast<double>(blocks) / scale * 100);
+  const std::string used = blocks > 0 ? FormatGrouped(blocks, signs) : "0";
+  meter.Text =
+      used + " Blocks of " + FormatGrouped(scale, signs) + " Blocks  (" + std::to_string(percent) + "% of CD Used)";
+}
+
+}  // namespace
+
+std::int32_t layoutBlockKind(const Session& session) {
+  return session.mod.LayoutType == AudioLayout ? AudioBlocks : DataBlocks;
+}
+
+std::int32_t layoutQueueBlocks(Session& session) {
+  CDWriterXP& writer = *session.frmListing().CDR1;
+  return session.mod.LayoutType == AudioLayout ? writer.AudioQueueBlocks() : writer.DataQueueBlocks();
+}
+
+std::string FormatSize(double bytes, const Separators& separators) {
+  if (bytes >= Giga) return FormatFixed2(bytes / Giga, separators) + " GB";
+  if (bytes >= Mega) return FormatFixed2(bytes / Mega, separators) + " MB";
+  if (bytes >= Kilo) return FormatFixed2(bytes / Kilo, separators) + " KB";
+  if (!(std::abs(bytes) < Giga)) return "0 Bytes";
+  return std::to_string(static_cast<std::int64_t>(bytes)) + " Bytes";
+}
+
+void UpdateCapacityDisplay(Session& session) {
+  Trackloom50Mod1& mod = session.mod;
+  if (!mod.LayoutOpen) return;
+  ListingWindow& window = session.frmListing();
+  CDWriterXP& writer = *window.CDR1;
+
+  const std::int32_t queued = layoutQueueBlocks(session);
+  const std::int32_t bytes = writer.BlocksToBytes(queued, layoutBlockKind(session));
+  const std::int32_t charged = ToInt32(std::int64_t{queued} + std::int64_t{TrackCharge} * window.ListView1.Count());
+  drawMeter(session, charged);
+
+  if (mod.LayoutType == AudioLayout) {
+    mod.LayoutTotalText = writer.BlocksToTime(charged);
+    window.panel3.Text =
+        "Layout Time:  " + mod.LayoutTotalText + " - Disc Time:  " + writer.BlocksToTime(mod.DiscBlocks) + " ";
+  } else {
+    mod.LayoutTotalText = FormatSize(bytes, session.ports.separators);
+    window.panel3.Text = "Layout Size:  " + mod.LayoutTotalText +
+                         " - Disc Size:  " + FormatSize(mod.DiscBytes, session.ports.separators) + " ";
+  }
+}
+
+void CheckRoomForTrack(Session& session) {
+  ListingWindow& window = session.frmListing();
+  const std::int64_t charges = std::int64_t{TrackCharge} * window.ListView1.Count() + TrackCharge;
+  session.mod.TrackWontFit = ToInt32(layoutQueueBlocks(session) + charges) > window.Progress1.Maximum;
+}
+
+}  // namespace trackloom

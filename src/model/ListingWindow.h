@@ -1,0 +1,49 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+
+#include "controls/DockStudio.h"
+#include "controls/Form.h"
+#include "controls/ListView.h"
+#include "controls/Timer.h"
+#include "ports/CDWriterXP.h"
+
+namespace trackloom {
+
+/// The main window as all features see it: the open layout's rows, the bars, the engines, and the flags of its
+/// handlers. The rows of ListView1 are the track records: Text the file name, SubItems(1) the source folder with its
+/// trailing separator, SubItems(2) the time text, SubItems(3) the disc folder on MP3 layouts.
+class ListingWindow : public Form {
+  CDWriterEvents silent_;
+
+ public:
+  /// `writeEvents` hears CDR1 and outlives the window.
+  ListingWindow(FormHost& host, WriterEngines& engines, CDWriterEvents& writeEvents);
+
+  DockStudio DockStudio1;
+  ListView ListView1;
+  Timer Timer1{*this, "Timer1", 3000};
+  Timer Timer2{*this, "Timer2", 3000};
+
+  /// The writer engine of all disc operations.
+  std::unique_ptr<CDWriterXP> CDR1;
+  /// Measures one file at a time, and never writes.
+  std::unique_ptr<CDWriterXP> CDR2;
+
+  Tool& panel1;
+  Tool& panel2;
+  Tool& panel3;
+  Tool& Progress1;
+  Tool& cboMainDrive;
+
+  /// True from the end of the placement until the first activation.
+  bool Loading = false;
+  /// True only in a second instance that is closing itself.
+  bool ClosingDuplicate = false;
+  std::int16_t TotalTracks = 0;
+  std::int32_t TrackBlocks = 0;
+  std::int16_t QueueIndexOfSelection = 0;
+};
+
+}  // namespace trackloom

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "ports/CDWriterXP.h"
+#include "ports/CommonControls.h"
+#include "ports/EventPump.h"
+#include "ports/HelpEngine.h"
+#include "ports/MessageBoxes.h"
+#include "ports/Process.h"
+#include "ports/ShellOpener.h"
+#include "runtime/Numbers.h"
+
+namespace trackloom {
+
+/// What a running program asks of the world. All of it outlives the program.
+struct Ports {
+  MessageBoxes& boxes;
+  EventPump& pump;
+  Process& process;
+  WriterEngines& writers;
+  ShellOpener& opener;
+  HelpEngine& help;
+  CommonControls& commonControls;
+  Separators separators;
+};
+
+}  // namespace trackloom

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <string>
+
+namespace trackloom {
+
+enum class BoxButtons { Ok, OkCancel, YesNo, YesNoCancel };
+enum class BoxIcon { Information, Question, Exclamation, Critical };
+enum class BoxAnswer { Ok, Cancel, Yes, No };
+
+/// A message to the user. Paragraphs of the text are parted by two line breaks, each a carriage return and a line feed.
+struct MessageBox {
+  std::string title;
+  std::string text;
+  BoxButtons buttons = BoxButtons::Ok;
+  BoxIcon icon = BoxIcon::Exclamation;
+};
+
+/// Asks the user. The first button is the default; Esc answers Cancel where there is one and OK where that is all there
+/// is.
+class MessageBoxes {
+ public:
+  virtual ~MessageBoxes() = default;
+
+  /// Returns once answered; engine events and timers go on meanwhile.
+  virtual BoxAnswer show(const MessageBox& box) = 0;
+};
+
+}  // namespace trackloom

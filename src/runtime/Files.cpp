@@ -1,0 +1,144 @@
+#include "runtime/Files.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <climits>
+#include <cstdlib>
+#include <filesystem>
+#include <memory>
+#include <utility>
+
+#include "runtime/RuntimeError.h"
+#include "runtime/Text.h"
+
+namespace trackloom {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// An open file; closed when it goes.
+class Descriptor {
+ public:
+  Descriptor(const std::string& path, int flags) : fd_(::open(path.c_str(), flags | O_CLOEXEC, 0666)) {
+    if (fd_ < 0) throw RuntimeError::fromErrno(errno);
+  }
+  ~Descriptor() { close(); }
+  Descriptor(const Descriptor&) = delete;
+  Descriptor& operator=(const Descriptor&) = delete;
+
+  int get() const { return fd_; }
+  int close() { return fd_ < 0 ? 0 : ::close(std::exchange(fd_, -1)); }
+
+ private:
+  int fd_;
+};
+
+void writeAll(int fd, std::string_view bytes) {
+  while (!bytes.empty()) {
+    const ssize_t written = ::write(fd, bytes.data(), bytes.size());
+    if (written < 0 && errno == EINTR) continue;
+    if (written < 0) throw RuntimeError::fromErrno(errno);
+    bytes.remove_prefix(static_cast<std::size_t>(written));
+  }
+}
+
+std::string linkTarget(const std::string& path) {
+  const std::unique_ptr<char, decltype(&std::free)> resolved(::realpath(path.c_str(), nullptr), &std::free);
+  return resolved ? std::string(resolved.get()) : path;
+}
+
+bool endsIn(std::string_view name, std::string_view upperExtension) {
+  return name.size() >= upperExtension.size() &&
+         UCase(name.substr(name.size() - upperExtension.size())) == upperExtension;
+}
+
+}  // namespace
+
+bool FileExists(const HostPath& path) {
+  std::error_code error;
+  return fs::is_regular_file(path.text, error);
+}
+
+bool FolderExists(const HostPath& path) {
+  std::error_code error;
+  return fs::is_directory(path.text, error);
+}
+
+std::int64_t FileLength(const HostPath& path) {
+  struct stat entry {};
+  if (::stat(path.text.c_str(), &entry) != 0) throw RuntimeError::fromErrno(errno);
+  return entry.st_size;
+}
+
+std::vector<std::string> ListFiles(const HostPath& folder, std::string_view extension) {
+  const std::string wanted = UCase(extension);
+  std::vector<std::pair<std::string, std::string>> found;
+  std::error_code error;
+  for (fs::directory_iterator entry(folder.text, error), end; !error && entry != end; entry.increment(error)) {
+    std::error_code skipped;
+    std::string name = entry->path().filename().string();
+    if (endsIn(name, wanted) && entry->is_regular_file(skipped)) found.emplace_back(UCase(name), name);
+  }
+  if (error) throw RuntimeError::fromErrno(error.value());
+  std::sort(found.begin(), found.end());
+  std::vector<std::string> names;
+  names.reserve(found.size());
+  for (auto& entry : found) names.push_back(std::move(entry.second));
+  return names;
+}
+
+HostPath HomeFolder() {
+  const char* home = std::getenv("HOME");
+  return HostPath(home != nullptr && *home == HostSep ? home : "/");
+}
+
+void MakeFolder(const HostPath& path) {
+  if (::mkdir(path.text.c_str(), 0777) != 0) throw RuntimeError::fromErrno(errno);
+}
+
+void TouchFile(const HostPath& path) {
+  Descriptor file(path.text, O_WRONLY | O_CREAT | O_TRUNC);
+  if (file.close() != 0) throw RuntimeError::fromErrno(errno);
+}
+
+std::string ReadStart(const HostPath& path, std::size_t length) {
+  const Descriptor file(path.text, O_RDONLY | O_NONBLOCK);
+  std::string bytes(length, '\0');
+  std::size_t done = 0;
+  while (done < length) {
+    const ssize_t got = ::read(file.get(), bytes.data() + done, length - done);
+    if (got < 0 && errno == EINTR) continue;
+    if (got < 0) throw RuntimeError::fromErrno(errno);
+    if (got == 0) break;
+    done += static_cast<std::size_t>(got);
+  }
+  bytes.resize(done);
+  return bytes;
+}
+
+void WriteStart(const HostPath& path, std::string_view bytes) {
+  Descriptor file(path.text, O_RDWR | O_CREAT);
+  writeAll(file.get(), bytes);
+  if (file.close() != 0) throw RuntimeError::fromErrno(errno);
+}
+
+void ReplaceFile(const HostPath& path, std::string_view bytes) {
+  const std::string target = linkTarget(path.text);
+  const std::string aside = target + ".new" + std::to_string(::getpid());
+  try {
+    Descriptor file(aside, O_WRONLY | O_CREAT | O_TRUNC);
+    writeAll(file.get(), bytes);
+    if (::fsync(file.get()) != 0 || file.close() != 0) throw RuntimeError::fromErrno(errno);
+    if (::rename(aside.c_str(), target.c_str()) != 0) throw RuntimeError::fromErrno(errno);
+  } catch (const RuntimeError&) {
+    ::unlink(aside.c_str());
+    throw;
+  }
+}
+
+}  // namespace trackloom

@@ -1,0 +1,153 @@
+#include "shell/frmListing.h"
+
+#include "layout/FileDrop.h"
+#include "model/Capacity.h"
+#include "model/CommandStates.h"
+#include "model/DockState.h"
+#include "model/OptionsFile.h"
+#include "model/Session.h"
+#include "runtime/Files.h"
+#include "runtime/Statements.h"
+#include "runtime/Text.h"
+#include "shell/DriveSelection.h"
+#include "shell/ProgramForms.h"
+#include "writing/RecordFlow.h"
+
+namespace trackloom {
+
+namespace {
+
+/// Far beyond any dock state; what is longer is no dock state.
+constexpr std::size_t LargestDockState = 1 << 21;
+
+}  // namespace
+
+frmListing::frmListing(Session& session, ProgramForms& forms, CDWriterEvents& writeEvents)
+    : ListingWindow(session.host, session.ports.writers, writeEvents),
+      session_(session),
+      forms_(forms),
+      commands_(session, forms) {
+  connectEvents();
+}
+
+void frmListing::connectEvents() {
+  DockStudio1.ToolClick = [this](const Tool& tool) { commands_.dispatch(tool.Name()); };
+  DockStudio1.ClientAreaChanged = [this] { commands_.resize(); };
+  DockStudio1.ComboChanged = [this](const Tool& tool, const ComboEntry& entry) { driveChosen(session_, tool, entry); };
+  DockStudio1.MenuOpened = [this](const std::string& menu) {
+    if (menu == "mnuTools") UpdateCommandStates(session_);
+  };
+  ListView1.DblClick = [this] { commands_.PlaySelectedTrack(); };
+  ListView1.FilesDropped = [this](const std::vector<std::string>& paths) { addDroppedFiles(session_, paths); };
+  Timer1.Tick = [this] {
+    startRealWrite(session_);
+    Timer1.Enabled = false;
+  };
+  Timer2.Tick = [this] { startNextCopy(session_, forms_.writing); };
+}
+
+void frmListing::Load() {
+  if (session_.ports.process.isSecondInstance()) {
+    ClosingDuplicate = true;
+    unload();
+    return;
+  }
+  ClosingDuplicate = false;
+  setAppFolder();
+  LoadDockLayout();
+  EnsureLayoutsFolder();
+  LoadOptions(session_);
+  RestoreWindowPlacement();
+  Loading = true;
+  skipOnError([this] { InitDrives(session_, forms_.shell.frmNOCD); });
+  session_.mod.LayoutOpen = false;
+  session_.mod.LayoutSaved = true;
+  session_.mod.LayoutFileName.clear();
+  skipOnError([this] { UpdateCommandStates(session_); });
+  if (!session_.mod.DriveOpen) forms_.shell.frmNOCD->showModal(this);
+}
+
+void frmListing::setAppFolder() {
+  skipOnError([this] { session_.mod.AppFolder = EnsureTrailingSep(Trim(session_.ports.process.executableFolder())); });
+}
+
+void frmListing::LoadDockLayout() {
+  const HostPath file(session_.mod.AppFolder + "Trackloom.dsl");
+  if (!FileExists(file)) return;
+  skipOnError([&] {
+    if (const auto state = DockState::decode(ReadStart(file, LargestDockState))) state->applyTo(DockStudio1);
+  });
+}
+
+void frmListing::SaveDockLayout() {
+  skipOnError(
+      [this] { ReplaceFile(HostPath(session_.mod.AppFolder + "Trackloom.dsl"), DockState::of(DockStudio1).encode()); });
+}
+
+void frmListing::EnsureLayoutsFolder() {
+  const HostPath folder(session_.mod.AppFolder + "Layouts");
+  if (!FolderExists(folder)) skipOnError([&] { MakeFolder(folder); });
+}
+
+void frmListing::RestoreWindowPlacement() {
+  const OptionsRecord& options = session_.mod.Options;
+  Placement place = placement;
+  if (options.WinWidth != 0 || options.WinHeight != 0 || options.WinLeft != 0 || options.WinTop != 0)
+    place = {WindowState::Normal, options.WinLeft, options.WinTop, options.WinWidth, options.WinHeight};
+  else
+    place.state = WindowState::Maximized;
+  placement = place;
+}
+
+void frmListing::Activate() {
+  if (!Loading) return;
+  Loading = false;
+  if (FileExists(HostPath(session_.mod.AppFolder + "NoShow.dat"))) return;
+  forms_.layout.frmNewOption->showModal(this);
+  if (!session_.mod.LayoutOpen) return;
+  commands_.resize();
+  UpdateCapacityDisplay(session_);
+}
+
+bool frmListing::QueryUnload(CloseReason) {
+  const Trackloom50Mod1& mod = session_.mod;
+  const bool nothingToSave = ListView1.Count() == 0 && mod.LayoutFileName.empty();
+  if (mod.LayoutSaved || mod.Options.PromptSave != 1 || nothingToSave) return true;
+  const BoxAnswer answer =
+      session_.ask({"Save Layout", "Save the currently open layout?", BoxButtons::YesNoCancel, BoxIcon::Question});
+  if (answer == BoxAnswer::Yes) skipOnError([this] { commands_.saveOrAskName(); });
+  return answer != BoxAnswer::Cancel;
+}
+
+void frmListing::Unload() {
+  if (!ClosingDuplicate) {
+    storePlacement();
+    session_.mod.Options.SavedDrive = session_.mod.CurrentDrive;
+    skipOnError([this] { writeOptionsFile(session_); });
+    blankStatus();
+    SaveDockLayout();
+  }
+  session_.ports.process.end(0);
+}
+
+void frmListing::storePlacement() {
+  OptionsRecord& options = session_.mod.Options;
+  const Placement& place = placement;
+  const bool normal = place.state == WindowState::Normal;
+  const auto store = [normal](std::int16_t& field, std::int32_t twips) {
+    skipOnError([&] { field = normal ? ToInt16(twips) : std::int16_t{0}; });
+  };
+  store(options.WinLeft, place.left);
+  store(options.WinTop, place.top);
+  store(options.WinWidth, place.width);
+  store(options.WinHeight, place.height);
+}
+
+void frmListing::blankStatus() {
+  panel1.Text = "";
+  panel3.Text = "";
+  Progress1.Text = "";
+  Progress1.Value = 0;
+}
+
+}  // namespace trackloom

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "model/ListingWindow.h"
+#include "shell/Commands.h"
+
+namespace trackloom {
+
+struct ProgramForms;
+struct Session;
+
+/// The main window's own handlers: its start, its first activation, its commands, and the close that ends the process.
+class frmListing final : public ListingWindow {
+ public:
+  frmListing(Session& session, ProgramForms& forms, CDWriterEvents& writeEvents);
+
+ private:
+  void Load() override;
+  void Activate() override;
+  bool QueryUnload(CloseReason reason) override;
+  void Unload() override;
+
+  void connectEvents();
+  void setAppFolder();
+  void LoadDockLayout();
+  void SaveDockLayout();
+  void EnsureLayoutsFolder();
+  void RestoreWindowPlacement();
+  void storePlacement();
+  void blankStatus();
+
+  Session& session_;
+  ProgramForms& forms_;
+  Commands commands_;
+};
+
+}  // namespace trackloom

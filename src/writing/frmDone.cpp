@@ -1,0 +1,46 @@
+#include "writing/frmDone.h"
+
+#include "model/Session.h"
+
+namespace trackloom {
+
+namespace {
+
+/// The first condition that holds gives the text; the kind of layout decides, not the operation that has ended.
+std::string resultText(Session& session) {
+  if (session.mod.WritePhase == TestOnly)
+    return "Test creation of the current layout was performed successfully.  No errors were encountered during the "
+           "testing process.";
+  const bool closed = session.frmListing().CDR1->CloseDisc();
+  switch (session.mod.LayoutType) {
+    case AudioLayout:
+      return closed ? "The created audio disc is ready to be played in any standard CD player.  No further tracks can "
+                      "be added to this disc."
+                    : "The created audio disc has been left open so you can add further audio tracks.  The disc cannot "
+                      "be played as a standard Audio CD until you choose Close Session from the Tools/CD Information "
+                      "Info option with the disc inserted.";
+    case Mp3Layout:
+      return closed ? "The created MP3 style CD is ready to be played in any MP3 compatible player.  No further tracks "
+                      "can be added to this disc."
+                    : "The created MP3 style CD has been left open so further MP3 tracks can be added to it.  The disc "
+                      "may or may not play in an MP3 player until you choose Close Disc from the Tools/CD Information "
+                      "option with the disc inserted.";
+    default:
+      return "The created disc now contains the chosen ISO image.  The disc has been closed for any further writing.";
+  }
+}
+
+}  // namespace
+
+frmDone::frmDone(Session& session) : Form(session.host, "frmDone", "Record Operation"), session_(session) {
+  Image1.Picture = "Done";
+  cmdClose.Default = true;
+  cmdClose.Cancel = true;
+  cmdClose.Click = [this] { unload(); };
+}
+
+void frmDone::Load() {
+  lblTypeInfo.Caption = resultText(session_);
+}
+
+}  // namespace trackloom

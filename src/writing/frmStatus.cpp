@@ -1,0 +1,38 @@
+#include "writing/frmStatus.h"
+
+#include "model/Session.h"
+#include "runtime/Text.h"
+
+namespace trackloom {
+
+frmStatus::frmStatus(Session& session) : Form(session.host, "frmStatus", "CD Creation Status"), session_(session) {
+  Image1.Picture = "Status";
+  cmdCancel.Click = [this] { cmdCancel_Click(); };
+}
+
+void frmStatus::Load() {
+  lblSpeed.Caption = session_.mod.WriteSpeedText;
+}
+
+void frmStatus::say(Label& label, const std::string& text) {
+  label.Caption = text;
+  label.Refresh();
+}
+
+void frmStatus::cmdCancel_Click() {
+  const BoxAnswer answer =
+      session_.ask({"Cancel", "Cancel the current record operation?", BoxButtons::OkCancel, BoxIcon::Question});
+  if (answer == BoxAnswer::Cancel) return;
+  CDWriterXP& writer = *session_.frmListing().CDR1;
+  writer.AbortWrite();
+  hide();
+  session_.frmListing().show();
+  session_.ask({"Operation Cancelled",
+                std::string("The current write operation has been cancelled.") + ParagraphBreak +
+                    "The inserted disc may be unusable now.",
+                BoxButtons::Ok, BoxIcon::Information});
+  writer.EjectDisc();
+  unload();
+}
+
+}  // namespace trackloom
