@@ -1,0 +1,55 @@
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "controls/Form.h"
+#include "controls/FormHost.h"
+#include "ports/MessageBoxes.h"
+
+namespace trackloom::fakes {
+
+/// Plays the user before the desk: answers the boxes and modal forms that a test has announced, in that order, and
+/// fails on any other. A modal form's script must leave it hidden or unloaded.
+class ScriptedDesk final : public FormHost, public MessageBoxes {
+ public:
+  /// Announces a box of this title; the answer is given when it comes.
+  void expectBox(const std::string& title, BoxAnswer answer);
+  /// Announces a modal form; `script` does what the user does in it.
+  template <class T>
+  void expectForm(const std::string& name, std::function<void(T&)> script) {
+    expected_.push_back(
+        {name, BoxAnswer::Ok, [script = std::move(script)](Form& form) { script(dynamic_cast<T&>(form)); }});
+  }
+  /// Everything announced has come.
+  bool finished() const { return expected_.empty(); }
+
+  /// The boxes that have been shown, the last one at the end.
+  std::vector<MessageBox> boxes;
+  const MessageBox& lastBox() const { return boxes.back(); }
+  /// What was shown, hidden and unloaded, such as "show frmOpen", and painted out of turn.
+  std::vector<std::string> transcript;
+  /// Runs before each box is answered; for what happens while one is open.
+  std::function<void(const MessageBox&)> whileBoxIsOpen;
+
+  void show(Form& form) override;
+  void showModal(Form& form, Form* owner) override;
+  void hide(Form& form) override;
+  void discard(Form& form) override;
+  void repaint(Control& control) override;
+  BoxAnswer show(const MessageBox& box) override;
+
+ private:
+  struct Expected {
+    std::string what;
+    BoxAnswer answer = BoxAnswer::Ok;
+    std::function<void(Form&)> script;
+  };
+  Expected next(const std::string& what);
+
+  std::deque<Expected> expected_;
+};
+
+}  // namespace trackloom::fakes
