@@ -1,0 +1,196 @@
+#include "layout/frmFiles.h"
+
+#include <catch2/catch.hpp>
+
+#include "fakes/Machine.h"
+#include "runtime/Text.h"
+
+namespace trackloom {
+
+using fakes::Machine;
+
+namespace {
+
+/// A machine with a layout of the kind and some folders of files.
+class Picker : public Machine {
+ public:
+  explicit Picker(std::int16_t kind) {
+    startQuietly();
+    newLayout(kind);
+    for (const char* name : {"mixed/b.mp3", "mixed/01 z.MP3", "mixed/a.wav", "mixed/notes.txt"}) makeTrack(name, 100);
+    makeTrack("waves/x.wav", 100);
+    std::filesystem::create_directories(folder / "music/empty");
+    std::filesystem::create_directories(folder / "music/mixed/folder.mp3");
+  }
+
+  void pick(std::function<void(frmFiles&)> script) {
+    desk.expectForm<frmFiles>("frmFiles", std::move(script));
+    click("AddFiles");
+  }
+  std::string music(const std::string& name) const { return folder / ("music/" + name); }
+};
+
+std::string namesOf(const frmFiles& form) {
+  std::string names;
+  for (int row = 1; row <= form.ListView1.Count(); ++row) names += form.ListView1.Item(row).Text + ";";
+  return names;
+}
+
+}  // namespace
+
+TEST_CASE("The list has the MP3 files before the WAV files, each sorted by name, with sizes and a total") {
+  Picker machine(AudioLayout);
+  machine.pick([&](frmFiles& form) {
+    CHECK(form.caption == std::string("File Selection"));
+    CHECK_FALSE(form.cmdOK.Enabled);
+    form.FT1.choose(machine.music("mixed"));
+    CHECK(namesOf(form) == "01 z.MP3;b.mp3;a.wav;");
+    CHECK(form.ListView1.SubItem(1, 1) == "1 Bytes");
+    CHECK(form.StatusBar1.PanelText(1) == "3 Files, 3 Bytes");
+    CHECK(form.ListView1.SelectedRow() == 1);
+    CHECK(form.ListView1.CheckedCount() == 0);
+    CHECK(form.cmdOK.Enabled);
+    form.cmdCancel.click();
+  });
+}
+
+TEST_CASE("An MP3 layout lists no WAV files") {
+  Picker machine(Mp3Layout);
+  machine.pick([&](frmFiles& form) {
+    form.FT1.choose(machine.music("waves"));
+    CHECK(form.ListView1.Count() == 0);
+    form.FT1.choose(machine.music("mixed"));
+    CHECK(namesOf(form) == "01 z.MP3;b.mp3;");
+    form.cmdCancel.click();
+  });
+}
+
+TEST_CASE("An empty folder empties the list and leaves the old words and buttons") {
+  Picker machine(AudioLayout);
+  machine.addTrack("kept.mp3", 5);
+  machine.mod().LayoutSaved = true;
+  machine.pick([&](frmFiles& form) {
+    form.FT1.choose(machine.music("mixed"));
+    form.FT1.choose(machine.music("empty"));
+    CHECK(form.ListView1.Count() == 0);
+    CHECK(form.StatusBar1.PanelText(1) == "3 Files, 3 Bytes");
+    CHECK(form.cmdOK.Enabled);
+    form.cmdOK.click();
+  });
+  CHECK(machine.window().ListView1.Count() == 1);
+  CHECK_FALSE(machine.mod().LayoutSaved);
+}
+
+TEST_CASE("Add Checked takes the checked rows in order, remembers the folder and selects the first row") {
+  Picker machine(AudioLayout);
+  machine.pick([&](frmFiles& form) {
+    form.FT1.choose(machine.music("mixed"));
+    form.cmdCheckAll.click();
+    CHECK(form.ListView1.CheckedCount() == 3);
+    form.cmdClearAll.click();
+    CHECK(form.ListView1.CheckedCount() == 0);
+    form.ListView1.check(1, true);
+    form.ListView1.check(3, true);
+    form.cmdOK.click();
+  });
+  ListView& listing = machine.window().ListView1;
+  REQUIRE(listing.Count() == 2);
+  CHECK(listing.Item(1).Text == "01 z.MP3");
+  CHECK(listing.Item(2).Text == "a.wav");
+  CHECK(listing.SelectedRow() == 1);
+  CHECK(RTrim(machine.mod().Options.LastFolder) == machine.music("mixed") + "/");
+  CHECK(machine.window().Progress1.Text == std::string("500 Blocks of 359,849 Blocks  (0% of CD Used)"));
+  CHECK(machine.enabled("Record"));
+
+  machine.pick([&](frmFiles& form) {
+    CHECK(form.FT1.SelectedFolder() == machine.music("mixed"));
+    CHECK(form.ListView1.Count() == 3);
+    form.cmdCancel.click();
+  });
+}
+
+TEST_CASE("A LastFolder that has vanished leaves the tree at home") {
+  Picker machine(AudioLayout);
+  machine.mod().Options.setLastFolder("/no/such/folder/");
+  machine.pick([](frmFiles& form) {
+    CHECK(form.FT1.SelectedFolder() != "/no/such/folder");
+    CHECK(form.ListView1.Count() == 0);
+    form.cmdCancel.click();
+  });
+}
+
+TEST_CASE("Too big ends the batch, closes the dialog and keeps what was added before, without the selection") {
+  Picker machine(AudioLayout);
+  machine.engines.stage.disc->freeAudio = 600;
+  machine.newLayout(AudioLayout);
+  machine.pick([&](frmFiles& form) {
+    form.FT1.choose(machine.music("mixed"));
+    form.cmdCheckAll.click();
+    machine.desk.expectBox("Layout Too Big", BoxAnswer::Ok);
+    form.cmdOK.click();
+  });
+  CHECK(machine.window().ListView1.Count() == 2);
+  CHECK(machine.window().ListView1.SelectedRow() == 0);
+  CHECK_FALSE(machine.mod().LayoutSaved);
+}
+
+TEST_CASE("A drop takes MP3 and WAV files whatever their case, and passes over all else without a word") {
+  Picker machine(AudioLayout);
+  ListView& listing = machine.window().ListView1;
+  listing.dropFiles({machine.music("mixed/notes.txt"), machine.music("mixed/01 z.MP3"), machine.music("waves/x.wav"),
+                     machine.music("empty")});
+  CHECK(listing.Count() == 2);
+  CHECK(machine.desk.boxes.empty());
+}
+
+TEST_CASE("A WAV file dropped on an MP3 layout makes no row and no words, but the limit is tested") {
+  Picker machine(Mp3Layout);
+  ListView& listing = machine.window().ListView1;
+  listing.dropFiles({machine.music("waves/x.wav")});
+  CHECK(listing.Count() == 0);
+  CHECK(machine.desk.boxes.empty());
+
+  machine.window().Progress1.Maximum = 100;
+  machine.desk.expectBox("Layout Too Big", BoxAnswer::Ok);
+  listing.dropFiles({machine.music("waves/x.wav")});
+}
+
+TEST_CASE("Nothing can be dropped while no layout is open") {
+  Machine machine;
+  machine.startQuietly();
+  machine.addTrack("a.mp3", 10);
+  CHECK(machine.window().ListView1.Count() == 0);
+}
+
+TEST_CASE("Removing a track finds its queue number in spite of gaps") {
+  Picker machine(AudioLayout);
+  for (const char* name : {"a.mp3", "b.mp3", "c.mp3"}) machine.addTrack(name, 10);
+  const auto remove = [&](int row) {
+    machine.window().ListView1.SelectRow(row);
+    machine.desk.expectBox("Remove Track", BoxAnswer::Ok);
+    machine.click("Delete");
+  };
+  remove(1);
+  remove(1);
+  REQUIRE(machine.cdr1().audioQueue.size() == 1);
+  CHECK(machine.cdr1().audioQueue[0].first == 3);
+  CHECK(machine.mod().NextTrackNumber == 4);
+  CHECK(machine.desk.lastBox().text == "Remove the selected track from your layout?");
+  remove(1);
+  CHECK_FALSE(machine.enabled("Delete"));
+}
+
+TEST_CASE("Removing the last row of a disc folder removes the folder from the queue too") {
+  Picker machine(Mp3Layout);
+  machine.addTrack("x.mp3", 10);
+  machine.window().ListView1.SelectRow(1);
+  machine.engines.stage.take();
+  machine.desk.expectBox("Remove Track", BoxAnswer::Ok);
+  machine.click("Delete");
+  const auto calls = machine.engines.stage.take();
+  REQUIRE(calls.size() >= 2);
+  CHECK(calls[0] == "CDR1.RemoveDataFile(\\x.mp3)");
+  CHECK(calls[1] == "CDR1.RemoveDataFile(No Folder)");
+}
+
+}  // namespace trackloom
