@@ -1,0 +1,195 @@
+#include <catch2/catch.hpp>
+
+#include "controls/Button.h"
+#include "controls/CheckBox.h"
+#include "controls/ComboBox.h"
+#include "controls/DockStudio.h"
+#include "controls/FormSlot.h"
+#include "controls/OptionButton.h"
+#include "controls/ProgressBarEx.h"
+#include "controls/TextBox.h"
+#include "controls/Timer.h"
+#include "fakes/ScriptedDesk.h"
+#include "runtime/RuntimeError.h"
+
+namespace trackloom {
+
+namespace {
+
+struct Sample : Form {
+  explicit Sample(FormHost& host, std::string& log) : Form(host, "Sample", "caption"), log_(log) {}
+  ~Sample() override { log_ += "destroyed "; }
+
+  Button button{*this, "button", "&Go"};
+  OptionGroup group;
+  OptionButton first{*this, group, "first", "1"};
+  OptionButton second{*this, group, "second", "2"};
+  TextBox text{*this, "text", "preset text", 5};
+  ComboBox combo{*this, "combo"};
+  ProgressBarEx bar{*this, "bar"};
+  Timer timer{*this, "timer", 100};
+
+ protected:
+  void Load() override { log_ += "load "; }
+  void Unload() override { log_ += "unload "; }
+
+ private:
+  std::string& log_;
+};
+
+struct Slots {
+  fakes::ScriptedDesk host;
+  std::string log;
+  FormSlot<Sample> slot{[this] { return std::make_shared<Sample>(host, log); }};
+};
+
+}  // namespace
+
+TEST_CASE("A form comes into being at first touch and is made anew after its unload") {
+  Slots slots;
+  CHECK_FALSE(slots.slot.exists());
+  slots.slot->button.Caption = "changed";
+  CHECK(slots.log == "load ");
+  slots.slot->show();
+  slots.slot.unload();
+  CHECK(slots.log == "load unload destroyed ");
+  CHECK_FALSE(slots.slot.exists());
+  CHECK(slots.slot->button.Caption == std::string("&Go"));
+  slots.slot.unload();
+  slots.slot.unload();
+}
+
+TEST_CASE("A handler that unloads its own form runs on with its controls still readable") {
+  Slots slots;
+  std::string seen;
+  slots.slot->button.Click = [&] {
+    Sample& form = slots.slot.get();
+    form.unload();
+    slots.log += "still running ";
+    seen = form.text.Text;
+  };
+  slots.slot->show();
+  slots.slot->button.click();
+  CHECK(seen == "preset text");
+  CHECK(slots.log == "load unload still running destroyed ");
+}
+
+TEST_CASE("A disabled or hidden control does nothing for its user") {
+  Slots slots;
+  int clicks = 0;
+  Sample& form = slots.slot.get();
+  form.button.Click = [&] { ++clicks; };
+  form.button.Enabled = false;
+  form.button.click();
+  form.button.Enabled = true;
+  form.button.Visible = false;
+  form.button.click();
+  CHECK(clicks == 0);
+  form.button.Visible = true;
+  form.button.click();
+  CHECK(clicks == 1);
+}
+
+TEST_CASE("A property tells its watchers once, and only when it changes") {
+  Slots slots;
+  int told = 0;
+  Sample& form = slots.slot.get();
+  {
+    const Connection watch = form.button.changed.connect([&] { ++told; });
+    form.button.Caption = "&Go";
+    CHECK(told == 0);
+    form.button.Caption = "&Stop";
+    CHECK(told == 1);
+  }
+  form.button.Caption = "x";
+  CHECK(told == 1);
+}
+
+TEST_CASE("One option button of a group is selected at most") {
+  Slots slots;
+  Sample& form = slots.slot.get();
+  CHECK_FALSE(form.first.selected());
+  form.first.click();
+  form.second.click();
+  CHECK_FALSE(form.first.selected());
+  CHECK(form.second.selected());
+}
+
+TEST_CASE("The longest text limits typing and not the program") {
+  Slots slots;
+  Sample& form = slots.slot.get();
+  CHECK(form.text.Text == std::string("preset text"));
+  form.text.type("abcdefgh");
+  CHECK(form.text.Text == std::string("abcde"));
+  form.text.Text = "longer than five";
+  CHECK(form.text.Text == std::string("longer than five"));
+}
+
+TEST_CASE("A combo box raises its click for the program's choice too") {
+  Slots slots;
+  Sample& form = slots.slot.get();
+  int clicks = 0;
+  form.combo.Click = [&] { ++clicks; };
+  form.combo.AddItem("a", 7);
+  form.combo.SetListIndex(0);
+  CHECK(clicks == 1);
+  CHECK(form.combo.ItemData() == 7);
+  form.combo.SetListIndex(0);
+  CHECK(clicks == 1);
+  form.combo.SetListIndex(9);
+  CHECK(form.combo.ListIndex() == -1);
+}
+
+TEST_CASE("A progress bar clamps, and a maximum of 0 is an empty bar") {
+  Slots slots;
+  ProgressBarEx& bar = slots.slot->bar;
+  CHECK(bar.Max() == 100);
+  bar.SetValue(150);
+  CHECK(bar.Value() == 100);
+  bar.SetMax(50);
+  CHECK(bar.Value() == 50);
+  bar.SetMax(0);
+  CHECK(bar.Value() == 0);
+  bar.SetValue(-1);
+  CHECK(bar.Value() == 0);
+}
+
+TEST_CASE("A timer ticks only while enabled, and never inside its own tick") {
+  Slots slots;
+  Timer& timer = slots.slot->timer;
+  int ticks = 0;
+  timer.Tick = [&] {
+    ++ticks;
+    timer.tick();
+  };
+  timer.tick();
+  CHECK(ticks == 0);
+  timer.Enabled = true;
+  timer.tick();
+  CHECK(ticks == 1);
+}
+
+TEST_CASE("A tool that is disabled raises nothing, and an unknown one is error 9") {
+  fakes::ScriptedDesk host;
+  struct Bars : Form {
+    explicit Bars(FormHost& formHost) : Form(formHost, "Bars", "") {}
+    DockStudio dock{
+        *this, "dock", {}, {{"Go", ToolKind::Command, "Go", "", "", {}}, {"box", ToolKind::Combo, "", "", "", {}}}};
+  } form(host);
+  std::string heard;
+  form.dock.ToolClick = [&](const Tool& tool) { heard += tool.Name(); };
+  form.dock.ComboChanged = [&](const Tool&, const ComboEntry& entry) { heard += entry.Text + entry.Tag; };
+  form.dock.click("Go");
+  form.dock.tool("Go").Enabled = false;
+  form.dock.click("Go");
+  CHECK(heard == "Go");
+  Tool& box = form.dock.tool("box");
+  form.dock.AddEntry(box, "A", "0");
+  form.dock.SelectEntry(box, 1);
+  form.dock.SelectEntry(box, 1);
+  CHECK(heard == "GoA0");
+  CHECK_THROWS_AS(form.dock.tool("go"), RuntimeError);
+  CHECK_THROWS_AS(form.dock.SelectEntry(box, 2), RuntimeError);
+}
+
+}  // namespace trackloom

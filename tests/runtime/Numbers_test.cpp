@@ -1,0 +1,69 @@
+#include "runtime/Numbers.h"
+
+#include <catch2/catch.hpp>
+#include <functional>
+#include <limits>
+
+#include "runtime/RuntimeError.h"
+
+namespace trackloom {
+
+namespace {
+
+const Separators English{};
+const Separators German{".", ","};
+
+int errorOf(const std::function<void()>& call) {
+  try {
+    call();
+  } catch (const RuntimeError& error) {
+    return error.number();
+  }
+  return 0;
+}
+
+}  // namespace
+
+TEST_CASE("A number becomes 16 bits by rounding halves to even, and overflows loudly") {
+  CHECK(ToInt16(12.5) == 12);
+  CHECK(ToInt16(13.5) == 14);
+  CHECK(ToInt16(-0.5) == 0);
+  CHECK(ToInt16(32767.4) == 32767);
+  CHECK(errorOf([] { ToInt16(32767.5); }) == 6);
+  CHECK(errorOf([] { ToInt16(-32769); }) == 6);
+  CHECK(errorOf([] { ToInt16(std::numeric_limits<double>::quiet_NaN()); }) == 6);
+  CHECK(errorOf([] { ToInt32(std::int64_t{1} << 31); }) == 6);
+}
+
+TEST_CASE("Val reads the number at the start of a text") {
+  CHECK(Val(" 12 tracks") == 12);
+  CHECK(Val("+7") == 7);
+  CHECK(Val("-3.5x") == -3.5);
+  CHECK(Val("abc") == 0);
+  CHECK(Val("") == 0);
+}
+
+TEST_CASE("Grouped numbers have no digit for zero") {
+  CHECK(FormatGrouped(0, English).empty());
+  CHECK(FormatGrouped(7, English) == "7");
+  CHECK(FormatGrouped(1000, English) == "1,000");
+  CHECK(FormatGrouped(359849, German) == "359.849");
+  CHECK(FormatGrouped(-1234567, English) == "-1,234,567");
+  CHECK(FormatGrouped(1234567, Separators{"\xE2\x80\xAF", ","}) ==
+        "1\xE2\x80\xAF"
+        "234\xE2\x80\xAF"
+        "567");
+}
+
+TEST_CASE("Two decimals round halves of the decimal value away from zero") {
+  CHECK(FormatFixed2(1.125, English) == "1.13");
+  CHECK(FormatFixed2(1.005, English) == "1.01");
+  CHECK(FormatFixed2(0.995, English) == "1.00");
+  CHECK(FormatFixed2(9.999, English) == "10.00");
+  CHECK(FormatFixed2(0, English) == "0.00");
+  CHECK(FormatFixed2(702.83, German) == "702,83");
+  CHECK(FormatFixed2(-1.5, English) == "-1.50");
+  CHECK(FormatFixed2(123456789012345678.0, English) == "123456789012345680.00");
+}
+
+}  // namespace trackloom
