@@ -1,1 +1,55 @@
-int main() { return 0; }
+#include <QApplication>
+
+#include "desktop/DesktopOpener.h"
+#include "desktop/Host.h"
+#include "desktop/Look.h"
+#include "desktop/QtDesk.h"
+#include "desktop/QtEvents.h"
+#include "desktop/QtMessageBoxes.h"
+#include "engines/drives/EngineSettings.h"
+#include "engines/virtual/VirtualRecorders.h"
+#include "engines/writer/DiscWriters.h"
+#include "shell/Program.h"
+
+namespace trackloom {
+
+namespace {
+
+/// Stands in where no help viewer is installed: nothing can be shown.
+class NoHelpViewer final : public HelpEngine {
+ public:
+  std::intptr_t HtmlHelp(std::intptr_t, const std::string&, std::uint32_t, std::intptr_t) override { return 0; }
+};
+
+/// Caches of tracks can take a whole disc's size, which is too much for a file system in memory.
+constexpr const char* ScratchFolder = "/var/tmp";
+
+/// Joins the desktop, the engines and the program, and runs them until the program ends the process.
+int runProgram() {
+  QtDesk desk;
+  QtEventPump pump;
+  QtEventQueue events(desk);
+  QtMessageBoxes boxes(desk);
+  LinuxProcess process;
+  DesktopOpener opener;
+  NoHelpViewer help;
+  NoCommonControls commonControls;
+  const HostPath programFolder(process.executableFolder());
+  const EngineSettings settings = loadEngineSettings(programFolder);
+  DiscWriters writers(settings.virtualRecorders ? findVirtualRecorders(programFolder) : RecorderList(),
+                      std::make_shared<AudioFiles>(), events, {settings.pause, HostPath(ScratchFolder)});
+  Program program(desk, {boxes, pump, process, writers, opener, help, commonControls, systemSeparators()});
+  desk.setTrap([&program](const std::function<void()>& event) { program.run(event); });
+  desk.enter([&program] { program.start(); });
+  return QApplication::exec();
+}
+
+}  // namespace
+
+}  // namespace trackloom
+
+int main(int argc, char** argv) {
+  QApplication application(argc, argv);
+  trackloom::dress(application);
+  return trackloom::runProgram();
+}

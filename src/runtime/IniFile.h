@@ -19,7 +19,7 @@ namespace trackloom {
 class IniFile {
  public:
   /// No settings file of the program comes near this size in bytes; what is longer is not one.
-  static constexpr std::size_t sizeLimit = 64 * 1024;
+  static constexpr std::size_t sizeLimit = std::size_t{64} * 1024;
 
   /// Takes any bytes; a text longer than the limit has no values.
   static IniFile parse(std::string_view text);

@@ -58,9 +58,9 @@ class DriveFailure : public std::runtime_error {
   std::int32_t number_;
 };
 
-/// One running write. The calls come in order, track by track: startTrack, write until the track is full, closeTrack; then
-/// closeSession and closeDisc as ordered, and finish. A write that is destroyed before finish() leaves the disc spoilt,
-/// unless it was a test. Every call may throw DriveFailure. Used by one thread at a time, not the UI thread.
+/// One running write. The calls come in order, track by track: startTrack, write until the track is full, closeTrack;
+/// then closeSession and closeDisc as ordered, and finish. A write that is destroyed before finish() leaves the disc
+/// spoilt, unless it was a test. Every call may throw DriveFailure. Used by one thread at a time, not the UI thread.
 class DiscWrite {
  public:
   virtual ~DiscWrite() = default;
@@ -68,6 +68,8 @@ class DiscWrite {
   virtual void startTrack() = 0;
   /// Whole sectors, 2352 bytes for audio (16-bit little-endian stereo), 2048 for data.
   virtual void write(std::span<const std::byte> sectors) = 0;
+  /// How full the recorder's own buffer is.
+  virtual std::int16_t bufferPercent() { return 100; }
   virtual void closeTrack() = 0;
   virtual void closeSession() = 0;
   virtual void closeDisc() = 0;
@@ -75,7 +77,8 @@ class DiscWrite {
   virtual void finish() = 0;
 };
 
-/// One recorder. Looks are taken on the UI thread and answer within about a second; begin() runs on the writing thread.
+/// One recorder. Looks answer within about a second; they are taken on the UI thread, and on the writing thread before
+/// begin(), which runs there.
 class Recorder {
  public:
   virtual ~Recorder() = default;

@@ -1,0 +1,40 @@
+#include "engines/drives/EngineSettings.h"
+
+#include "runtime/Files.h"
+#include "runtime/IniFile.h"
+#include "runtime/Statements.h"
+
+namespace trackloom {
+
+namespace {
+
+/// A minute of silence; more is a slip of the keyboard.
+constexpr std::int32_t LongestPause = 60 * 75;
+
+std::string explainedDefaults(const EngineSettings& settings) {
+  return IniWriter()
+      .comment("Settings of Trackloom's engines. Every line may be left out.")
+      .section("Writing")
+      .comment("Silence between the tracks of an audio disc, in blocks of 1/75 second.")
+      .entry("pause", settings.pause)
+      .section("Recorders")
+      .comment("Whether the folders \"Virtual Recorder\", \"Virtual Recorder 2\" and so on are used as recorders.")
+      .entry("virtual", settings.virtualRecorders ? "yes" : "no")
+      .text();
+}
+
+}  // namespace
+
+EngineSettings loadEngineSettings(const HostPath& programFolder) {
+  const HostPath path(EnsureTrailingSep(programFolder.text) + "Engines.ini");
+  EngineSettings settings;
+  if (const auto file = IniFile::load(path)) {
+    settings.pause = file->number("Writing", "pause", 0, LongestPause).value_or(settings.pause);
+    settings.virtualRecorders = file->flag("Recorders", "virtual").value_or(settings.virtualRecorders);
+  } else if (!FileExists(path)) {
+    skipOnError([&] { ReplaceFile(path, explainedDefaults(settings)); });
+  }
+  return settings;
+}
+
+}  // namespace trackloom
