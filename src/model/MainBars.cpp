@@ -1,6 +1,105 @@
 #include "model/MainBars.h"
 
+#include <iterator>
+
 namespace trackloom {
+
+namespace {
+
+using Tools = std::vector<ToolDesign>;
+
+ToolDesign command(const char* name, const char* caption, const char* picture = "", const char* shortcut = "") {
+  return {name, ToolKind::Command, caption, picture, shortcut, {}};
+}
+
+/// The two entries that the folder menu and the folder button both open.
+std::vector<std::string> folderEntries() {
+  return {"ShowNoFolder", "ShowAll"};
+}
+
+/// A menu and its entries in order.
+Tools menu(const char* name, const char* caption, Tools entries) {
+  ToolDesign opener{name, ToolKind::Menu, caption, "", "", {}};
+  for (const ToolDesign& entry : entries) opener.children.push_back(entry.name);
+  entries.insert(entries.begin(), std::move(opener));
+  return entries;
+}
+
+Tools fileMenu() {
+  return menu("mnuFile", "&File",
+              {
+                  command("mnuFileNew", "&New CD Layout...", "New", "Ctrl+N"),
+                  command("mnuFileOpen", "&Open CD Layout...", "Open", "Ctrl+O"),
+                  command("mnuFileSave", "&Save...", "Save", "Ctrl+S"),
+                  command("mnuFileSaveAs", "Save &As..."),
+                  command("mnuFilePrint", "&Print Track Listing...", "print", "Ctrl+P"),
+                  command("mnuFileWrite", "&Write ISO Image...", "ISO"),
+                  command("mnuFileClose", "&Close CD Layout", "", "Ctrl+W"),
+                  command("mnuFileExit", "E&xit Trackloom"),
+              });
+}
+
+Tools actionsMenu() {
+  return menu("mnuActions", "&Actions",
+              {
+                  command("mnuActionsAdd", "&Add Audio Files...", "AddFiles", "Ctrl+A"),
+                  command("mnuActionsSearch", "&Search...", "Search"),
+                  command("mnuActionsDelete", "&Delete Selected Track", "Delete", "Del"),
+                  command("mnuActionsPlay", "&Play Selected Track", "Sound"),
+                  {"mnuActionsFolder", ToolKind::Menu, "CD Folder", "CDFolder", "", folderEntries()},
+                  command("mnuActionsRecord", "&Record CD", "CreateCD", "Ctrl+R"),
+                  command("mnuActionsCreate", "Create &ISO Image...", "ISO"),
+              });
+}
+
+Tools toolsMenu() {
+  return menu("mnuTools", "&Tools",
+              {
+                  command("mnuToolsEject", "&Eject CD", "Arrow"),
+                  command("mnuToolsInformation", "&CD Information...", "CDInfo"),
+                  command("mnuToolsErase", "E&rase CDRW Disc...", "Drive"),
+                  command("mnuToolsOptions", "&Default Options...", "Settings"),
+                  command("mnuToolsRipper", "CD R&ipper", "cdripper"),
+              });
+}
+
+Tools helpMenu() {
+  return menu("mnuHelp", "&Help",
+              {
+                  command("mnuHelpContents", "&Contents", "Help", "F1"),
+                  command("mnuHelpWeb", "Trackloom &Web Site"),
+                  command("mnuHelpAbout", "&About Trackloom"),
+              });
+}
+
+Tools toolBars() {
+  return {
+      command("New", "New", "New"),
+      command("Open", "Open", "Open"),
+      command("AddFiles", "Add Audio Files", "AddFiles"),
+      command("Search", "Search", "Search"),
+      {"CDFolder", ToolKind::DropDown, "CD Folder", "CDFolder", "", folderEntries()},
+      command("ShowNoFolder", "Show Only No Folder Entries", "CDFolder"),
+      command("ShowAll", "Show All Entries", "CDFolder"),
+      command("Delete", "Delete", "Delete"),
+      command("Record", "Record CD", "CreateCD"),
+      command("Print", "Print", "print"),
+      command("Ripper", "CD Ripper", "cdripper"),
+      command("mainHelp", "Help", "Help"),
+      {"cboMainDrive", ToolKind::Combo, "Drive", "Drive", "", {}},
+  };
+}
+
+Tools statusBars() {
+  return {
+      {"panel1", ToolKind::Panel, "For Help, Press F1", "", "", {}},
+      {"panel3", ToolKind::Panel, "", "", "", {}},
+      {"panel2", ToolKind::Panel, "", "", "", {}},
+      {"Progress1", ToolKind::Progress, "", "", "", {}},
+  };
+}
+
+}  // namespace
 
 std::vector<BarDesign> mainBars() {
   return {
@@ -15,74 +114,10 @@ std::vector<BarDesign> mainBars() {
 }
 
 std::vector<ToolDesign> mainTools() {
-  constexpr auto Menu = ToolKind::Menu;
-  constexpr auto Command = ToolKind::Command;
-  constexpr auto DropDown = ToolKind::DropDown;
-  constexpr auto Panel = ToolKind::Panel;
-  const std::vector<std::string> folderEntries{"ShowNoFolder", "ShowAll"};
-  return {
-      {"mnuFile",
-       Menu,
-       "&File",
-       "",
-       "",
-       {"mnuFileNew", "mnuFileOpen", "mnuFileSave", "mnuFileSaveAs", "mnuFilePrint", "mnuFileWrite", "mnuFileClose",
-        "mnuFileExit"}},
-      {"mnuFileNew", Command, "&New CD Layout...", "New", "Ctrl+N", {}},
-      {"mnuFileOpen", Command, "&Open CD Layout...", "Open", "Ctrl+O", {}},
-      {"mnuFileSave", Command, "&Save...", "Save", "Ctrl+S", {}},
-      {"mnuFileSaveAs", Command, "Save &As...", "", "", {}},
-      {"mnuFilePrint", Command, "&Print Track Listing...", "print", "Ctrl+P", {}},
-      {"mnuFileWrite", Command, "&Write ISO Image...", "ISO", "", {}},
-      {"mnuFileClose", Command, "&Close CD Layout", "", "Ctrl+W", {}},
-      {"mnuFileExit", Command, "E&xit Trackloom", "", "", {}},
-      {"mnuActions",
-       Menu,
-       "&Actions",
-       "",
-       "",
-       {"mnuActionsAdd", "mnuActionsSearch", "mnuActionsDelete", "mnuActionsPlay", "mnuActionsFolder",
-        "mnuActionsRecord", "mnuActionsCreate"}},
-      {"mnuActionsAdd", Command, "&Add Audio Files...", "AddFiles", "Ctrl+A", {}},
-      {"mnuActionsSearch", Command, "&Search...", "Search", "", {}},
-      {"mnuActionsDelete", Command, "&Delete Selected Track", "Delete", "Del", {}},
-      {"mnuActionsPlay", Command, "&Play Selected Track", "Sound", "", {}},
-      {"mnuActionsFolder", Menu, "CD Folder", "CDFolder", "", folderEntries},
-      {"mnuActionsRecord", Command, "&Record CD", "CreateCD", "Ctrl+R", {}},
-      {"mnuActionsCreate", Command, "Create &ISO Image...", "ISO", "", {}},
-      {"ShowNoFolder", Command, "Show Only No Folder Entries", "CDFolder", "", {}},
-      {"ShowAll", Command, "Show All Entries", "CDFolder", "", {}},
-      {"mnuTools",
-       Menu,
-       "&Tools",
-       "",
-       "",
-       {"mnuToolsEject", "mnuToolsInformation", "mnuToolsErase", "mnuToolsOptions", "mnuToolsRipper"}},
-      {"mnuToolsEject", Command, "&Eject CD", "Arrow", "", {}},
-      {"mnuToolsInformation", Command, "&CD Information...", "CDInfo", "", {}},
-      {"mnuToolsErase", Command, "E&rase CDRW Disc...", "Drive", "", {}},
-      {"mnuToolsOptions", Command, "&Default Options...", "Settings", "", {}},
-      {"mnuToolsRipper", Command, "CD R&ipper", "cdripper", "", {}},
-      {"mnuHelp", Menu, "&Help", "", "", {"mnuHelpContents", "mnuHelpWeb", "mnuHelpAbout"}},
-      {"mnuHelpContents", Command, "&Contents", "Help", "F1", {}},
-      {"mnuHelpWeb", Command, "Trackloom &Web Site", "", "", {}},
-      {"mnuHelpAbout", Command, "&About Trackloom", "", "", {}},
-      {"New", Command, "New", "New", "", {}},
-      {"Open", Command, "Open", "Open", "", {}},
-      {"AddFiles", Command, "Add Audio Files", "AddFiles", "", {}},
-      {"Search", Command, "Search", "Search", "", {}},
-      {"CDFolder", DropDown, "CD Folder", "CDFolder", "", folderEntries},
-      {"Delete", Command, "Delete", "Delete", "", {}},
-      {"Record", Command, "Record CD", "CreateCD", "", {}},
-      {"Print", Command, "Print", "print", "", {}},
-      {"Ripper", Command, "CD Ripper", "cdripper", "", {}},
-      {"mainHelp", Command, "Help", "Help", "", {}},
-      {"panel1", Panel, "For Help, Press F1", "", "", {}},
-      {"panel3", Panel, "", "", "", {}},
-      {"panel2", Panel, "", "", "", {}},
-      {"Progress1", ToolKind::Progress, "", "", "", {}},
-      {"cboMainDrive", ToolKind::Combo, "Drive", "Drive", "", {}},
-  };
+  Tools all;
+  for (Tools part : {fileMenu(), actionsMenu(), toolsMenu(), helpMenu(), toolBars(), statusBars()})
+    std::move(part.begin(), part.end(), std::back_inserter(all));
+  return all;
 }
 
 }  // namespace trackloom

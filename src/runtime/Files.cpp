@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <climits>
 #include <cstdlib>
@@ -108,16 +109,15 @@ void TouchFile(const HostPath& path) {
 
 std::string ReadStart(const HostPath& path, std::size_t length) {
   const Descriptor file(path.text, O_RDONLY | O_NONBLOCK);
-  std::string bytes(length, '\0');
-  std::size_t done = 0;
-  while (done < length) {
-    const ssize_t got = ::read(file.get(), bytes.data() + done, length - done);
+  std::array<char, 4096> buffer;
+  std::string bytes;
+  while (bytes.size() < length) {
+    const ssize_t got = ::read(file.get(), buffer.data(), std::min(buffer.size(), length - bytes.size()));
     if (got < 0 && errno == EINTR) continue;
     if (got < 0) throw RuntimeError::fromErrno(errno);
     if (got == 0) break;
-    done += static_cast<std::size_t>(got);
+    bytes.append(buffer.data(), static_cast<std::size_t>(got));
   }
-  bytes.resize(done);
   return bytes;
 }
 

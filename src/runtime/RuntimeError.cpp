@@ -22,7 +22,7 @@ constexpr std::array entries{
     Entry{RuntimeError::BadFileName, "Bad file name or number"},
     Entry{RuntimeError::FileNotFound, "File not found"},
     Entry{RuntimeError::FileAlreadyOpen, "File already open"},
-    Entry{RuntimeError::DeviceError, "Device I/O error"},
+    Entry{RuntimeError::DeviceIoError, "Device I/O error"},
     Entry{RuntimeError::DiskFull, "Disk full"},
     Entry{RuntimeError::InputPastEnd, "Input past end of file"},
     Entry{RuntimeError::BadRecordNumber, "Bad record number"},
@@ -63,7 +63,7 @@ RuntimeError RuntimeError::fromErrno(int systemError) {
       return RuntimeError(DiskFull);
     case EIO:
     case ENXIO:
-      return RuntimeError(DeviceError);
+      return RuntimeError(DeviceIoError);
     case ENAMETOOLONG:
       return RuntimeError(BadFileName);
     default:

@@ -17,7 +17,7 @@ class RuntimeError : public std::exception {
     BadFileName = 52,
     FileNotFound = 53,
     FileAlreadyOpen = 55,
-    DeviceError = 57,
+    DeviceIoError = 57,
     DiskFull = 61,
     InputPastEnd = 62,
     BadRecordNumber = 63,

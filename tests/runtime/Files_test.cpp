@@ -76,7 +76,7 @@ TEST_CASE("A failed call has the number that the language gives it") {
   CHECK(errorOf([] { WriteStart(HostPath("/dev/full"), "x"); }) == 61);
   CHECK(errorOf([] { FileLength(HostPath("/no/such/file")); }) == 53);
   CHECK(errorOf([] { ReadStart(HostPath("/no/such/file"), 1); }) == 53);
-  CHECK(RuntimeError(RuntimeError::DeviceError).description() == "Device I/O error");
+  CHECK(RuntimeError(RuntimeError::DeviceIoError).description() == "Device I/O error");
 }
 
 }  // namespace trackloom

@@ -10,19 +10,22 @@
 
 namespace trackloom {
 
-/// One audio file as the sectors of a disc: 16-bit little-endian stereo at 44,100 Hz, 588 frames to a block, the last block
-/// padded with silence. Gives exactly blocks() sectors, whatever the file turns out to hold.
+/// One audio file as the sectors of a disc: 16-bit little-endian stereo at 44,100 Hz, 588 frames to a block, the last
+/// block padded with silence. Gives exactly blocks() sectors, whatever the file turns out to hold.
 class AudioStream {
  public:
   virtual ~AudioStream() = default;
 
   virtual std::int32_t blocks() const = 0;
-  /// Fills as many whole sectors of 2352 bytes as `sectors` holds and the stream still has; the bytes filled, 0 at the end.
-  /// Throws RuntimeError when the file can no longer be read.
+  /// Fills as many whole sectors of 2352 bytes as `sectors` holds and the stream still has; the bytes filled, 0 at the
+  /// end. Throws RuntimeError when the file can no longer be read.
   virtual std::size_t read(std::span<std::byte> sectors) = 0;
 };
 
-/// The audio files of the machine, measured once each and shared by all engine instances. Safe from any thread.
+/// The audio files of the machine, measured once each and shared by all engine instances. Safe from any thread. A file
+/// that was changed since, as its size, time, or inode tells, is measured anew. Kinds are told by contents, never by
+/// name: MPEG-1 layer III, and RIFF/WAVE as PCM of 16, 24 or 32 bits or 32-bit float, both at 44,100 Hz in two
+/// channels.
 class AudioFiles {
  public:
   AudioFiles();

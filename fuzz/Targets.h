@@ -1,0 +1,15 @@
+#pragma once
+
+#include <string_view>
+
+namespace trackloom::fuzz {
+
+/// A start, a look at the default options and a close, with these bytes as `Options.dat`. Aborts where the record does
+/// not come back as it was read.
+void runOptions(std::string_view bytes);
+
+/// A start and a close with these bytes as `Trackloom.dsl`. Aborts where a state that was read is not written back
+/// equal.
+void runDockState(std::string_view bytes);
+
+}  // namespace trackloom::fuzz

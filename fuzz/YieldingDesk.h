@@ -1,0 +1,32 @@
+#pragma once
+
+#include "controls/Form.h"
+#include "controls/FormHost.h"
+#include "ports/MessageBoxes.h"
+
+namespace trackloom::fuzz {
+
+/// A user who closes every window by its close box and takes each box's way out.
+class YieldingDesk final : public FormHost, public MessageBoxes {
+ public:
+  void show(Form&) override {}
+  void showModal(Form& form, Form*) override { form.closeBox(); }
+  void hide(Form&) override {}
+  void discard(Form&) override {}
+  void repaint(Control&) override {}
+
+  BoxAnswer show(const MessageBox& box) override {
+    switch (box.buttons) {
+      case BoxButtons::Ok:
+        return BoxAnswer::Ok;
+      case BoxButtons::OkCancel:
+        return BoxAnswer::Cancel;
+      case BoxButtons::YesNo:
+      case BoxButtons::YesNoCancel:
+        return BoxAnswer::No;
+    }
+    return BoxAnswer::Ok;
+  }
+};
+
+}  // namespace trackloom::fuzz
