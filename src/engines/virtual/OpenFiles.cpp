@@ -1,0 +1,168 @@
+#include "engines/virtual/OpenFiles.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstdio>
+#include <memory>
+#include <string_view>
+#include <system_error>
+
+namespace trackloom {
+
+namespace {
+
+constexpr mode_t fileMode = 0666;
+constexpr mode_t folderMode = 0777;
+
+struct CloseFolder {
+  void operator()(DIR* folder) const { closedir(folder); }
+};
+using FolderStream = std::unique_ptr<DIR, CloseFolder>;
+
+FolderStream openStream(const FileHandle& folder) {
+  const int descriptor = openat(folder.get(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (descriptor < 0) throwSystemError("cannot list a folder");
+  DIR* stream = fdopendir(descriptor);
+  if (stream == nullptr) {
+    const FileHandle closer(descriptor);
+    throwSystemError("cannot list a folder");
+  }
+  return FolderStream(stream);
+}
+
+bool isFolder(const FileHandle& parent, const char* name) {
+  struct stat status {};
+  return fstatat(parent.get(), name, &status, AT_SYMLINK_NOFOLLOW) == 0 && S_ISDIR(status.st_mode);
+}
+
+void writeAll(const FileHandle& file, std::string_view text, const std::string& name) {
+  while (!text.empty()) {
+    const ssize_t written = write(file.get(), text.data(), text.size());
+    if (written < 0 && errno == EINTR) continue;
+    if (written < 0) throwSystemError("cannot write " + name);
+    text.remove_prefix(static_cast<std::size_t>(written));
+  }
+}
+
+void writeAside(const FileHandle& folder, const std::string& name, const std::string& text) {
+  const FileHandle file = openFile(folder, name, O_WRONLY | O_CREAT | O_TRUNC);
+  writeAll(file, text, name);
+  if (fsync(file.get()) != 0) throwSystemError("cannot write " + name);
+}
+
+}  // namespace
+
+FileHandle::~FileHandle() {
+  if (descriptor_ >= 0) close(descriptor_);
+}
+
+void throwSystemError(const std::string& words) {
+  throw std::system_error(errno, std::generic_category(), words);
+}
+
+FileHandle openFolder(const std::string& path) {
+  FileHandle folder(open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  if (folder.get() < 0) throwSystemError("cannot open the folder " + path);
+  return folder;
+}
+
+FileHandle openFolder(const FileHandle& parent, const std::string& name) {
+  FileHandle folder(openat(parent.get(), name.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+  if (folder.get() < 0) throwSystemError("cannot open the folder " + name);
+  return folder;
+}
+
+FileHandle makeFolder(const FileHandle& parent, const std::string& name) {
+  if (mkdirat(parent.get(), name.c_str(), folderMode) != 0 && errno != EEXIST)
+    throwSystemError("cannot make the folder " + name);
+  return openFolder(parent, name);
+}
+
+FileHandle openFile(const FileHandle& folder, const std::string& name, int flags) {
+  FileHandle file(openat(folder.get(), name.c_str(), flags | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, fileMode));
+  struct stat status {};
+  if (file.get() < 0 || fstat(file.get(), &status) != 0) throwSystemError("cannot open " + name);
+  if (!S_ISREG(status.st_mode)) {
+    errno = EINVAL;
+    throwSystemError(name + " is not a file");
+  }
+  return file;
+}
+
+std::vector<std::string> folderNames(const FileHandle& folder) {
+  const FolderStream stream = openStream(folder);
+  std::vector<std::string> names;
+  while (const dirent* entry = readdir(stream.get())) {
+    const char* name = static_cast<const char*>(entry->d_name);
+    if (name[0] != '.' && isFolder(folder, name)) names.emplace_back(name);
+  }
+  std::sort(names.begin(), names.end());
+  return names;
+}
+
+bool entryExists(const FileHandle& folder, const std::string& name) {
+  return faccessat(folder.get(), name.c_str(), F_OK, AT_SYMLINK_NOFOLLOW) == 0;
+}
+
+std::optional<std::int64_t> fileSize(const FileHandle& folder, const std::string& name) {
+  struct stat status {};
+  if (fstatat(folder.get(), name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0) {
+    if (errno == ENOENT) return std::nullopt;
+    throwSystemError("cannot look at " + name);
+  }
+  if (!S_ISREG(status.st_mode)) {
+    errno = EINVAL;
+    throwSystemError(name + " is not a file");
+  }
+  return status.st_size;
+}
+
+std::string readSmallFile(const FileHandle& folder, const std::string& name, std::size_t limit) {
+  const FileHandle file = openFile(folder, name, O_RDONLY);
+  std::string text;
+  std::array<char, 4096> buffer{};
+  for (;;) {
+    const ssize_t count = read(file.get(), buffer.data(), buffer.size());
+    if (count < 0 && errno == EINTR) continue;
+    if (count < 0) throwSystemError("cannot read " + name);
+    if (count == 0) return text;
+    text.append(buffer.data(), static_cast<std::size_t>(count));
+    if (text.size() > limit) {
+      errno = EFBIG;
+      throwSystemError("cannot read " + name);
+    }
+  }
+}
+
+void replaceFile(const FileHandle& folder, const std::string& name, const std::string& text) {
+  const std::string aside = name + ".new";
+  try {
+    writeAside(folder, aside, text);
+    if (renameat(folder.get(), aside.c_str(), folder.get(), name.c_str()) != 0)
+      throwSystemError("cannot replace " + name);
+  } catch (const std::system_error&) {
+    unlinkat(folder.get(), aside.c_str(), 0);
+    throw;
+  }
+  // Not every file system can bring a folder to the medium; the rename itself stands either way.
+  fsync(folder.get());
+}
+
+bool moveEntry(const FileHandle& from, const std::string& name, const FileHandle& to, const std::string& newName) {
+  if (renameat2(from.get(), name.c_str(), to.get(), newName.c_str(), RENAME_NOREPLACE) == 0) return true;
+  if (errno == EEXIST) return false;
+  // Some network file systems do not know the flag, so the look and the move are two steps there.
+  if (errno == EINVAL || errno == ENOSYS) {
+    if (entryExists(to, newName)) return false;
+    if (renameat(from.get(), name.c_str(), to.get(), newName.c_str()) == 0) return true;
+  }
+  throwSystemError("cannot move " + name);
+}
+
+}  // namespace trackloom

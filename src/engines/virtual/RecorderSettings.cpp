@@ -1,0 +1,106 @@
+#include "engines/virtual/RecorderSettings.h"
+
+#include <algorithm>
+#include <charconv>
+#include <limits>
+
+#include "runtime/IniFile.h"
+#include "runtime/Text.h"
+
+namespace trackloom {
+
+namespace {
+
+constexpr std::size_t longestText = 200;
+constexpr std::size_t longestName = 40;
+/// The speed list of a dialog has an entry for each few steps, so no higher number makes sense.
+constexpr std::int32_t highestSpeed = 100;
+
+bool isPlain(std::string_view text) {
+  const auto isControl = [](char c) { return static_cast<unsigned char>(c) < ' ' || c == '\x7F'; };
+  return std::none_of(text.begin(), text.end(), isControl) && isValidUtf8(text);
+}
+
+void takeText(const IniFile& ini, const char* section, const char* key, std::size_t longest, std::string& text) {
+  const std::optional<std::string> value = ini.value(section, key);
+  if (value && value->size() <= longest && isPlain(*value)) text = *value;
+}
+
+/// A sense number as `KK/CC/QQ` in hexadecimal digits.
+std::optional<std::int32_t> senseNumber(std::string_view text) {
+  std::int32_t number = 0;
+  for (int part = 0; part < 3; ++part) {
+    std::uint8_t value = 0;
+    const auto [stop, error] = std::from_chars(text.data(), text.data() + text.size(), value, 16);
+    if (error != std::errc{}) return std::nullopt;
+    text.remove_prefix(static_cast<std::size_t>(stop - text.data()));
+    number = number * 256 + value;
+    if (part == 2) break;
+    if (!text.starts_with('/')) return std::nullopt;
+    text.remove_prefix(1);
+  }
+  if (!text.empty() || number > 0x0FFFFF) return std::nullopt;
+  return number;
+}
+
+void takeFaults(const IniFile& ini, RecorderSettings& settings) {
+  constexpr std::int32_t anyBlock = std::numeric_limits<std::int32_t>::max();
+  settings.failWriteAt = ini.number("faults", "failWriteAt", 0, anyBlock);
+  settings.failTestAt = ini.number("faults", "failTestAt", 0, anyBlock);
+  settings.failClosing = ini.value("faults", "failClosing").value_or("");
+  settings.failNumber = senseNumber(ini.value("faults", "failNumber").value_or("")).value_or(settings.failNumber);
+  takeText(ini, "faults", "failText", longestText, settings.failText);
+}
+
+}  // namespace
+
+RecorderSettings RecorderSettings::parse(std::string_view text) {
+  const IniFile ini = IniFile::parse(text);
+  constexpr const char* section = "recorder";
+  RecorderSettings settings;
+  takeText(ini, section, "vendor", longestName, settings.vendor);
+  takeText(ini, section, "product", longestName, settings.product);
+  settings.maximumSpeed =
+      static_cast<std::int16_t>(ini.number(section, "maximumSpeed", 0, highestSpeed).value_or(settings.maximumSpeed));
+  settings.writeGuard = ini.flag(section, "writeGuard").value_or(settings.writeGuard);
+  settings.realTimePacing = ini.flag(section, "realTimePacing").value_or(settings.realTimePacing);
+  settings.automaticFeed = ini.flag(section, "automaticFeed").value_or(settings.automaticFeed);
+  settings.refuseSelect = ini.flag(section, "refuseSelect").value_or(settings.refuseSelect);
+  settings.refuseEject = ini.flag(section, "refuseEject").value_or(settings.refuseEject);
+  takeFaults(ini, settings);
+  return settings;
+}
+
+std::string RecorderSettings::defaultIni() {
+  return R"(; The virtual recorder: a CD recorder that is a folder. The disc in tray/ is the disc in the recorder; the others lie
+; in shelf/. All settings are optional, and a change is felt at the next look at the recorder.
+
+[recorder]
+vendor = Virtual
+product = CD Recorder
+; The highest write speed, 0 to 100 times 75 blocks a second; 0: not told.
+maximumSpeed = 52
+; Whether the recorder has a guard against a write buffer that runs empty.
+writeGuard = yes
+; Whether a write takes as long as on a real recorder.
+realTimePacing = no
+; Whether a blank disc takes the place of an ejected one: the first blank CD-R of the shelf, else a new one of 80 minutes.
+automaticFeed = yes
+; Whether the recorder cannot be taken into use, and whether its tray is stuck.
+refuseSelect = no
+refuseEject = no
+
+; Failures for trials. Take the semicolon from the lines you want.
+[faults]
+; The block address at which a write fails, and the one at which a test write does.
+;failWriteAt = 15230
+;failTestAt = 15230
+; What fails when it is to be closed: track, session or disc.
+;failClosing = session
+; The number (sense key, code and qualifier, hexadecimal) and the words of these failures.
+;failNumber = 3/0C/00
+;failText = write error
+)";
+}
+
+}  // namespace trackloom

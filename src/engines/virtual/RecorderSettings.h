@@ -1,0 +1,39 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace trackloom {
+
+/// What recorder.ini says. Every key is optional, and a value that is none stands as its default, so a recorder works
+/// whatever lies in its file.
+struct RecorderSettings {
+  std::string vendor = "Virtual";
+  std::string product = "CD Recorder";
+  /// A multiple of 75 blocks a second; 0: the recorder does not tell.
+  std::int16_t maximumSpeed = 52;
+  bool writeGuard = true;
+  /// Writes take as long as they would on a real recorder.
+  bool realTimePacing = false;
+  /// A blank disc takes the place of an ejected one.
+  bool automaticFeed = true;
+  bool refuseSelect = false;
+  bool refuseEject = false;
+
+  /// The address of the block at which a write, or a test write, fails.
+  std::optional<std::int32_t> failWriteAt;
+  std::optional<std::int32_t> failTestAt;
+  /// What fails when it is closed: "track", "session" or "disc"; empty: nothing.
+  std::string failClosing;
+  std::int32_t failNumber = 0x030C00;
+  /// Empty: words that fit the place of the failure.
+  std::string failText;
+
+  static RecorderSettings parse(std::string_view ini);
+  /// A recorder.ini that says all defaults, with comments.
+  static std::string defaultIni();
+};
+
+}  // namespace trackloom

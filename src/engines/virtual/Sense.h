@@ -1,0 +1,28 @@
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+#include "engines/drives/Recorder.h"
+
+namespace trackloom {
+
+/// The refusals of the virtual recorder as real recorders number them: sense key, additional sense code and its
+/// qualifier, packed as 0xKKCCQQ (T10 SPC-5, numeric order of codes).
+namespace sense {
+inline constexpr std::int32_t busy = 0x020408;
+inline constexpr std::int32_t noMedium = 0x023A00;
+inline constexpr std::int32_t writeError = 0x030C00;
+inline constexpr std::int32_t outOfRange = 0x052100;
+inline constexpr std::int32_t badOrder = 0x052600;
+inline constexpr std::int32_t badSequence = 0x052C00;
+inline constexpr std::int32_t cannotWriteMedium = 0x053005;
+inline constexpr std::int32_t noRoom = 0x056300;
+inline constexpr std::int32_t wrongKind = 0x056400;
+inline constexpr std::int32_t tooManyTracks = 0x057205;
+}  // namespace sense
+
+/// A failure whose text begins with its number in the usual writing, such as "3/0C/00 write error at block 15230".
+DriveFailure failure(std::int32_t number, std::string_view words);
+
+}  // namespace trackloom

@@ -1,0 +1,80 @@
+#pragma once
+
+#include <cstdint>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "engines/drives/Recorder.h"
+
+namespace trackloom {
+
+/// An 80-minute disc, in blocks.
+inline constexpr std::int32_t blocksOf80Minutes = 359849;
+/// No address behind 99:59:74 can be written down in minutes, seconds and frames, the lead-in's two seconds included.
+inline constexpr std::int32_t mostBlocks = 449849;
+/// A disc has at most 99 tracks (IEC 60908, track numbers 01 to 99).
+inline constexpr std::size_t mostTracks = 99;
+/// The gap before a track of the same session when its order names none, and what a look at the disc reckons with.
+inline constexpr std::int32_t standardPregap = 150;
+
+/// One track; `start` is the first block of its content, and the pre-gap lies before it.
+struct VirtualTrack {
+  BlockKind kind = AudioBlocks;
+  std::int32_t start = 0;
+  std::int32_t length = 0;
+  std::int32_t pregap = 0;
+
+  std::int32_t end() const { return start + length; }
+  bool operator==(const VirtualTrack&) const = default;
+};
+
+struct VirtualSession {
+  bool closed = false;
+  std::vector<VirtualTrack> tracks;
+
+  bool operator==(const VirtualSession&) const = default;
+};
+
+/// What disc.ini says makes no sense, or does not fit the files beside it; the words say where.
+class DamagedDisc : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+/// What is recorded on a disc and what it is made of, as disc.ini tells it. Its laws: a blank disc has no sessions and
+/// any other has; only the last session of an open disc may be incomplete; all tracks are of one kind, follow one
+/// another without overlap, and end within the disc. A disc whose write did not end keeps the tracks that it had
+/// before, and is lost for writing.
+struct VirtualDisc {
+  enum class Medium { CdR, CdRw };
+  enum class Status { Blank, Open, Closed, Writing };
+
+  Medium medium = Medium::CdR;
+  std::int32_t audioBlocks = blocksOf80Minutes;
+  std::int32_t dataBlocks = blocksOf80Minutes;
+  Status status = Status::Blank;
+  std::vector<VirtualSession> sessions;
+
+  /// Throws DamagedDisc for whatever does not keep the laws.
+  static VirtualDisc parse(std::string_view ini);
+  std::string ini() const;
+  /// The cue sheet of an audio disc for disc.bin, as the CDRWIN manual defines it.
+  std::string cueSheet() const;
+
+  bool operator==(const VirtualDisc&) const = default;
+  std::int32_t capacity(BlockKind kind) const { return kind == AudioBlocks ? audioBlocks : dataBlocks; }
+  std::vector<VirtualTrack> tracks() const;
+  /// The first block behind all content.
+  std::int32_t end() const;
+  DiscState state() const;
+  /// This disc as it will be after the order. Throws DriveFailure when the order makes no sense or the disc cannot take
+  /// it.
+  VirtualDisc afterWriting(const WriteOrder& order) const;
+};
+
+/// What a look answers for a disc that nobody can make sense of.
+DiscState stateOfDamagedDisc();
+
+}  // namespace trackloom
