@@ -13,10 +13,12 @@ void TextBox::accept(ControlVisitor& visitor) {
 }
 
 void TextBox::type(const std::string& text) {
-  if (!usable() || Locked) return;
-  const std::string typed = maxLength_ == 0 ? text : Left(text, maxLength_);
-  if (Text == typed) return;
-  Text = typed;
+  edit(maxLength_ == 0 ? text : Left(text, maxLength_));
+}
+
+void TextBox::edit(const std::string& text) {
+  if (!usable() || Locked || Text == text) return;
+  Text = text;
   raise(Change);
 }
 

@@ -23,6 +23,8 @@ class TextBox final : public Control {
   std::function<void()> GotFocus;
   /// Replaces the whole text, as far as the length allows.
   void type(const std::string& text);
+  /// What stands in the box after the user has edited it, for a face that minds the length itself.
+  void edit(const std::string& text);
   void focus();
 
  private:

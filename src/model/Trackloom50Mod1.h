@@ -39,6 +39,11 @@ struct Trackloom50Mod1 {
 
   OptionsRecord Options;
 
+  /// 1: frmFolder lists only the tracks in the root of the disc; 0: all tracks.
+  std::int16_t ShowNoFolderOnly = 0;
+  /// frmChooseSort was left by its Cancel.
+  bool SortChoiceCancelled = false;
+
   bool RecordConfirmed = false;
   std::int16_t WritePhase = NoWriteYet;
   std::int16_t CopiesWanted = 0;

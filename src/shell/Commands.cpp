@@ -9,7 +9,9 @@
 #include "model/TrackRow.h"
 #include "runtime/Statements.h"
 #include "runtime/Text.h"
+#include "shell/LayoutClosing.h"
 #include "shell/ProgramForms.h"
+#include "writing/DiscTools.h"
 #include "writing/RecordFlow.h"
 
 namespace trackloom {
@@ -18,6 +20,14 @@ namespace {
 
 constexpr const char* WebPage = "https://trackloom.example/";
 constexpr int ShowNormal = 1;
+/// The option "No Sorting".
+constexpr std::int16_t Unsorted = 2;
+
+bool hasTrackWithoutFolder(const ListView& listing) {
+  for (int row = 1; row <= listing.Count(); ++row)
+    if (listing.SubItem(row, FolderColumn) == NoFolder) return true;
+  return false;
+}
 
 }  // namespace
 
@@ -34,12 +44,24 @@ const Commands::Row Commands::table[] = {
     {"Delete", "mnuActionsDelete", &Commands::removeTrack},
     {nullptr, "mnuFileClose", &Commands::closeLayout},
     {nullptr, "mnuFileExit", &Commands::exit},
+    {"ShowAll", nullptr, &Commands::showAllTracks},
+    {"ShowNoFolder", nullptr, &Commands::showTracksWithoutFolder},
     {"mainHelp", "mnuHelpContents", &Commands::help},
-    {nullptr, "mnuFileSave", &Commands::saveOrAskName},
+    {"Erase", "mnuToolsErase", &Commands::eraseDisc},
+    {"Ripper", "mnuToolsRipper", &Commands::openRipper},
+    {"Open", "mnuFileOpen", &Commands::openLayout},
+    {nullptr, "mnuFileWrite", &Commands::writeIsoImage},
+    {nullptr, "mnuFileSave", &Commands::save},
     {nullptr, "mnuFileSaveAs", &Commands::saveAs},
+    {nullptr, "mnuToolsInformation", &Commands::showDiscInfo},
+    {"Search", "mnuActionsSearch", &Commands::search},
     {nullptr, "mnuToolsEject", &Commands::ejectDisc},
+    {nullptr, "mnuHelpAbout", &Commands::about},
+    {nullptr, "mnuToolsOptions", &Commands::defaultOptions},
     {nullptr, "mnuHelpWeb", &Commands::OpenWebSite},
     {nullptr, "mnuActionsPlay", &Commands::PlaySelectedTrack},
+    {"Print", "mnuFilePrint", &Commands::print},
+    {nullptr, "mnuActionsCreate", &Commands::createIsoImage},
     {"Record", "mnuActionsRecord", &Commands::record},
 };
 
@@ -52,46 +74,9 @@ void Commands::dispatch(const std::string& tool) {
   }
 }
 
-void Commands::closeQuestion() {
-  if (session_.mod.Options.PromptSave == 1) PromptSaveLayout();
-}
-
-void Commands::PromptSaveLayout() {
-  const ListView& listing = session_.frmListing().ListView1;
-  if (session_.mod.LayoutSaved || (listing.Count() == 0 && session_.mod.LayoutFileName.empty())) return;
-  const BoxAnswer answer =
-      session_.ask({"Save Layout", "Save the currently open layout?", BoxButtons::YesNo, BoxIcon::Question});
-  if (answer == BoxAnswer::Yes) saveOrAskName();
-}
-
-void Commands::saveOrAskName() {
-  if (session_.mod.LayoutHasFile)
-    SaveLayout(session_);
-  else
-    forms_.layout.frmSave->showModal(&session_.frmListing());
-}
-
-void Commands::saveAs() {
-  const std::string& file = session_.mod.LayoutFileName;
-  if (session_.mod.LayoutHasFile) forms_.layout.frmSave->suggest(Left(file, Len(file) - Len(LayoutExtension)));
-  forms_.layout.frmSave->showModal(&session_.frmListing());
-}
-
-void Commands::CloseLayout() {
-  ListingWindow& window = session_.frmListing();
-  window.ListView1.Clear();
-  window.ListView1.Enabled = false;
-  window.panel1.Text = "";
-  window.panel3.Text = "";
-  window.Progress1.Text = "";
-  window.Progress1.Value = 0;
-  window.CDR1->ClearAudioQueue();
-  window.CDR1->ClearDataQueue();
-  session_.mod.LayoutOpen = false;
-  session_.mod.LayoutHasFile = false;
-  session_.mod.LayoutFileName.clear();
-  if (session_.mod.LayoutType == Mp3Layout && window.ListView1.columns().size() == 4) window.ListView1.RemoveColumn(4);
-  UpdateCommandStates(session_);
+template <class T>
+void Commands::showModal(FormSlot<T>& form) {
+  form->showModal(&session_.frmListing());
 }
 
 void Commands::resize() {
@@ -111,17 +96,17 @@ void Commands::resize() {
 }
 
 void Commands::newLayout() {
-  closeQuestion();
-  CloseLayout();
+  closeQuestion(session_, forms_.layout);
+  CloseLayout(session_);
   // Only the showing at start-up offers not to be shown again.
   forms_.layout.frmNewOption->chkNoShow.Visible = false;
-  forms_.layout.frmNewOption->showModal(&session_.frmListing());
+  showModal(forms_.layout.frmNewOption);
   resize();
   UpdateCapacityDisplay(session_);
 }
 
 void Commands::addFiles() {
-  forms_.layout.frmFiles->showModal(&session_.frmListing());
+  showModal(forms_.layout.frmFiles);
   UpdateCapacityDisplay(session_);
 }
 
@@ -132,8 +117,8 @@ void Commands::removeTrack() {
 }
 
 void Commands::closeLayout() {
-  closeQuestion();
-  CloseLayout();
+  closeQuestion(session_, forms_.layout);
+  CloseLayout(session_);
   session_.mod.LayoutSaved = true;
   UpdateCapacityDisplay(session_);
 }
@@ -142,12 +127,81 @@ void Commands::exit() {
   session_.frmListing().unload();
 }
 
+void Commands::showAllTracks() {
+  session_.mod.ShowNoFolderOnly = 0;
+  showModal(forms_.layout.frmFolder);
+  UpdateCapacityDisplay(session_);
+}
+
+void Commands::showTracksWithoutFolder() {
+  if (!hasTrackWithoutFolder(session_.frmListing().ListView1)) {
+    session_.ask({"Entries",
+                  std::string("There are no tracks in your listing with a No Folder entry to display.") +
+                      ParagraphBreak + "Select the Show All Entries option to list all items.",
+                  BoxButtons::Ok, BoxIcon::Information});
+    return;
+  }
+  session_.mod.ShowNoFolderOnly = 1;
+  showModal(forms_.layout.frmFolder);
+  UpdateCapacityDisplay(session_);
+}
+
 void Commands::help() {
   showHelpContents(session_);
 }
 
+void Commands::eraseDisc() {
+  showModal(forms_.writing.frmErase);
+}
+
+void Commands::openRipper() {
+  session_.frmListing().hide();
+  forms_.ripper.frmRipMain->show();
+}
+
+void Commands::openLayout() {
+  closeQuestion(session_, forms_.layout);
+  CloseLayout(session_);
+  showModal(forms_.layout.frmOpenLayout);
+}
+
+void Commands::writeIsoImage() {
+  WriteISOImage(session_);
+}
+
+void Commands::save() {
+  saveOrAskName(session_, forms_.layout);
+}
+
+void Commands::saveAs() {
+  const std::string& file = session_.mod.LayoutFileName;
+  if (session_.mod.LayoutHasFile) forms_.layout.frmSave->suggest(Left(file, Len(file) - Len(LayoutExtension)));
+  showModal(forms_.layout.frmSave);
+}
+
+void Commands::showDiscInfo() {
+  ShowDiscInfo(session_, forms_.writing);
+}
+
+void Commands::search() {
+  showModal(forms_.search.frmSearch);
+  UpdateCapacityDisplay(session_);
+}
+
 void Commands::ejectDisc() {
   if (!session_.frmListing().CDR1->EjectDisc()) session_.ask({"Eject", "Unable to Eject CD"});
+}
+
+void Commands::about() {
+  showModal(forms_.shell.frmAbout);
+}
+
+void Commands::defaultOptions() {
+  showModal(forms_.shell.frmDefaultOptions);
+}
+
+void Commands::OpenWebSite() {
+  session_.ports.opener.open({"open", WebPage, "0", "0", ShowNormal});
 }
 
 void Commands::PlaySelectedTrack() {
@@ -159,8 +213,19 @@ void Commands::PlaySelectedTrack() {
   });
 }
 
-void Commands::OpenWebSite() {
-  session_.ports.opener.open({"open", WebPage, "0", "0", ShowNormal});
+void Commands::print() {
+  Trackloom50Mod1& mod = session_.mod;
+  if (mod.LayoutType == Mp3Layout && mod.Options.SortMode == Unsorted) {
+    mod.SortChoiceCancelled = false;
+    showModal(forms_.layout.frmChooseSort);
+    if (mod.SortChoiceCancelled) return;
+  }
+  showModal(forms_.printing.frmReadStatus);
+  showModal(forms_.printing.frmPrintList);
+}
+
+void Commands::createIsoImage() {
+  showModal(forms_.writing.frmISO);
 }
 
 void Commands::record() {

@@ -6,6 +6,8 @@ namespace trackloom {
 
 struct ProgramForms;
 struct Session;
+template <class T>
+class FormSlot;
 
 /// All commands of the main window: one handler that looks only at the name of the clicked tool.
 class Commands {
@@ -15,12 +17,6 @@ class Commands {
   /// The first row of the table that bears the name acts; a name in no row does nothing.
   void dispatch(const std::string& tool);
 
-  /// Asks whether to save the open layout, and saves it; does nothing where there is nothing to save.
-  void PromptSaveLayout();
-  /// Empties the window and the queues.
-  void CloseLayout();
-  /// Saves at once where the layout has a file, else shows frmSave.
-  void saveOrAskName();
   /// Gives list, columns and meter their places in the client area.
   void resize();
   void PlaySelectedTrack();
@@ -29,17 +25,32 @@ class Commands {
   struct Row;
   static const Row table[];
 
+  template <class T>
+  void showModal(FormSlot<T>& form);
+
   void newLayout();
   void addFiles();
   void removeTrack();
   void closeLayout();
   void exit();
+  void showAllTracks();
+  void showTracksWithoutFolder();
   void help();
+  void eraseDisc();
+  void openRipper();
+  void openLayout();
+  void writeIsoImage();
+  void save();
   void saveAs();
+  void showDiscInfo();
+  void search();
   void ejectDisc();
+  void about();
+  void defaultOptions();
   void OpenWebSite();
+  void print();
+  void createIsoImage();
   void record();
-  void closeQuestion();
 
   Session& session_;
   ProgramForms& forms_;

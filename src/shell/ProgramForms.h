@@ -1,6 +1,9 @@
 #pragma once
 
 #include "layout/LayoutForms.h"
+#include "printing/PrintingForms.h"
+#include "ripper/RipperForms.h"
+#include "search/SearchForms.h"
 #include "shell/ShellForms.h"
 #include "writing/WritingForms.h"
 
@@ -8,11 +11,15 @@ namespace trackloom {
 
 /// Every window of the program but the main one.
 struct ProgramForms {
-  explicit ProgramForms(Session& session) : shell(session), layout(session), writing(session) {}
+  explicit ProgramForms(Session& session)
+      : shell(session), layout(session), writing(session), search(session), printing(session), ripper(session) {}
 
   ShellForms shell;
   LayoutForms layout;
   WritingForms writing;
+  SearchForms search;
+  PrintingForms printing;
+  RipperForms ripper;
 };
 
 }  // namespace trackloom

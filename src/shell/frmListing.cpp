@@ -10,6 +10,7 @@
 #include "runtime/Statements.h"
 #include "runtime/Text.h"
 #include "shell/DriveSelection.h"
+#include "shell/LayoutClosing.h"
 #include "shell/ProgramForms.h"
 #include "writing/RecordFlow.h"
 
@@ -115,7 +116,7 @@ bool frmListing::QueryUnload(CloseReason) {
   if (mod.LayoutSaved || mod.Options.PromptSave != 1 || nothingToSave) return true;
   const BoxAnswer answer =
       session_.ask({"Save Layout", "Save the currently open layout?", BoxButtons::YesNoCancel, BoxIcon::Question});
-  if (answer == BoxAnswer::Yes) skipOnError([this] { commands_.saveOrAskName(); });
+  if (answer == BoxAnswer::Yes) skipOnError([this] { saveOrAskName(session_, forms_.layout); });
   return answer != BoxAnswer::Cancel;
 }
 

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "controls/Button.h"
+#include "controls/ComboBox.h"
+#include "controls/Form.h"
+#include "controls/Label.h"
+#include "controls/ListView.h"
+#include "controls/PictureBox.h"
+#include "controls/TextBox.h"
+
+namespace trackloom {
+
+struct Session;
+
+/// Names a folder of the disc for selected tracks of an MP3 layout.
+class frmFolder final : public Form {
+ public:
+  explicit frmFolder(Session& session);
+
+  PictureBox Image1{*this, "Image1"};
+  Label Label1{*this, "Label1", "Define MP3 CD Folders"};
+  Label Label2{*this, "Label2", "Select tracks you want to apply this folder to:"};
+  ListView ListView1{*this, "ListView1", {{"Track Name", "Track Name", 5600}}};
+  Label Label3{*this, "Label3", "New Folder:"};
+  TextBox txtFolder{*this, "txtFolder"};
+  ComboBox cboFolder{*this, "cboFolder"};
+  Button cmdOK{*this, "cmdOK", "&OK"};
+  Button cmdCancel{*this, "cmdCancel", "&Cancel"};
+  Button cmdHelp{*this, "cmdHelp", "&Help"};
+};
+
+}  // namespace trackloom

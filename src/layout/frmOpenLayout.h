@@ -1,0 +1,32 @@
+#pragma once
+
+#include "controls/Button.h"
+#include "controls/Form.h"
+#include "controls/Label.h"
+#include "controls/ListView.h"
+#include "controls/PictureBox.h"
+
+namespace trackloom {
+
+struct Session;
+
+/// Lists the saved layouts, for opening and deleting. A layout must be listed before either can be done.
+class frmOpenLayout final : public Form {
+ public:
+  explicit frmOpenLayout(Session& session);
+
+  PictureBox Image1{*this, "Image1"};
+  Label Label1{*this, "Label1", "Open a Saved CD Layout"};
+  ListView ListView1{*this,
+                     "ListView1",
+                     {{"Layout Name", "Layout Name", 3600},
+                      {"Tracks", "Tracks", 1200},
+                      {"Time/Size", "Time/Size", 1600},
+                      {"Layout Style", "Layout Style", 1600}}};
+  Button cmdOK{*this, "cmdOK", "&Open"};
+  Button cmdDelete{*this, "cmdDelete", "&Delete"};
+  Button cmdCancel{*this, "cmdCancel", "&Close"};
+  Button cmdHelp{*this, "cmdHelp", "&Help"};
+};
+
+}  // namespace trackloom

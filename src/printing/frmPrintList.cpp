@@ -1,0 +1,56 @@
+#include "printing/frmPrintList.h"
+
+#include "help/HelpLaunch.h"
+#include "model/Session.h"
+#include "runtime/Text.h"
+
+namespace trackloom {
+
+namespace {
+
+constexpr int Blue = 3;
+constexpr int TenPoints = 1;
+/// What a layout's file name has behind the name of the layout.
+constexpr std::size_t ExtensionLength = 5;
+
+}  // namespace
+
+frmPrintList::frmPrintList(Session& session)
+    : Form(session.host, "frmPrintList", "Print Current Layout Track Listing"), session_(session) {
+  Image1.Picture = "Print";
+  // Only tracks of the list can be edited and printed, and the list is empty.
+  cmdEdit.Enabled = false;
+  cmdPrint.Enabled = false;
+  cmdCancel.Cancel = true;
+  txtTitle.GotFocus = [this] { txtTitle.SelectAll(); };
+  cmdCancel.Click = [this] { unload(); };
+  cmdHelp.Click = [this] { showHelpTopic(session_, PrintListTopic); };
+}
+
+void frmPrintList::Load() {
+  offerStyles();
+  suggestTitle();
+  for (const char* colour : {"Red", "Green", "Yellow", "Blue", "Magenta", "White", "Cyan"}) ImageCombo1.AddItem(colour);
+  ImageCombo1.SetListIndex(Blue);
+  for (const char* points : {"8", "10", "12"}) Combo2.AddItem(points);
+  Combo2.SetListIndex(TenPoints);
+}
+
+void frmPrintList::offerStyles() {
+  const bool mp3 = session_.mod.LayoutType == Mp3Layout;
+  optAudio.Enabled = !mp3;
+  (mp3 ? optStandard : optAudio).select();
+}
+
+void frmPrintList::suggestTitle() {
+  const std::string& file = session_.mod.LayoutFileName;
+  const std::string name = Trim(file).empty() ? "Untitled Layout" : Left(file, Len(file) - ExtensionLength);
+  txtTitle.Text = "Trackloom - " + name;
+}
+
+void frmPrintList::Unload() {
+  // The order that frmChooseSort gave the rows stays, but new rows go to the end again.
+  if (session_.mod.Options.SortMode == 2) session_.frmListing().ListView1.SetSorted(false);
+}
+
+}  // namespace trackloom

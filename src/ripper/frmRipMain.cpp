@@ -1,0 +1,25 @@
+#include "ripper/frmRipMain.h"
+
+#include "help/HelpLaunch.h"
+#include "model/Session.h"
+
+namespace trackloom {
+
+frmRipMain::frmRipMain(Session& session) : Form(session.host, "frmRipMain", "CD Ripper"), session_(session) {
+  Image1.Picture = "Ripper";
+  chkCDDB.Value = true;
+  // A disc is read in a drive of the list, and the list is empty.
+  cmdRead.Enabled = false;
+  cmdSelectAll.Enabled = false;
+  cmdSelectNone.Enabled = false;
+  cmdExtract.Enabled = false;
+  cmdExit.Cancel = true;
+  cmdExit.Click = [this] { unload(); };
+  cmdHelp.Click = [this] { showHelpTopic(session_, RipMainTopic); };
+}
+
+void frmRipMain::Unload() {
+  session_.frmListing().show();
+}
+
+}  // namespace trackloom

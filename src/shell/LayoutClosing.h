@@ -1,0 +1,20 @@
+#pragma once
+
+namespace trackloom {
+
+struct LayoutForms;
+struct Session;
+
+/// The close question: asks for saving only where the user's option wants to be asked.
+void closeQuestion(Session& session, LayoutForms& forms);
+
+/// Asks whether to save the open layout, and saves it; does nothing where there is nothing to save.
+void PromptSaveLayout(Session& session, LayoutForms& forms);
+
+/// Empties the window and the queues. Whether the layout counts as saved is the caller's affair.
+void CloseLayout(Session& session);
+
+/// Saves at once where the layout has a file, else shows frmSave.
+void saveOrAskName(Session& session, LayoutForms& forms);
+
+}  // namespace trackloom

@@ -1,0 +1,25 @@
+#include "writing/frmISO.h"
+
+#include "help/HelpLaunch.h"
+#include "model/Session.h"
+
+namespace trackloom {
+
+frmISO::frmISO(Session& session) : Form(session.host, "frmISO", "Create MP3 CD ISO Image"), session_(session) {
+  Image1.Picture = "ISO";
+  txtImage.Locked = true;
+  // Nothing can be browsed for without a file dialog, and without a file no image can be made.
+  cmdBrowse.Enabled = false;
+  cmdOK.Enabled = false;
+  cmdOK.Default = true;
+  cmdCancel.Cancel = true;
+  cmdCancel.Click = [this] { cmdCancel_Click(); };
+  cmdHelp.Click = [this] { showHelpTopic(session_, IsoTopic); };
+}
+
+void frmISO::cmdCancel_Click() {
+  session_.mod.RecordConfirmed = false;
+  unload();
+}
+
+}  // namespace trackloom
