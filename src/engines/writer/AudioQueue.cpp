@@ -1,0 +1,49 @@
+#include "engines/writer/AudioQueue.h"
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+#include "engines/writer/Blocks.h"
+
+namespace trackloom {
+
+void AudioQueue::clear() {
+  places_.clear();
+  entries_.clear();
+  blocks_ = 0;
+}
+
+void AudioQueue::add(AudioEntry entry) {
+  blocks_ += entry.blocks;
+  entries_.push_back(std::move(entry));
+  places_[entries_.back().number].push_back(std::prev(entries_.end()));
+}
+
+bool AudioQueue::remove(std::int16_t number) {
+  const auto found = places_.find(number);
+  if (found == places_.end()) return false;
+  const Place place = found->second.front();
+  found->second.pop_front();
+  if (found->second.empty()) places_.erase(found);
+  blocks_ -= place->blocks;
+  entries_.erase(place);
+  return true;
+}
+
+std::int32_t AudioQueue::blocks() const {
+  return saturated(blocks_);
+}
+
+std::vector<HostPath> AudioQueue::discOrder() const {
+  std::vector<const AudioEntry*> order;
+  order.reserve(entries_.size());
+  for (const AudioEntry& entry : entries_) order.push_back(&entry);
+  std::ranges::stable_sort(order, {}, &AudioEntry::number);
+  std::vector<HostPath> paths;
+  paths.reserve(order.size());
+  for (const AudioEntry* entry : order) paths.push_back(entry->path);
+  return paths;
+}
+
+}  // namespace trackloom

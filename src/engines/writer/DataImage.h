@@ -1,0 +1,78 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <memory>
+#include <span>
+#include <stop_token>
+#include <string>
+#include <vector>
+
+#include "engines/writer/DataQueue.h"
+#include "engines/writer/FileContent.h"
+#include "engines/writer/SectorSource.h"
+
+namespace trackloom {
+
+/// What an image does about a source that cannot be opened when the image is sized.
+enum class Unreadable { Refused, LeftOut };
+
+/// The image of a data disc: ISO 9660 (ECMA-119, level 3) with a Joliet tree, made while it is read. Its size stands
+/// before its first sector does. File data lie in alphabetical order of disc paths, whatever the case.
+///
+/// The library makes the sectors on a thread of its own and hands them over through a bounded buffer, from which they
+/// are taken in large pieces.
+class DataImage final : public SectorSource {
+ public:
+  /// `stop` ends a wait in read(). Throws RuntimeError for a source that is refused and for whatever keeps the image
+  /// from being made.
+  DataImage(std::vector<DataEntry> entries, const std::string& label, Unreadable policy, std::stop_token stop = {});
+  ~DataImage() override;
+  DataImage(const DataImage&) = delete;
+  DataImage& operator=(const DataImage&) = delete;
+
+  /// In data sectors, padding included; saturated.
+  std::int32_t blocks() const;
+  std::size_t fileCount() const { return contents_.size(); }
+  /// Bytes of the file that lies at this place among all, from 0.
+  std::int64_t fileSize(std::size_t file) const { return contents_.at(file).size(); }
+  const ReadingState& reading() const { return state_; }
+
+  void read(std::span<std::byte> sectors) override;
+  std::int16_t bufferPercent() override;
+
+ private:
+  struct Unref {
+    void operator()(IsoImage* image) const { iso_image_unref(image); }
+  };
+  struct EndOfSource {
+    void operator()(burn_source* source) const;
+  };
+  struct Child {
+    const DataEntry* entry = nullptr;
+    FileContent* content = nullptr;
+  };
+
+  void addTree(const std::vector<DataEntry>& entries, Unreadable policy);
+  FileContent* addContent(const HostPath& source, Unreadable policy);
+  IsoDir* addFolder(IsoDir* parent, const std::string& name);
+  void addFile(IsoDir* parent, const std::string& name, FileContent& content);
+  void openSource();
+  void fetchPiece();
+  void waitForBytes(std::size_t count);
+  std::size_t bytesReady() const;
+
+  std::stop_token stop_;
+  ReadingState state_;
+  std::deque<FileContent> contents_;
+  std::unique_ptr<IsoImage, Unref> image_;
+  std::unique_ptr<burn_source, EndOfSource> source_;
+  std::int64_t bytes_ = 0;
+  std::int64_t fetched_ = 0;
+
+  std::vector<std::byte> piece_;
+  std::size_t handedOut_ = 0;
+};
+
+}  // namespace trackloom

@@ -1,0 +1,114 @@
+#include "engines/writer/DataQueue.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <optional>
+
+#include "engines/writer/Blocks.h"
+#include "engines/writer/OwnedDescriptor.h"
+
+namespace trackloom {
+
+namespace {
+
+/// Far beyond the 8 levels of ISO 9660 (6.8.2.1) and still shallow enough for readers that walk a tree by recursion.
+constexpr std::size_t deepestLevel = 255;
+
+/// Opens it, since only that tells whether it can be read; without waiting, since it might be a pipe.
+std::optional<std::int64_t> blocksOfReadableFile(const HostPath& path) {
+  const OwnedDescriptor file(::open(path.text.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+  struct stat status {};
+  if (!file || ::fstat(file.descriptor(), &status) != 0 || !S_ISREG(status.st_mode)) return std::nullopt;
+  const auto sector = static_cast<std::int64_t>(dataSectorBytes);
+  return status.st_size / sector + (status.st_size % sector != 0 ? 1 : 0);
+}
+
+std::size_t levelsOf(const std::string& discPath) {
+  std::size_t levels = 0;
+  for (std::string path = discPath; !path.empty() && levels <= deepestLevel; path = discFolder(path)) ++levels;
+  return levels;
+}
+
+}  // namespace
+
+std::string discFolder(const std::string& discPath) {
+  std::size_t length = discPath.rfind(DiscSep);
+  if (length == std::string::npos) return "";
+  while (length > 0 && discPath[length - 1] == DiscSep) --length;
+  return discPath.substr(0, length);
+}
+
+std::string discName(const std::string& discPath) {
+  return discPath.substr(discPath.rfind(DiscSep) + 1);
+}
+
+void DataQueue::clear() {
+  items_.clear();
+  files_ = 0;
+  blocks_ = 0;
+}
+
+bool DataQueue::add(const DiscPath& disc, const HostPath& source) {
+  const auto blocks = blocksOfReadableFile(source);
+  if (!blocks || levelsOf(disc.text) > deepestLevel) return false;
+  const auto found = items_.find(disc.text);
+  if (found != items_.end()) {
+    Item& item = found->second;
+    if (item.folder) return false;
+    blocks_ += *blocks - item.blocks;
+    item.source = source;
+    item.blocks = *blocks;
+    return true;
+  }
+  const std::string folder = discFolder(disc.text);
+  if (!makeFolders(folder)) return false;
+  if (!folder.empty()) ++items_[folder].children;
+  items_[disc.text] = Item{source, *blocks};
+  blocks_ += *blocks;
+  ++files_;
+  return true;
+}
+
+bool DataQueue::makeFolders(const std::string& folder) {
+  std::vector<std::string> missing;
+  for (std::string path = folder; !path.empty(); path = discFolder(path)) {
+    const auto found = items_.find(path);
+    if (found == items_.end()) {
+      missing.push_back(path);
+      continue;
+    }
+    if (!found->second.folder) return false;
+    break;
+  }
+  for (const std::string& path : missing) {
+    items_[path].folder = true;
+    const std::string parent = discFolder(path);
+    if (!parent.empty()) ++items_[parent].children;
+  }
+  return true;
+}
+
+bool DataQueue::remove(const DiscPath& disc) {
+  const auto found = items_.find(disc.text);
+  if (found == items_.end() || found->second.children != 0) return false;
+  blocks_ -= found->second.blocks;
+  if (!found->second.folder) --files_;
+  items_.erase(found);
+  const std::string folder = discFolder(disc.text);
+  if (!folder.empty()) --items_[folder].children;
+  return true;
+}
+
+std::int32_t DataQueue::blocks() const {
+  return saturated(blocks_);
+}
+
+std::vector<DataEntry> DataQueue::entries() const {
+  std::vector<DataEntry> entries;
+  entries.reserve(items_.size());
+  for (const auto& [path, item] : items_) entries.push_back({DiscPath(path), item.source, item.folder});
+  return entries;
+}
+
+}  // namespace trackloom

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "runtime/Paths.h"
+
+namespace trackloom {
+
+/// A file of a data disc with its source, or a folder without one.
+struct DataEntry {
+  DiscPath disc;
+  HostPath source;
+  bool folder = false;
+};
+
+/// The folder that a disc path lies in, "" for the root. Doubled separators stand for one.
+std::string discFolder(const std::string& discPath);
+/// What stands behind the last separator.
+std::string discName(const std::string& discPath);
+
+/// The tree of a data disc. An entry is known by the exact bytes of its disc path; the folders on the way to a file are
+/// entries of their own, which only their own removal takes away.
+class DataQueue {
+ public:
+  void clear();
+  /// The source of an equal path is replaced. False: the source is no regular file that can be opened for reading, or
+  /// the path runs through a file, ends on a folder, or nests deeper than any reader follows.
+  bool add(const DiscPath& disc, const HostPath& source);
+  /// Removes the file, or the folder if nothing lies in it; False: there is no such thing.
+  bool remove(const DiscPath& disc);
+
+  bool hasFiles() const { return files_ != 0; }
+  /// The sum of the files' sizes, each rounded up to whole blocks; folders count nothing.
+  std::int32_t blocks() const;
+  /// In no particular order.
+  std::vector<DataEntry> entries() const;
+
+ private:
+  struct Item {
+    HostPath source;
+    std::int64_t blocks = 0;
+    bool folder = false;
+    std::size_t children = 0;
+  };
+
+  bool makeFolders(const std::string& folder);
+
+  std::unordered_map<std::string, Item> items_;
+  std::size_t files_ = 0;
+  std::int64_t blocks_ = 0;
+};
+
+}  // namespace trackloom

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+
+#include "engines/audio/AudioFiles.h"
+#include "engines/drives/Recorder.h"
+#include "ports/CDWriterXP.h"
+#include "ports/EventQueue.h"
+
+namespace trackloom {
+
+struct WriterParts;
+
+struct WriterSettings {
+  /// Silent blocks between audio tracks.
+  std::int32_t pause = 150;
+  /// Where the caches of tracks lie; made when it is first needed.
+  HostPath scratchFolder;
+};
+
+/// Makes writer engines that share the machine's recorders and what was learned of its audio files.
+class DiscWriters final : public WriterEngines {
+ public:
+  /// `events` must outlive every instance.
+  DiscWriters(RecorderList recorders, std::shared_ptr<AudioFiles> audioFiles, EventQueue& events,
+              WriterSettings settings);
+
+  std::unique_ptr<CDWriterXP> create(CDWriterEvents& listener) override;
+
+ private:
+  std::shared_ptr<const WriterParts> parts_;
+};
+
+}  // namespace trackloom

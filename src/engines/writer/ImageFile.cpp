@@ -1,0 +1,112 @@
+#include "engines/writer/ImageFile.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <limits>
+#include <system_error>
+#include <utility>
+
+#include "engines/writer/Blocks.h"
+#include "engines/writer/DataImage.h"
+#include "engines/writer/OwnedDescriptor.h"
+#include "runtime/RuntimeError.h"
+
+namespace trackloom {
+
+namespace {
+
+constexpr std::size_t blocksAtOnce = 256;
+
+[[noreturn]] void throwSystemError(const HostPath& target, int systemError) {
+  throw RuntimeError(RuntimeError::fromErrno(systemError).number(),
+                     target.text + " cannot be written: " + std::generic_category().message(systemError));
+}
+
+class Target {
+ public:
+  explicit Target(const HostPath& path)
+      : path_(path), file_(::open(path.text.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_NONBLOCK | O_CLOEXEC, 0666)) {
+    if (!file_) throwSystemError(path_, errno);
+  }
+
+  void append(std::span<const std::byte> bytes) {
+    while (!bytes.empty()) {
+      const ssize_t count = ::write(file_.descriptor(), bytes.data(), bytes.size());
+      if (count < 0 && errno == EINTR) continue;
+      if (count <= 0) throwSystemError(path_, count < 0 ? errno : ENOSPC);
+      bytes = bytes.subspan(static_cast<std::size_t>(count));
+    }
+  }
+
+ private:
+  HostPath path_;
+  OwnedDescriptor file_;
+};
+
+/// Tells of the files that went into the image since the last time.
+class Report {
+ public:
+  Report(const DataImage& image, CDWriterEvents& listener) : image_(image), listener_(listener) {}
+
+  void upTo(std::size_t file, std::int64_t bytes) {
+    for (; told_ < file; ++told_) {
+      begin();
+      progress(blocksOf(told_));
+      begun_ = false;
+    }
+    if (told_ == image_.fileCount()) return;
+    begin();
+    progress(std::min(blocksOf(told_), saturated(bytes / static_cast<std::int64_t>(dataSectorBytes))));
+  }
+
+ private:
+  std::int32_t blocksOf(std::size_t file) const {
+    const auto sector = static_cast<std::int64_t>(dataSectorBytes);
+    return saturated((image_.fileSize(file) + sector - 1) / sector);
+  }
+
+  void begin() {
+    if (std::exchange(begun_, true)) return;
+    position_ = 0;
+    const auto number = static_cast<std::int64_t>(told_) + 1;
+    constexpr std::int64_t mostShort = std::numeric_limits<std::int16_t>::max();
+    listener_.OnImageTrackStart(saturated(number));
+    listener_.OnTrackCacheStart(static_cast<std::int16_t>(std::min(number, mostShort)), blocksOf(told_));
+  }
+
+  void progress(std::int32_t position) {
+    if (position <= position_) return;
+    position_ = position;
+    listener_.OnCacheProgress(position);
+  }
+
+  const DataImage& image_;
+  CDWriterEvents& listener_;
+  std::size_t told_ = 0;
+  bool begun_ = false;
+  std::int32_t position_ = 0;
+};
+
+}  // namespace
+
+void writeImageFile(const HostPath& target, std::vector<DataEntry> entries, const std::string& label,
+                    CDWriterEvents& listener) {
+  Target file(target);
+  DataImage image(std::move(entries), label, Unreadable::LeftOut);
+  Report report(image, listener);
+  std::vector<std::byte> buffer(blocksAtOnce * dataSectorBytes);
+  for (std::int64_t left = image.blocks(); left != 0;) {
+    const auto step = std::min<std::int64_t>(left, blocksAtOnce);
+    const std::span<std::byte> sectors(buffer.data(), static_cast<std::size_t>(step) * dataSectorBytes);
+    image.read(sectors);
+    file.append(sectors);
+    left -= step;
+    report.upTo(image.reading().file, image.reading().bytesOfFile);
+  }
+  report.upTo(image.fileCount(), 0);
+}
+
+}  // namespace trackloom

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "engines/writer/DataQueue.h"
+#include "ports/CDWriterEvents.h"
+
+namespace trackloom {
+
+/// Writes the image of a data disc to a file, in place of what is there, and tells of each file in the order in which
+/// they lie in the image: OnImageTrackStart, OnTrackCacheStart and OnCacheProgress up to its blocks. Sources that
+/// cannot be opened are left out. Throws RuntimeError; what was written until then stays.
+void writeImageFile(const HostPath& target, std::vector<DataEntry> entries, const std::string& label,
+                    CDWriterEvents& listener);
+
+}  // namespace trackloom

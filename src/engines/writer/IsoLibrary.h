@@ -1,0 +1,20 @@
+#pragma once
+
+// The library's header uses the fixed-width types without including them, and shows its source of sectors only to those
+// who do without its usual consumer.
+#include <cstdint>
+#define LIBISOFS_WITHOUT_LIBBURN
+#include <libisofs/libisofs.h>
+
+#include <string>
+
+namespace trackloom {
+
+/// Makes the library that builds ISO 9660 images ready, once for the process: silent, giving up at the first source
+/// that cannot be read, and with UTF-8 for names whatever the locale. Throws RuntimeError when it cannot be used.
+void ensureIsoLibrary();
+
+/// Throws RuntimeError with the library's own words where `result` is one of its error codes.
+int isoChecked(int result, const std::string& what);
+
+}  // namespace trackloom

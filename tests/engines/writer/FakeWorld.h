@@ -1,0 +1,54 @@
+#pragma once
+
+#include <algorithm>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "engines/writer/DiscWriters.h"
+#include "engines/writer/TestFiles.h"
+#include "fakes/FakeEventQueue.h"
+#include "fakes/FakeRecorder.h"
+#include "fakes/WriterTranscript.h"
+
+namespace trackloom::test {
+
+/// The real engine with a recorder in memory, which has a blank disc in it.
+class FakeWorld {
+ public:
+  FakeWorld() {
+    recorder->insert(fakes::FakeDisc::blank());
+    writer = writers.create(heard);
+    writer->SelectDrive(0);
+  }
+
+  HostPath track(const std::string& name, std::int32_t blocks) const {
+    return folder.file(name + ".wav", wav(samples(name, blocks)));
+  }
+  static std::string samples(const std::string& name, std::int32_t blocks) {
+    return noise(static_cast<std::size_t>(blocks) * 2352, static_cast<unsigned char>(name.front()));
+  }
+  bool write() {
+    heard.lines.clear();
+    writer->StartWrite();
+    return queue.runUntil([this] { return heard.ended(); });
+  }
+  std::vector<std::string> linesOfWrite() {
+    write();
+    return heard.lines;
+  }
+  bool runUntilLine(const std::string& line) {
+    return queue.runUntil([&] { return heard.has(line); });
+  }
+
+  TempFolder folder;
+  std::shared_ptr<fakes::FakeRecorder> recorder = std::make_shared<fakes::FakeRecorder>();
+  fakes::FakeEventQueue queue;
+  fakes::WriterTranscript heard;
+  DiscWriters writers{{recorder}, std::make_shared<AudioFiles>(), queue, {150, folder.host("scratch")}};
+  std::unique_ptr<CDWriterXP> writer;
+};
+
+using Lines = std::vector<std::string>;
+
+}  // namespace trackloom::test

@@ -1,0 +1,184 @@
+#include <catch2/catch.hpp>
+
+#include "engines/writer/FakeWorld.h"
+
+namespace trackloom::test {
+
+using fakes::FakeDisc;
+
+namespace {
+
+std::string lastLine(FakeWorld& world) {
+  world.write();
+  return world.heard.lines.back();
+}
+
+bool saysOfDevice(FakeWorld& world, const std::string& words) {
+  return world.writer->LastDeviceErrorText().find(words) != std::string::npos;
+}
+
+std::string deviceError(std::int32_t number) {
+  return "OnWriteError 3 " + std::to_string(number);
+}
+
+}  // namespace
+
+TEST_CASE("Without a drive, a disc or an open one, a write ends in a device error with words") {
+  FakeWorld world;
+  world.writer->AddAudioTrack(world.track("a", 5), 1);
+  SECTION("no disc") {
+    world.writer->EjectDisc();
+    CHECK(lastLine(world) == deviceError(0x023A00));
+    CHECK(world.writer->LastDeviceErrorText() == "2/3A/00 no disc is in the drive");
+  }
+  SECTION("closed disc") {
+    world.recorder->insert(FakeDisc::closed());
+    CHECK(lastLine(world) == deviceError(0x053005));
+    CHECK(saysOfDevice(world, "closed"));
+  }
+  SECTION("no drive") {
+    world.writer->SelectDrive(-1);
+    CHECK(lastLine(world) == deviceError(0x020400));
+    CHECK(saysOfDevice(world, "no drive"));
+  }
+  CHECK(world.recorder->orders.empty());
+}
+
+TEST_CASE("A disc that is too small is refused before its first block, the pauses counted in") {
+  FakeWorld world;
+  world.writer->AddAudioTrack(world.track("a", 5), 1);
+  world.writer->AddAudioTrack(world.track("b", 5), 2);
+  world.recorder->insert(FakeDisc::blank(159));
+  CHECK(lastLine(world) == deviceError(0x056300));
+  CHECK(world.writer->LastDeviceErrorText() == "5/63/00 the disc has 159 blocks left, and 160 are needed");
+  CHECK(world.recorder->orders.empty());
+  CHECK(world.recorder->disc()->state.status == DiscEmpty);
+  world.recorder->insert(FakeDisc::blank(160));
+  CHECK(lastLine(world) == "OnOperationComplete");
+}
+
+TEST_CASE(
+    "The room of an open disc begins where its next track would, so that track's own gap is not asked for again") {
+  FakeWorld world;
+  world.writer->AddAudioTrack(world.track("a", 5), 1);
+  world.writer->AddAudioTrack(world.track("b", 5), 2);
+  FakeDisc disc = FakeDisc::blank(160);
+  disc.state.status = DiscOpen;
+  disc.state.lastSession = SessionIncomplete;
+  disc.state.sessions = 1;
+  world.recorder->insert(disc);
+  CHECK(lastLine(world) == "OnOperationComplete");
+}
+
+TEST_CASE("More than 99 tracks are refused before the first block") {
+  FakeWorld world;
+  for (std::int16_t number = 1; number <= 100; ++number)
+    world.writer->AddAudioTrack(world.folder.file("a.wav", wav(std::string(2352, 'x'))), number);
+  CHECK(lastLine(world) == deviceError(0x057205));
+  CHECK(world.recorder->orders.empty());
+}
+
+TEST_CASE("A data track that would hide an earlier session is refused") {
+  FakeWorld world;
+  FakeDisc disc = FakeDisc::blank();
+  disc.state.status = DiscOpen;
+  disc.state.sessions = 1;
+  world.recorder->insert(disc);
+  world.writer->SetDiscMode(DataBlocks);
+  world.writer->AddDataFile(DiscPath("\\a"), world.track("a", 5));
+  CHECK(lastLine(world) == deviceError(0x053005));
+  CHECK(saysOfDevice(world, "earlier session"));
+  CHECK(world.recorder->orders.empty());
+}
+
+TEST_CASE("A data image is compared with the room as it is, directories and all, before anything is written") {
+  FakeWorld world;
+  world.writer->SetDiscMode(DataBlocks);
+  world.writer->AddDataFile(DiscPath("\\a"), world.folder.file("a", std::string(20480, 'x')));
+  CHECK(world.writer->DataQueueBlocks() == 10);
+  world.recorder->insert(FakeDisc::blank(10));
+  CHECK(lastLine(world) == deviceError(0x056300));
+  CHECK(world.recorder->orders.empty());
+}
+
+TEST_CASE("A source that has vanished or changed since it was queued is a file error before the first block") {
+  FakeWorld world;
+  const bool cached = GENERATE(false, true);
+  world.writer->SetCacheAudioTracks(cached);
+  world.writer->SetCacheDataTrack(cached);
+  const HostPath path = world.track("a", 5);
+  world.writer->AddAudioTrack(path, 1);
+  world.writer->AddDataFile(DiscPath("\\a"), path);
+  world.folder.file("a.wav", "not music any more");
+  CHECK(lastLine(world) == "OnWriteError 2 0");
+  CHECK(saysOfDevice(world, "a.wav"));
+  std::filesystem::remove(path.text);
+  CHECK(lastLine(world) == "OnWriteError 2 0");
+  world.writer->SetDiscMode(DataBlocks);
+  CHECK(lastLine(world) == "OnWriteError 2 0");
+  CHECK(saysOfDevice(world, "No such file"));
+  CHECK(world.recorder->orders.empty());
+  CHECK(world.recorder->disc()->state.status == DiscEmpty);
+}
+
+TEST_CASE("A source that shrinks while its disc is written is a file error, not zeros") {
+  FakeWorld world;
+  world.writer->SetDiscMode(DataBlocks);
+  const std::size_t megabytes = 24;
+  world.writer->AddDataFile(DiscPath("\\1"), world.folder.file("1", noise(megabytes << 20, 1)));
+  const HostPath second = world.folder.file("2", noise(megabytes << 20, 2));
+  world.writer->AddDataFile(DiscPath("\\2"), second);
+  world.recorder->everyWrite = std::chrono::milliseconds(1);
+  SECTION("shortened") {
+    world.heard.onLine = [&](const std::string& line) {
+      if (line.starts_with("OnTrackWriteStart")) std::filesystem::resize_file(second.text, 5000);
+    };
+  }
+  SECTION("removed") {
+    world.heard.onLine = [&](const std::string& line) {
+      if (line.starts_with("OnTrackWriteStart")) std::filesystem::remove(second.text);
+    };
+  }
+  CHECK(lastLine(world) == "OnWriteError 2 0");
+  CHECK(saysOfDevice(world, second.text));
+  CHECK(world.recorder->disc()->state.status == DiscClosed);
+}
+
+TEST_CASE("A failure of the recorder comes with its number and words, ends the write and spoils the disc") {
+  FakeWorld world;
+  world.writer->AddAudioTrack(world.track("a", 60), 1);
+  world.writer->AddAudioTrack(world.track("b", 60), 2);
+  world.recorder->failAtBlock = 100;
+  CHECK(world.linesOfWrite() == Lines{"OnWriteStarting", "OnTrackWriteStart 1 60", "OnTrackClosing 1",
+                                      "OnTrackWriteStart 2 60", deviceError(0x030C00)});
+  CHECK(world.writer->LastDeviceErrorText() == "3/0C/00 write error at block 100");
+  CHECK(world.recorder->disc()->state.status == DiscClosed);
+}
+
+TEST_CASE("A failure in a test write leaves the disc as it was") {
+  FakeWorld world;
+  world.writer->SetTestMode(true);
+  world.writer->SetCloseSession(true);
+  world.writer->AddAudioTrack(world.track("a", 60), 1);
+  world.recorder->failClosing = "session";
+  CHECK(world.linesOfWrite() == Lines{"OnWriteStarting", "OnTrackWriteStart 1 60", "OnTrackClosing 1",
+                                      "OnSessionClosing", deviceError(0x057200)});
+  CHECK(world.recorder->disc()->state.status == DiscEmpty);
+}
+
+TEST_CASE("A cache that cannot be made is an error of the read buffer with nothing written") {
+  FakeWorld world;
+  fakes::WriterTranscript heard;
+  DiscWriters writers({world.recorder}, std::make_shared<AudioFiles>(), world.queue, {150, HostPath("/dev/null/no")});
+  const auto writer = writers.create(heard);
+  REQUIRE(writer->SelectDrive(0));
+  writer->SetCacheAudioTracks(true);
+  writer->AddAudioTrack(world.track("a", 5), 1);
+  writer->StartWrite();
+  REQUIRE(world.queue.runUntil([&] { return heard.ended(); }));
+  CHECK(heard.lines.back() == "OnWriteError 0 0");
+  CHECK(writer->LastDeviceErrorText().find("/dev/null/no") != std::string::npos);
+  CHECK(world.recorder->orders.empty());
+}
+
+}  // namespace trackloom::test

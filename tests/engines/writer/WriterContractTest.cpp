@@ -1,0 +1,52 @@
+#include "contract/WriterContract.h"
+
+#include "engines/writer/VirtualWorld.h"
+
+namespace trackloom::test {
+
+namespace {
+
+void holds(void (*rule)(contract::WriterWorld&)) {
+  test::VirtualWorld world;
+  rule(world);
+}
+
+}  // namespace
+
+TEST_CASE("E086: Two StartWrite calls in a row without touching the queue write the same tracks twice") {
+  holds(contract::secondWriteRepeatsTheFirst);
+}
+
+TEST_CASE("E087: FreeBlocks on a closed disc gives 0 or less in both kinds") {
+  holds(contract::closedDiscHasNoRoom);
+}
+
+TEST_CASE("E088: the scratch instance measures without any drive being selected") {
+  holds(contract::scratchInstanceMeasures);
+}
+
+TEST_CASE("E089: BlocksToTime of a total under ten minutes begins with 0") {
+  holds(contract::shortTimesBeginWithNought);
+}
+
+TEST_CASE("The engine counts bytes by the kind of blocks") {
+  holds(contract::bytesAreThoseOfTheKind);
+}
+
+TEST_CASE("The engine tells of caching before each track and of closing as it was set") {
+  holds(contract::eventsOfACachedWrite);
+}
+
+TEST_CASE("The engine's progress rises to the last block of each track") {
+  holds(contract::progressReachesTheLastBlock);
+}
+
+TEST_CASE("The engine tells nothing after an abort and leaves the disc spoilt") {
+  holds(contract::nothingComesAfterAnAbort);
+}
+
+TEST_CASE("The engine answers a write of nothing with a file error") {
+  holds(contract::emptyQueueIsAFileError);
+}
+
+}  // namespace trackloom::test
