@@ -1,0 +1,203 @@
+#include "desktop/Face.h"
+
+#include <QApplication>
+#include <QEventLoop>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLayout>
+#include <QPointer>
+#include <QPushButton>
+#include <QScreen>
+#include <QTimer>
+#include <QWindow>
+#include <algorithm>
+
+#include "controls/Button.h"
+#include "desktop/Binder.h"
+#include "desktop/EventTap.h"
+#include "desktop/Make.h"
+#include "desktop/Placement.h"
+#include "desktop/QtDesk.h"
+#include "desktop/Shown.h"
+
+namespace trackloom {
+
+namespace {
+
+/// Some compositors never say that a window is active; after this time, in milliseconds, it counts as active.
+constexpr int ActivationPatience = 100;
+
+Qt::WindowFlags flagsOf(const QWidget& window) {
+  if (window.property("frameless").toBool()) return Qt::SplashScreen | Qt::FramelessWindowHint;
+  if (!window.inherits("QDialog")) return window.windowFlags();
+  return Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
+         Qt::WindowCloseButtonHint;
+}
+
+/// A heading stands out from the form's text, whatever size that has.
+void enlargeHeadings(const QWidget& window) {
+  constexpr double Enlarged = 1.35;
+  for (QLabel* label : window.findChildren<QLabel*>()) {
+    const bool heading = label->property("heading").toBool();
+    if (!heading && !label->property("subheading").toBool()) continue;
+    QFont font = label->font();
+    if (heading) font.setPointSizeF(font.pointSizeF() * Enlarged);
+    font.setBold(true);
+    label->setFont(font);
+  }
+}
+
+/// A text that wraps needs the more lines the narrower the window is; none of them may be lost, now or later.
+void keepAllLines(QWidget& window) {
+  const QLayout* layout = window.layout();
+  if (layout != nullptr && layout->hasHeightForWidth())
+    window.setMinimumHeight(layout->minimumHeightForWidth(window.width()));
+}
+
+/// A dialog opens as wide as it was designed or, in a larger font, as its contents need, and as high as they then are.
+void fitToContents(QWidget& window) {
+  QLayout& layout = *window.layout();
+  const int width = std::max(window.minimumWidth(), layout.totalMinimumSize().width());
+  window.setMinimumWidth(width);
+  if (window.testAttribute(Qt::WA_Resized))
+    window.resize(std::max(window.width(), width), window.height());
+  else
+    window.resize(width, layout.hasHeightForWidth() ? layout.totalHeightForWidth(width) : layout.sizeHint().height());
+  keepAllLines(window);
+}
+
+/// The button that a key presses for the whole form: Enter its default button, Esc its cancel button.
+Button* buttonFor(const Form& form, int key) {
+  for (Control* control : form.controls()) {
+    auto* button = dynamic_cast<Button*>(control);
+    if (button != nullptr && (key == Qt::Key_Escape ? button->Cancel : button->Default)) return button;
+  }
+  return nullptr;
+}
+
+}  // namespace
+
+std::shared_ptr<Face> Face::make(const QtDesk& desk, Form& form) {
+  auto face = std::make_shared<Face>(desk, form, Unshared{});
+  face->tie();
+  return face;
+}
+
+Face::Face(const QtDesk& desk, Form& form, Unshared /*unshared*/)
+    : desk_(desk), form_(&form), window_(desk.makeWindow(form.name()).release()) {}
+
+Face::~Face() {
+  if (form_ != nullptr) cut();
+}
+
+void Face::tie() {
+  window_->setWindowFlags(flagsOf(*window_));
+  enlargeHeadings(*window_);
+  const auto showCaption = [this] { window_->setWindowTitle(shown(form_->caption.get())); };
+  showCaption();
+  keep(form_->changed.connect(showCaption));
+  trackloom::make<EventTap>(*window_, [this](QEvent& event) { return handle(event); });
+  problems_ = bindControls(*this);
+  tiePlacement(*this);
+}
+
+QWidget* Face::widgetOf(const Control& control) const {
+  const auto found = widgets_.find(&control);
+  return found == widgets_.end() ? nullptr : found->second;
+}
+
+bool Face::handle(QEvent& event) {
+  switch (event.type()) {
+    case QEvent::Close:
+      event.ignore();
+      entry()([this] { form_->closeBox(); });
+      return true;
+    case QEvent::KeyPress:
+      return pressKey(static_cast<QKeyEvent&>(event).key());
+    case QEvent::LayoutRequest:
+      if (placed_ && window_->inherits("QDialog")) keepAllLines(*window_);
+      return false;
+    case QEvent::WindowActivate:
+      activateOnce();
+      return false;
+    default:
+      return false;
+  }
+}
+
+bool Face::pressKey(int key) {
+  const bool enter = key == Qt::Key_Return || key == Qt::Key_Enter;
+  if (!enter && key != Qt::Key_Escape) return false;
+  auto* focused = qobject_cast<QPushButton*>(window_->focusWidget());
+  if (enter && focused != nullptr) {
+    focused->click();
+  } else {
+    entry()([this, key] {
+      if (Button* button = buttonFor(*form_, key)) button->click();
+    });
+  }
+  return true;
+}
+
+void Face::awaitActivation() {
+  activationDue_ = true;
+  QTimer::singleShot(ActivationPatience, window_.get(), [weak = weak_from_this()] {
+    if (const auto face = weak.lock()) face->activateOnce();
+  });
+}
+
+void Face::activateOnce() {
+  if (!std::exchange(activationDue_, false)) return;
+  entry().later([this] { form_->activated(); });
+}
+
+void Face::place(QWidget* owner) {
+  const bool splash = window_->windowFlags().testFlag(Qt::SplashScreen);
+  if (std::exchange(placed_, true) || (form_->placement.get() != Placement{} && !splash)) return;
+  window_->ensurePolished();
+  if (window_->inherits("QDialog") && !splash) fitToContents(*window_);
+  const QRect around = owner == nullptr ? window_->screen()->availableGeometry() : owner->frameGeometry();
+  QRect frame(QPoint(), window_->size());
+  frame.moveCenter(around.center());
+  window_->move(frame.topLeft());
+}
+
+void Face::show(QWidget* owner, Qt::WindowModality modality) {
+  if (!window_->isVisible()) {
+    window_->setWindowModality(modality);
+    place(owner);
+    window_->winId();
+    window_->windowHandle()->setTransientParent(owner == nullptr ? nullptr : owner->windowHandle());
+    awaitActivation();
+  }
+  window_->show();
+  window_->raise();
+  window_->activateWindow();
+}
+
+void Face::runModal(QWidget* owner) {
+  const auto self = shared_from_this();
+  const QPointer<QWidget> before(owner);
+  show(owner, Qt::ApplicationModal);
+  if (form_ != nullptr && form_->visible()) {
+    QEventLoop loop;
+    loops_.push_back(&loop);
+    loop.exec();
+    std::erase(loops_, &loop);
+  }
+  if (before && before->isVisible()) before->activateWindow();
+}
+
+void Face::hide() {
+  window_->hide();
+  for (QEventLoop* loop : loops_) loop->quit();
+}
+
+void Face::cut() {
+  form_ = nullptr;
+  connections_.clear();
+  for (const auto& end : ends_) end();
+  hide();
+}
+
+}  // namespace trackloom

@@ -1,0 +1,80 @@
+#pragma once
+
+#include <QWidget>
+#include <functional>
+#include <memory>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "controls/Form.h"
+#include "controls/Signal.h"
+#include "desktop/Entry.h"
+
+class QEventLoop;
+
+namespace trackloom {
+
+class QtDesk;
+
+/// The window of one form. It goes only when nobody runs in it: whoever does holds it, and the toolkit then deletes the
+/// window from its event loop. Cut off from its form, it passes nothing on.
+class Face : public std::enable_shared_from_this<Face> {
+ public:
+  /// A form without a design gets an empty window.
+  static std::shared_ptr<Face> make(const QtDesk& desk, Form& form);
+  struct Unshared {};
+  /// Not yet tied; for make() only, since ties need the face to be shared.
+  Face(const QtDesk& desk, Form& form, Unshared);
+  ~Face();
+  Face(const Face&) = delete;
+  Face& operator=(const Face&) = delete;
+
+  QWidget& window() { return *window_; }
+  /// Null once it is cut off.
+  Form* form() const { return form_; }
+  Entry entry() { return Entry(weak_from_this()); }
+  const QtDesk& desk() const { return desk_; }
+
+  /// Shows the window in front of `owner`, or for null where the form's placement or the screen's centre puts it.
+  void show(QWidget* owner, Qt::WindowModality modality);
+  /// Runs events until the window is hidden.
+  void runModal(QWidget* owner);
+  void hide();
+  /// The form is going: hides the window and ends all ties.
+  void cut();
+
+  // For those that tie controls to widgets.
+  void bound(const Control& control, QWidget& widget) { widgets_[&control] = &widget; }
+  void keep(Connection connection) { connections_.push_back(std::move(connection)); }
+  void atCut(std::function<void()> end) { ends_.push_back(std::move(end)); }
+
+  QWidget* widgetOf(const Control& control) const;
+  /// What does not fit between the form's controls and the design's widgets.
+  const std::vector<std::string>& problems() const { return problems_; }
+
+ private:
+  struct Later {
+    void operator()(QWidget* window) const { window->deleteLater(); }
+  };
+
+  void tie();
+  bool handle(QEvent& event);
+  bool pressKey(int key);
+  void awaitActivation();
+  void activateOnce();
+  void place(QWidget* owner);
+
+  const QtDesk& desk_;
+  Form* form_;
+  std::unique_ptr<QWidget, Later> window_;
+  std::unordered_map<const Control*, QWidget*> widgets_;
+  std::vector<Connection> connections_;
+  std::vector<std::function<void()>> ends_;
+  std::vector<std::string> problems_;
+  std::vector<QEventLoop*> loops_;
+  bool activationDue_ = false;
+  bool placed_ = false;
+};
+
+}  // namespace trackloom

@@ -1,0 +1,116 @@
+#include "desktop/ListModel.h"
+
+#include <QGuiApplication>
+#include <QPalette>
+
+#include "desktop/Shown.h"
+
+namespace trackloom {
+
+ListModel::ListModel(ListView& list, Entry entry, QIcon icon, QObject* parent)
+    : QAbstractTableModel(parent),
+      list_(&list),
+      entry_(std::move(entry)),
+      icon_(std::move(icon)),
+      rows_(list.Count()),
+      columns_(static_cast<int>(list.columns().size())) {}
+
+void ListModel::mirror(const ListChange& change) {
+  const int row = change.row - 1;
+  switch (change.kind) {
+    case ListChange::Kind::Inserted:
+      if (row >= rows_) return;
+      beginInsertRows({}, row, row);
+      ++rows_;
+      return endInsertRows();
+    case ListChange::Kind::Removed:
+      if (row >= rows_) return;
+      beginRemoveRows({}, row, row);
+      --rows_;
+      return endRemoveRows();
+    case ListChange::Kind::RowChanged:
+      if (row < rows_) emit dataChanged(index(row, 0), index(row, columns_ - 1));
+      return;
+    case ListChange::Kind::Selection:
+      return;
+    case ListChange::Kind::Columns:
+      if (columns_ == static_cast<int>(list_->columns().size())) return;
+      [[fallthrough]];
+    case ListChange::Kind::Reset:
+      beginResetModel();
+      rows_ = list_->Count();
+      columns_ = static_cast<int>(list_->columns().size());
+      endResetModel();
+  }
+}
+
+void ListModel::grow() {
+  if (showsAllRows()) return;
+  beginInsertRows({}, rows_, list_->Count() - 1);
+  rows_ = list_->Count();
+  endInsertRows();
+}
+
+void ListModel::cut() {
+  beginResetModel();
+  list_ = nullptr;
+  rows_ = 0;
+  endResetModel();
+}
+
+int ListModel::rowCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : rows_;
+}
+
+int ListModel::columnCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : columns_;
+}
+
+const std::string& ListModel::cell(const QModelIndex& index) const {
+  const int row = index.row() + 1;
+  return index.column() == 0 ? list_->Item(row).Text : list_->SubItem(row, index.column());
+}
+
+QVariant ListModel::data(const QModelIndex& index, int role) const {
+  if (list_ == nullptr || !checkIndex(index, CheckIndexOption::IndexIsValid)) return {};
+  const ListItem& item = list_->Item(index.row() + 1);
+  const bool first = index.column() == 0;
+  switch (role) {
+    case Qt::DisplayRole:
+      return shown(cell(index));
+    case Qt::DecorationRole:
+      return first && item.SmallIcon == 1 ? QVariant(icon_) : QVariant();
+    case Qt::CheckStateRole:
+      return first && list_->checkBoxes() ? QVariant(item.Checked ? Qt::Checked : Qt::Unchecked) : QVariant();
+    case Qt::ForegroundRole: {
+      const QColor colour = shownColour(item.ForeColor, QGuiApplication::palette());
+      return colour.isValid() ? QVariant(colour) : QVariant();
+    }
+    case Qt::TextAlignmentRole:
+      return headerData(index.column(), Qt::Horizontal, role);
+    default:
+      return {};
+  }
+}
+
+bool ListModel::setData(const QModelIndex& index, const QVariant& value, int role) {
+  if (list_ == nullptr || role != Qt::CheckStateRole) return false;
+  entry_([&] { list_->check(index.row() + 1, value.toInt() == Qt::Checked); });
+  return true;
+}
+
+QVariant ListModel::headerData(int section, Qt::Orientation orientation, int role) const {
+  if (list_ == nullptr || orientation != Qt::Horizontal || section < 0 || section >= columns_) return {};
+  const ListColumn& column = list_->columns()[static_cast<std::size_t>(section)];
+  if (role == Qt::DisplayRole) return shown(column.text);
+  if (role != Qt::TextAlignmentRole) return {};
+  return QVariant::fromValue((column.rightAligned ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
+}
+
+Qt::ItemFlags ListModel::flags(const QModelIndex& index) const {
+  Qt::ItemFlags flags = Qt::ItemIsSelectable | Qt::ItemIsEnabled | Qt::ItemNeverHasChildren;
+  if (list_ != nullptr && list_->checkBoxes() && index.column() == 0) flags |= Qt::ItemIsUserCheckable;
+  return flags;
+}
+
+}  // namespace trackloom

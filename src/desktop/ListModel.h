@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QAbstractTableModel>
+#include <QIcon>
+
+#include "controls/ListView.h"
+#include "desktop/Entry.h"
+
+namespace trackloom {
+
+/// Shows the rows of a list without copying them, one step for each change it is told of; only rows added at the end
+/// wait until grow(), so that many of them cost one step. Rows count from 0 here.
+class ListModel final : public QAbstractTableModel {
+ public:
+  /// `icon` is the list's image 1.
+  ListModel(ListView& list, Entry entry, QIcon icon, QObject* parent);
+
+  void mirror(const ListChange& change);
+  bool showsAllRows() const { return list_ == nullptr || rows_ == list_->Count(); }
+  void grow();
+  /// The list is going: the model is empty from now on.
+  void cut();
+
+  int rowCount(const QModelIndex& parent = {}) const override;
+  int columnCount(const QModelIndex& parent = {}) const override;
+  QVariant data(const QModelIndex& index, int role) const override;
+  bool setData(const QModelIndex& index, const QVariant& value, int role) override;
+  QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+  Qt::ItemFlags flags(const QModelIndex& index) const override;
+
+ private:
+  const std::string& cell(const QModelIndex& index) const;
+
+  ListView* list_;
+  Entry entry_;
+  QIcon icon_;
+  int rows_;
+  int columns_;
+};
+
+}  // namespace trackloom

@@ -1,0 +1,180 @@
+#include "desktop/ListTie.h"
+
+#include <QDropEvent>
+#include <QFile>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QMimeData>
+#include <QScopedValueRollback>
+#include <QTimer>
+#include <QUrl>
+#include <memory>
+
+#include "desktop/EventTap.h"
+#include "desktop/Face.h"
+#include "desktop/ListModel.h"
+#include "desktop/Make.h"
+#include "desktop/Shown.h"
+
+namespace trackloom {
+
+namespace {
+
+/// How often a list that is being filled shows what it has got: more often than the eye can follow is waste.
+constexpr int RestMilliseconds = 30;
+
+/// What the parts of one tie share.
+struct ListTie {
+  QTreeView& view;
+  ListView& list;
+  ListModel& model;
+  /// Runs after new rows have been shown; those that come meanwhile are shown together at its end.
+  QTimer& rest;
+  Entry entry;
+  /// The view is being brought in line with the list, so what it tells is no deed of the user.
+  bool mirroring = false;
+
+  void mirror(const ListChange& change);
+  void showNewRows();
+  void showColumns();
+  /// The column takes what the others leave, so its width is nobody's choice.
+  bool stretches(int column) const;
+  void showSelection();
+  void reportSelection();
+  void reportSize() const;
+  bool toggleCheck(const QKeyEvent& key);
+  bool dragEvent(QEvent& event);
+};
+
+void ListTie::mirror(const ListChange& change) {
+  const QScopedValueRollback<bool> guard(mirroring, true);
+  model.mirror(change);
+  if (change.kind == ListChange::Kind::RowChanged) return;
+  if (change.kind == ListChange::Kind::Reset || change.kind == ListChange::Kind::Columns) showColumns();
+  if (!rest.isActive()) showNewRows();
+  showSelection();
+}
+
+void ListTie::showNewRows() {
+  if (model.showsAllRows()) return;
+  const QScopedValueRollback<bool> guard(mirroring, true);
+  model.grow();
+  showSelection();
+  rest.start(RestMilliseconds);
+}
+
+void ListTie::showColumns() {
+  const auto& columns = list.columns();
+  for (std::size_t column = 0; column < columns.size(); ++column)
+    view.header()->resizeSection(static_cast<int>(column), static_cast<int>(columns[column].width / TwipsPerPixel));
+}
+
+bool ListTie::stretches(int column) const {
+  return view.header()->stretchLastSection() && column == view.header()->count() - 1;
+}
+
+void ListTie::showSelection() {
+  QItemSelectionModel& selection = *view.selectionModel();
+  const int row = list.SelectedRow() - 1;
+  if (row >= model.rowCount()) return;
+  if (row < 0) {
+    if (selection.hasSelection()) selection.clear();
+  } else if (!selection.isRowSelected(row)) {
+    selection.setCurrentIndex(model.index(row, 0), QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+  }
+}
+
+void ListTie::reportSelection() {
+  if (mirroring) return;
+  const QModelIndexList rows = view.selectionModel()->selectedRows();
+  const int row = rows.isEmpty() ? 0 : rows.front().row() + 1;
+  entry([this, row] { list.SelectRow(row); });
+}
+
+void ListTie::reportSize() const {
+  entry([this] {
+    list.Width = view.width() * TwipsPerPixel;
+    list.Height = view.height() * TwipsPerPixel;
+  });
+}
+
+bool ListTie::toggleCheck(const QKeyEvent& key) {
+  const QModelIndex current = view.currentIndex();
+  if (key.key() != Qt::Key_Space || !list.checkBoxes() || !current.isValid()) return false;
+  const int row = current.row() + 1;
+  entry([this, row] { list.check(row, !list.Item(row).Checked); });
+  return true;
+}
+
+std::vector<std::string> localFiles(const QMimeData& data) {
+  std::vector<std::string> paths;
+  for (const QUrl& url : data.urls())
+    if (url.isLocalFile())
+      paths.push_back(QByteArray::fromPercentEncoding(url.path(QUrl::FullyEncoded).toLatin1()).toStdString());
+  return paths;
+}
+
+bool ListTie::dragEvent(QEvent& event) {
+  const bool drop = event.type() == QEvent::Drop;
+  if (!drop && event.type() != QEvent::DragEnter && event.type() != QEvent::DragMove) return false;
+  auto& drag = static_cast<QDropEvent&>(event);
+  std::vector<std::string> paths = localFiles(*drag.mimeData());
+  const bool welcome = list.FilesDropped && !paths.empty();
+  drag.setDropAction(Qt::CopyAction);
+  drag.setAccepted(welcome);
+  // The program that files come from waits until the drop is over, so the work begins after it.
+  if (drop && welcome) entry.later([this, paths = std::move(paths)] { list.dropFiles(paths); });
+  return true;
+}
+
+void design(QTreeView& view) {
+  view.setRootIsDecorated(false);
+  view.setItemsExpandable(false);
+  view.setUniformRowHeights(true);
+  view.setAllColumnsShowFocus(true);
+  view.setEditTriggers(QAbstractItemView::NoEditTriggers);
+  view.setSelectionMode(QAbstractItemView::SingleSelection);
+  view.setTextElideMode(Qt::ElideMiddle);
+  view.setAcceptDrops(true);
+  view.header()->setSectionsMovable(false);
+}
+
+void connectEvents(const std::shared_ptr<ListTie>& tie) {
+  QTreeView& view = tie->view;
+  tie->rest.setSingleShot(true);
+  QObject::connect(&tie->rest, &QTimer::timeout, [tie] { tie->showNewRows(); });
+  QObject::connect(view.selectionModel(), &QItemSelectionModel::selectionChanged, [tie] { tie->reportSelection(); });
+  QObject::connect(&view, &QTreeView::doubleClicked, [tie](const QModelIndex& index) {
+    const int row = index.row() + 1;
+    tie->entry([&tie, row] { tie->list.doubleClick(row); });
+  });
+  QObject::connect(view.header(), &QHeaderView::sectionResized, [tie](int column, int /*before*/, int width) {
+    if (!tie->mirroring && !tie->stretches(column))
+      tie->entry([&] { tie->list.SetColumnWidth(column + 1, width * TwipsPerPixel); });
+  });
+  make<EventTap>(view, [tie](QEvent& event) {
+    if (event.type() == QEvent::Resize) tie->reportSize();
+    return event.type() == QEvent::KeyPress && tie->toggleCheck(static_cast<QKeyEvent&>(event));
+  });
+  make<EventTap>(*view.viewport(), [tie](QEvent& event) { return tie->dragEvent(event); });
+}
+
+}  // namespace
+
+void tieList(Face& face, QTreeView& view, ListView& list) {
+  const QVariant icon = view.property("rowIcon");
+  auto& model =
+      make<ListModel>(view, list, face.entry(), rowIconNamed(icon.isValid() ? entered(icon.toString()) : "Note"));
+  design(view);
+  view.setModel(&model);
+  const auto tie = std::make_shared<ListTie>(ListTie{view, list, model, make<QTimer>(view), face.entry()});
+  tie->mirror({ListChange::Kind::Reset, 0});
+  face.keep(list.listChanged.connect([tie](const ListChange& change) { tie->mirror(change); }));
+  face.atCut([tie] {
+    tie->mirroring = true;
+    tie->model.cut();
+  });
+  connectEvents(tie);
+}
+
+}  // namespace trackloom

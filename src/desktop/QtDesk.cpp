@@ -1,0 +1,84 @@
+#include "desktop/QtDesk.h"
+
+#include <QApplication>
+#include <algorithm>
+
+#include "controls/Control.h"
+#include "controls/Form.h"
+#include "desktop/Face.h"
+
+namespace trackloom {
+
+namespace {
+
+void runUntrapped(const std::function<void()>& event) noexcept {
+  event();
+}
+
+}  // namespace
+
+QtDesk::QtDesk(const std::vector<FaceDesign>& designs) : designs_(designs), trap_(runUntrapped) {
+  QApplication::setQuitOnLastWindowClosed(false);
+}
+
+QtDesk::~QtDesk() {
+  for (const auto& [form, face] : faces_) face->cut();
+}
+
+void QtDesk::enter(const std::function<void()>& event) const {
+  trap_(event);
+}
+
+std::unique_ptr<QWidget> QtDesk::makeWindow(const std::string& form) const {
+  const auto found = std::find_if(designs_.begin(), designs_.end(), [&](const auto& d) { return d.form == form; });
+  return found == designs_.end() ? std::make_unique<QWidget>() : found->make();
+}
+
+Face& QtDesk::faceOf(Form& form) {
+  auto& face = faces_[&form];
+  if (!face) face = Face::make(*this, form);
+  return *face;
+}
+
+void QtDesk::show(Form& form) {
+  faceOf(form).show(nullptr, Qt::NonModal);
+  std::erase(shown_, &form);
+  shown_.push_back(&form);
+}
+
+void QtDesk::showModal(Form& form, Form* owner) {
+  const auto face = faceOf(form).shared_from_this();
+  std::erase(shown_, &form);
+  shown_.push_back(&form);
+  QWidget* before = owner == nullptr ? nullptr : window(*owner);
+  face->runModal(before != nullptr && before->isVisible() ? before : nullptr);
+}
+
+void QtDesk::hide(Form& form) {
+  std::erase(shown_, &form);
+  if (const auto found = faces_.find(&form); found != faces_.end()) found->second->hide();
+}
+
+void QtDesk::discard(Form& form) {
+  std::erase(shown_, &form);
+  const auto gone = faces_.extract(&form);
+  if (!gone.empty()) gone.mapped()->cut();
+}
+
+void QtDesk::repaint(Control& control) {
+  const auto found = faces_.find(&control.form());
+  if (found == faces_.end()) return;
+  if (QWidget* widget = found->second->widgetOf(control)) widget->repaint();
+}
+
+QWidget* QtDesk::window(const Form& form) const {
+  const auto found = faces_.find(&form);
+  return found == faces_.end() ? nullptr : &found->second->window();
+}
+
+QWidget* QtDesk::frontWindow() const {
+  if (QWidget* active = QApplication::activeWindow()) return active;
+  return shown_.empty() ? nullptr : window(*shown_.back());
+}
+
+}  // namespace trackloom

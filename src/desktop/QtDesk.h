@@ -1,0 +1,54 @@
+#pragma once
+
+#include <QWidget>
+#include <functional>
+#include <memory>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "controls/FormHost.h"
+#include "desktop/FaceTable.h"
+
+namespace trackloom {
+
+class Face;
+
+/// The desktop: gives each form a face at its first show, and takes it away when the form is unloaded. Every event of
+/// the toolkit reaches a form through enter(), so that no exception passes through the toolkit.
+class QtDesk final : public FormHost {
+ public:
+  /// Runs an event, and deals with whatever it throws.
+  using Trap = std::function<void(const std::function<void()>& event)>;
+
+  /// `designs` outlive the desk.
+  explicit QtDesk(const std::vector<FaceDesign>& designs = faceDesigns());
+  ~QtDesk() override;
+
+  /// Without a trap, an exception ends the process.
+  void setTrap(Trap trap) { trap_ = std::move(trap); }
+  void enter(const std::function<void()>& event) const;
+  /// The designed window of a form, an empty one for a form without a design.
+  std::unique_ptr<QWidget> makeWindow(const std::string& form) const;
+
+  void show(Form& form) override;
+  void showModal(Form& form, Form* owner) override;
+  void hide(Form& form) override;
+  void discard(Form& form) override;
+  void repaint(Control& control) override;
+
+  /// Null: the form has not been shown yet, or is gone.
+  QWidget* window(const Form& form) const;
+  /// What a box stands before: the active window, or the last one shown that still is; null when none is.
+  QWidget* frontWindow() const;
+
+ private:
+  Face& faceOf(Form& form);
+
+  const std::vector<FaceDesign>& designs_;
+  Trap trap_;
+  std::unordered_map<const Form*, std::shared_ptr<Face>> faces_;
+  std::vector<const Form*> shown_;
+};
+
+}  // namespace trackloom

@@ -1,0 +1,102 @@
+#include "desktop/QtMessageBoxes.h"
+
+#include <QKeyEvent>
+#include <QMessageBox>
+#include <QPointer>
+#include <QPushButton>
+#include <QScreen>
+#include <QWindow>
+
+#include "desktop/QtDesk.h"
+#include "desktop/Shown.h"
+
+namespace trackloom {
+
+namespace {
+
+QMessageBox::Icon iconOf(BoxIcon icon) {
+  switch (icon) {
+    case BoxIcon::Information:
+      return QMessageBox::Information;
+    case BoxIcon::Question:
+      return QMessageBox::Question;
+    case BoxIcon::Critical:
+      return QMessageBox::Critical;
+    case BoxIcon::Exclamation:
+      break;
+  }
+  return QMessageBox::Warning;
+}
+
+std::vector<QMessageBox::StandardButton> buttonsOf(BoxButtons buttons) {
+  switch (buttons) {
+    case BoxButtons::OkCancel:
+      return {QMessageBox::Ok, QMessageBox::Cancel};
+    case BoxButtons::YesNo:
+      return {QMessageBox::Yes, QMessageBox::No};
+    case BoxButtons::YesNoCancel:
+      return {QMessageBox::Yes, QMessageBox::No, QMessageBox::Cancel};
+    case BoxButtons::Ok:
+      break;
+  }
+  return {QMessageBox::Ok};
+}
+
+BoxAnswer answerOf(int button) {
+  switch (button) {
+    case QMessageBox::Cancel:
+      return BoxAnswer::Cancel;
+    case QMessageBox::Yes:
+      return BoxAnswer::Yes;
+    case QMessageBox::No:
+      return BoxAnswer::No;
+    default:
+      return BoxAnswer::Ok;
+  }
+}
+
+/// A box that closes by its buttons, and by Esc and its close box only where the question has an answer for that.
+class Box final : public QMessageBox {
+ public:
+  Box(const MessageBox& box, QWidget* before) : before_(before), mayEscape_(box.buttons != BoxButtons::YesNo) {
+    setWindowTitle(shown(box.title));
+    setTextFormat(Qt::PlainText);
+    setText(shown(box.text).replace("\r\n", "\n"));
+    setIcon(iconOf(box.icon));
+    const auto buttons = buttonsOf(box.buttons);
+    for (StandardButton button : buttons) addButton(button);
+    setDefaultButton(buttons.front());
+    setWindowModality(Qt::ApplicationModal);
+  }
+
+ protected:
+  void showEvent(QShowEvent* event) override {
+    QMessageBox::showEvent(event);
+    if (!before_) return;
+    windowHandle()->setTransientParent(before_->windowHandle());
+    QRect frame(QPoint(), size());
+    frame.moveCenter(before_->frameGeometry().center());
+    move(frame.topLeft());
+  }
+
+  void keyPressEvent(QKeyEvent* event) override {
+    if (mayEscape_ || event->key() != Qt::Key_Escape) QMessageBox::keyPressEvent(event);
+  }
+
+  void closeEvent(QCloseEvent* event) override {
+    if (mayEscape_) return QMessageBox::closeEvent(event);
+    event->ignore();
+  }
+
+ private:
+  const QPointer<QWidget> before_;
+  const bool mayEscape_;
+};
+
+}  // namespace
+
+BoxAnswer QtMessageBoxes::show(const MessageBox& box) {
+  return answerOf(Box(box, desk_.frontWindow()).exec());
+}
+
+}  // namespace trackloom

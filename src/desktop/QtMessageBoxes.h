@@ -1,0 +1,21 @@
+#pragma once
+
+#include "ports/MessageBoxes.h"
+
+namespace trackloom {
+
+class QtDesk;
+
+/// Boxes of the toolkit, in front of the window that the user works in. A question without a Cancel is answered by its
+/// buttons only.
+class QtMessageBoxes final : public MessageBoxes {
+ public:
+  explicit QtMessageBoxes(const QtDesk& desk) : desk_(desk) {}
+
+  BoxAnswer show(const MessageBox& box) override;
+
+ private:
+  const QtDesk& desk_;
+};
+
+}  // namespace trackloom

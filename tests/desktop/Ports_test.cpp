@@ -1,0 +1,151 @@
+#include <QApplication>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTimer>
+#include <algorithm>
+#include <catch2/catch.hpp>
+#include <thread>
+
+#include "desktop/Appearance.h"
+#include "desktop/DesktopOpener.h"
+#include "desktop/Host.h"
+#include "desktop/QtEvents.h"
+#include "desktop/QtMessageBoxes.h"
+#include "desktop/Trial.h"
+
+namespace trackloom {
+
+using trial::comesTrue;
+using Lines = std::vector<std::string>;
+
+namespace {
+
+/// Shows a box, lets `user` deal with it, and gives the answer.
+BoxAnswer answerTo(const MessageBox& box, const std::function<void(QMessageBox&)>& user) {
+  const QtDesk desk;
+  QTimer::singleShot(0, qApp, [&] { user(*qobject_cast<QMessageBox*>(QApplication::activeModalWidget())); });
+  return QtMessageBoxes(desk).show(box);
+}
+
+/// The buttons from left to right.
+QList<QAbstractButton*> buttonsOf(QMessageBox& box) {
+  QList<QAbstractButton*> buttons = box.buttons();
+  std::sort(buttons.begin(), buttons.end(), [](const auto* a, const auto* b) { return a->x() < b->x(); });
+  return buttons;
+}
+
+Lines captions(QMessageBox& box) {
+  Lines texts;
+  for (QAbstractButton* button : buttonsOf(box)) texts.push_back(button->text().remove('&').toStdString());
+  return texts;
+}
+
+}  // namespace
+
+TEST_CASE("A box shows title and text as they are, in plain text, and its first button is the default") {
+  const MessageBox box{"Layout Name", "<b>a</b>  b\r\n\r\nsecond", BoxButtons::OkCancel, BoxIcon::Question};
+  const BoxAnswer answer = answerTo(box, [](QMessageBox& shown) {
+    CHECK(shown.windowTitle() == "Layout Name");
+    CHECK(shown.text() == "<b>a</b>  b\n\nsecond");
+    CHECK(shown.textFormat() == Qt::PlainText);
+    CHECK(shown.icon() == QMessageBox::Question);
+    CHECK(captions(shown) == Lines{"OK", "Cancel"});
+    CHECK(shown.windowModality() == Qt::ApplicationModal);
+    QTest::keyClick(&shown, Qt::Key_Return);
+  });
+  CHECK(answer == BoxAnswer::Ok);
+}
+
+TEST_CASE("Each set of buttons has its buttons, and each gives its answer") {
+  const auto click = [](int place) { return [place](QMessageBox& box) { buttonsOf(box).at(place)->click(); }; };
+  CHECK(answerTo({"t", "x", BoxButtons::Ok, BoxIcon::Information}, click(0)) == BoxAnswer::Ok);
+  CHECK(answerTo({"t", "x", BoxButtons::OkCancel, BoxIcon::Information}, click(1)) == BoxAnswer::Cancel);
+  CHECK(answerTo({"t", "x", BoxButtons::YesNo, BoxIcon::Information}, click(0)) == BoxAnswer::Yes);
+  CHECK(answerTo({"t", "x", BoxButtons::YesNo, BoxIcon::Information}, click(1)) == BoxAnswer::No);
+  CHECK(answerTo({"t", "x", BoxButtons::YesNoCancel, BoxIcon::Information}, click(2)) == BoxAnswer::Cancel);
+}
+
+TEST_CASE("Esc and the close box answer OK, or Cancel where there is one, and do nothing between Yes and No") {
+  const auto escape = [](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Escape); };
+  const auto close = [](QMessageBox& box) { box.close(); };
+  CHECK(answerTo({"t", "x", BoxButtons::Ok, BoxIcon::Information}, escape) == BoxAnswer::Ok);
+  CHECK(answerTo({"t", "x", BoxButtons::OkCancel, BoxIcon::Information}, escape) == BoxAnswer::Cancel);
+  CHECK(answerTo({"t", "x", BoxButtons::YesNoCancel, BoxIcon::Information}, close) == BoxAnswer::Cancel);
+  const BoxAnswer answer = answerTo({"t", "x", BoxButtons::YesNo, BoxIcon::Information}, [&](QMessageBox& box) {
+    escape(box);
+    CHECK(box.isVisible());
+    close(box);
+    CHECK(box.isVisible());
+    box.button(QMessageBox::Yes)->click();
+  });
+  CHECK(answer == BoxAnswer::Yes);
+}
+
+TEST_CASE("Events posted by other threads run on this one, later and in their order") {
+  const QtDesk desk;
+  QtEventQueue queue(desk);
+  Lines order;
+  const auto here = std::this_thread::get_id();
+  std::thread engine([&] {
+    for (const char* name : {"first", "second", "third"})
+      queue.post([&order, name, here] {
+        CHECK(std::this_thread::get_id() == here);
+        order.emplace_back(name);
+      });
+  });
+  engine.join();
+  CHECK(order.empty());
+  QtEventPump().pumpEvents();
+  CHECK(order == Lines{"first", "second", "third"});
+}
+
+TEST_CASE("Posting on the UI thread never runs the event at once, and what it throws goes to the trap") {
+  QtDesk desk;
+  int trapped = 0;
+  desk.setTrap([&](const std::function<void()>& event) {
+    try {
+      event();
+    } catch (const std::runtime_error&) {
+      ++trapped;
+    }
+  });
+  QtEventQueue queue(desk);
+  queue.post([] { throw std::runtime_error("words"); });
+  CHECK(trapped == 0);
+  QtEventPump().pumpEvents();
+  CHECK(trapped == 1);
+}
+
+TEST_CASE("A file to open becomes an address that keeps every byte and cannot be taken for an option") {
+  CHECK(desktopAddress("/music/a.mp3").toEncoded() == "file:///music/a.mp3");
+  CHECK(desktopAddress("/music/50% \"x\"\n$(y).mp3").toEncoded() == "file:///music/50%25%20%22x%22%0A%24%28y%29.mp3");
+  CHECK(desktopAddress("/music/\xFF.mp3").toEncoded() == "file:///music/%FF.mp3");
+  CHECK(desktopAddress("-rf").toEncoded().startsWith("file:///"));
+  CHECK(desktopAddress("https://example.org/a?b=c#d").toEncoded() == "https://example.org/a?b=c#d");
+}
+
+TEST_CASE("The executable's own file tells a second instance, and the first goes on being the first") {
+  LinuxProcess first;
+  CHECK_FALSE(first.isSecondInstance());
+  CHECK_FALSE(first.isSecondInstance());
+  LinuxProcess second;
+  CHECK(second.isSecondInstance());
+  CHECK(QApplication::applicationDirPath().toStdString() == first.executableFolder());
+}
+
+TEST_CASE("On a dark desktop every text stands out from its ground, disabled ones too") {
+  const QPalette palette = darkPalette();
+  for (const auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
+    CHECK(palette.color(group, QPalette::WindowText).lightness() >
+          palette.color(group, QPalette::Window).lightness() + 80);
+    CHECK(palette.color(group, QPalette::Text).lightness() > palette.color(group, QPalette::Base).lightness() + 80);
+    CHECK(palette.color(group, QPalette::ButtonText).lightness() >
+          palette.color(group, QPalette::Button).lightness() + 60);
+  }
+}
+
+TEST_CASE("The system's number format has a decimal sign") {
+  CHECK_FALSE(systemSeparators().decimal.empty());
+}
+
+}  // namespace trackloom
