@@ -14,7 +14,8 @@ set(TRACKLOOM_SANITIZE "" CACHE STRING "Sanitizers for the whole build, such as 
 
 add_library(trackloom-flags INTERFACE)
 target_include_directories(trackloom-flags INTERFACE ${CMAKE_SOURCE_DIR}/src)
-target_compile_options(trackloom-flags INTERFACE -Wall -Wextra -Wshadow -Wconversion -Werror)
+target_compile_options(trackloom-flags INTERFACE -Wall -Wextra -Wshadow -Wconversion
+                       $<$<CONFIG:Debug>:-Werror>)
 if(TRACKLOOM_SANITIZE)
   add_compile_options(-fsanitize=${TRACKLOOM_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
   add_link_options(-fsanitize=${TRACKLOOM_SANITIZE})
