@@ -13,6 +13,7 @@
 #include <memory>
 #include <utility>
 
+#include "runtime/FileDescriptor.h"
 #include "runtime/RuntimeError.h"
 #include "runtime/Text.h"
 
@@ -22,22 +23,15 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// An open file; closed when it goes.
-class Descriptor {
- public:
-  Descriptor(const std::string& path, int flags) : fd_(::open(path.c_str(), flags | O_CLOEXEC, 0666)) {
-    if (fd_ < 0) throw RuntimeError::fromErrno(errno);
-  }
-  ~Descriptor() { close(); }
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
+FileDescriptor opened(const std::string& path, int flags) {
+  FileDescriptor file(::open(path.c_str(), flags | O_CLOEXEC, 0666));
+  if (!file) throw RuntimeError::fromErrno(errno);
+  return file;
+}
 
-  int get() const { return fd_; }
-  int close() { return fd_ < 0 ? 0 : ::close(std::exchange(fd_, -1)); }
-
- private:
-  int fd_;
-};
+void closeWritten(FileDescriptor& file) {
+  if (!file.close()) throw RuntimeError::fromErrno(errno);
+}
 
 void writeAll(int fd, std::string_view bytes) {
   while (!bytes.empty()) {
@@ -103,12 +97,12 @@ void MakeFolder(const HostPath& path) {
 }
 
 void TouchFile(const HostPath& path) {
-  Descriptor file(path.text, O_WRONLY | O_CREAT | O_TRUNC);
-  if (file.close() != 0) throw RuntimeError::fromErrno(errno);
+  FileDescriptor file = opened(path.text, O_WRONLY | O_CREAT | O_TRUNC);
+  closeWritten(file);
 }
 
 std::string ReadStart(const HostPath& path, std::size_t length) {
-  const Descriptor file(path.text, O_RDONLY | O_NONBLOCK);
+  const FileDescriptor file = opened(path.text, O_RDONLY | O_NONBLOCK);
   std::array<char, 4096> buffer;
   std::string bytes;
   while (bytes.size() < length) {
@@ -122,18 +116,18 @@ std::string ReadStart(const HostPath& path, std::size_t length) {
 }
 
 void WriteStart(const HostPath& path, std::string_view bytes) {
-  Descriptor file(path.text, O_RDWR | O_CREAT);
+  FileDescriptor file = opened(path.text, O_RDWR | O_CREAT);
   writeAll(file.get(), bytes);
-  if (file.close() != 0) throw RuntimeError::fromErrno(errno);
+  closeWritten(file);
 }
 
 void ReplaceFile(const HostPath& path, std::string_view bytes) {
   const std::string target = linkTarget(path.text);
   const std::string aside = target + ".new" + std::to_string(::getpid());
   try {
-    Descriptor file(aside, O_WRONLY | O_CREAT | O_TRUNC);
+    FileDescriptor file = opened(aside, O_WRONLY | O_CREAT | O_TRUNC);
     writeAll(file.get(), bytes);
-    if (::fsync(file.get()) != 0 || file.close() != 0) throw RuntimeError::fromErrno(errno);
+    if (::fsync(file.get()) != 0 || !file.close()) throw RuntimeError::fromErrno(errno);
     if (::rename(aside.c_str(), target.c_str()) != 0) throw RuntimeError::fromErrno(errno);
   } catch (const RuntimeError&) {
     ::unlink(aside.c_str());

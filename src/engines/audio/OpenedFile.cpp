@@ -39,34 +39,23 @@ std::optional<FileIdentity> identityOf(const HostPath& path) {
 // O_NONBLOCK keeps the opening of a pipe without a writer from waiting; for regular files it means nothing.
 OpenedFile::OpenedFile(HostPath path)
     : path_(std::move(path)), descriptor_(::open(path_.text.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK)) {
-  if (descriptor_ < 0) throw failureOf(path_, errno);
   struct stat status {};
-  const int error = ::fstat(descriptor_, &status) != 0 ? errno : 0;
-  if (error == 0 && S_ISREG(status.st_mode)) {
-    identity_ = identityFrom(status);
-    return;
-  }
-  ::close(descriptor_);
-  throw error != 0 ? failureOf(path_, error) : failure("it is not a regular file");
+  if (!descriptor_ || ::fstat(descriptor_.get(), &status) != 0) throw failureOf(path_, errno);
+  if (!S_ISREG(status.st_mode)) throw failure("it is not a regular file");
+  identity_ = identityFrom(status);
 }
-
-OpenedFile::~OpenedFile() {
-  if (descriptor_ >= 0) ::close(descriptor_);
-}
-
-OpenedFile::OpenedFile(OpenedFile&& other) noexcept
-    : path_(std::move(other.path_)), descriptor_(std::exchange(other.descriptor_, -1)), identity_(other.identity_) {}
 
 int OpenedFile::rewoundDescriptor() const {
-  if (::lseek(descriptor_, 0, SEEK_SET) != 0) throw failure(errno);
-  return descriptor_;
+  if (::lseek(descriptor_.get(), 0, SEEK_SET) != 0) throw failure(errno);
+  return descriptor_.get();
 }
 
 std::size_t OpenedFile::readAt(std::int64_t offset, std::span<std::uint8_t> bytes) const {
   std::size_t done = 0;
   while (done < bytes.size()) {
     const std::span rest = bytes.subspan(done);
-    const ssize_t count = ::pread(descriptor_, rest.data(), rest.size(), offset + static_cast<std::int64_t>(done));
+    const ssize_t count =
+        ::pread(descriptor_.get(), rest.data(), rest.size(), offset + static_cast<std::int64_t>(done));
     if (count == 0) break;
     if (count > 0) {
       done += static_cast<std::size_t>(count);

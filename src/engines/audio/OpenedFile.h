@@ -6,6 +6,7 @@
 #include <span>
 #include <string>
 
+#include "runtime/FileDescriptor.h"
 #include "runtime/Paths.h"
 #include "runtime/RuntimeError.h"
 
@@ -26,17 +27,12 @@ struct FileIdentity {
 /// a pipe.
 std::optional<FileIdentity> identityOf(const HostPath& path);
 
-/// A regular file open for reading, closed with the object. A pipe or a device in its place is refused, never waited
+/// A regular file open for reading. A pipe or a device in its place is refused, never waited
 /// for.
 class OpenedFile {
  public:
   /// Throws RuntimeError when `path` can't be opened or is no regular file.
   explicit OpenedFile(HostPath path);
-  ~OpenedFile();
-  OpenedFile(OpenedFile&& other) noexcept;
-  OpenedFile& operator=(OpenedFile&&) = delete;
-  OpenedFile(const OpenedFile&) = delete;
-  OpenedFile& operator=(const OpenedFile&) = delete;
 
   const FileIdentity& identity() const { return identity_; }
   std::int64_t size() const { return identity_.size; }
@@ -54,7 +50,7 @@ class OpenedFile {
 
  private:
   HostPath path_;
-  int descriptor_ = -1;
+  FileDescriptor descriptor_;
   FileIdentity identity_;
 };
 

@@ -6,15 +6,16 @@
 
 namespace trackloom {
 
-/// What the user may set of the engines, in `Engines.ini` beside the executable. The program itself knows nothing of it.
+/// What the user may set of the engines, in `Engines.ini` beside the executable. The program itself knows nothing of
+/// it.
 struct EngineSettings {
   /// Silent blocks between the tracks of an audio disc.
   std::int32_t pause = 150;
   bool virtualRecorders = true;
 };
 
-/// Reads the settings; a key that is missing or makes no sense has its default. Without a file, one is made that explains
-/// every key; where that fails nothing is said, since the defaults serve.
+/// Reads the settings; a key that is missing or makes no sense has its default. Without a file, one is made that
+/// explains every key; where that fails nothing is said, since the defaults serve.
 EngineSettings loadEngineSettings(const HostPath& programFolder);
 
 }  // namespace trackloom

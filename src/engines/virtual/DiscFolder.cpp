@@ -21,7 +21,7 @@ const char* sectorsName(BlockKind kind) {
   return kind == AudioBlocks ? "disc.bin" : "disc.iso";
 }
 
-void requireSize(const FileHandle& folder, BlockKind kind, const VirtualDisc& disc) {
+void requireSize(const FileDescriptor& folder, BlockKind kind, const VirtualDisc& disc) {
   const bool holdsKind = !disc.sessions.empty() && disc.sessions.front().tracks.front().kind == kind;
   const std::int64_t expected = holdsKind ? std::int64_t{disc.end()} * sectorBytes(kind) : 0;
   const std::int64_t size = fileSize(folder, sectorsName(kind)).value_or(0);
@@ -52,7 +52,7 @@ void DiscFolder::saveCueSheet(const VirtualDisc& disc) const {
   replaceFile(folder_, cueSheetName, disc.cueSheet());
 }
 
-FileHandle DiscFolder::openSectors(BlockKind kind) const {
+FileDescriptor DiscFolder::openSectors(BlockKind kind) const {
   return openFile(folder_, sectorsName(kind), O_WRONLY | O_CREAT);
 }
 

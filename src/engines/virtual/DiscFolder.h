@@ -18,7 +18,7 @@ constexpr std::int32_t sectorBytes(BlockKind kind) {
 /// One disc as a folder: disc.ini, and disc.bin with disc.cue or disc.iso once something is recorded.
 class DiscFolder {
  public:
-  DiscFolder(std::string name, FileHandle folder) : name_(std::move(name)), folder_(std::move(folder)) {}
+  DiscFolder(std::string name, FileDescriptor folder) : name_(std::move(name)), folder_(std::move(folder)) {}
 
   const std::string& name() const { return name_; }
 
@@ -29,7 +29,7 @@ class DiscFolder {
   void save(const VirtualDisc& disc) const;
   void saveCueSheet(const VirtualDisc& disc) const;
   /// The file of this kind of sectors, opened for writing, made when it is missing. Throws std::system_error.
-  FileHandle openSectors(BlockKind kind) const;
+  FileDescriptor openSectors(BlockKind kind) const;
   /// Takes the file of a write away that never began; one with content stays.
   void dropEmptySectors(BlockKind kind) const;
   /// Bytes that the file system below can still take.
@@ -37,7 +37,7 @@ class DiscFolder {
 
  private:
   std::string name_;
-  FileHandle folder_;
+  FileDescriptor folder_;
 };
 
 }  // namespace trackloom

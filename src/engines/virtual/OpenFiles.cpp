@@ -25,23 +25,23 @@ struct CloseFolder {
 };
 using FolderStream = std::unique_ptr<DIR, CloseFolder>;
 
-FolderStream openStream(const FileHandle& folder) {
+FolderStream openStream(const FileDescriptor& folder) {
   const int descriptor = openat(folder.get(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   if (descriptor < 0) throwSystemError("cannot list a folder");
   DIR* stream = fdopendir(descriptor);
   if (stream == nullptr) {
-    const FileHandle closer(descriptor);
+    const FileDescriptor closer(descriptor);
     throwSystemError("cannot list a folder");
   }
   return FolderStream(stream);
 }
 
-bool isFolder(const FileHandle& parent, const char* name) {
+bool isFolder(const FileDescriptor& parent, const char* name) {
   struct stat status {};
   return fstatat(parent.get(), name, &status, AT_SYMLINK_NOFOLLOW) == 0 && S_ISDIR(status.st_mode);
 }
 
-void writeAll(const FileHandle& file, std::string_view text, const std::string& name) {
+void writeAll(const FileDescriptor& file, std::string_view text, const std::string& name) {
   while (!text.empty()) {
     const ssize_t written = write(file.get(), text.data(), text.size());
     if (written < 0 && errno == EINTR) continue;
@@ -50,42 +50,38 @@ void writeAll(const FileHandle& file, std::string_view text, const std::string& 
   }
 }
 
-void writeAside(const FileHandle& folder, const std::string& name, const std::string& text) {
-  const FileHandle file = openFile(folder, name, O_WRONLY | O_CREAT | O_TRUNC);
+void writeAside(const FileDescriptor& folder, const std::string& name, const std::string& text) {
+  const FileDescriptor file = openFile(folder, name, O_WRONLY | O_CREAT | O_TRUNC);
   writeAll(file, text, name);
   if (fsync(file.get()) != 0) throwSystemError("cannot write " + name);
 }
 
 }  // namespace
 
-FileHandle::~FileHandle() {
-  if (descriptor_ >= 0) close(descriptor_);
-}
-
 void throwSystemError(const std::string& words) {
   throw std::system_error(errno, std::generic_category(), words);
 }
 
-FileHandle openFolder(const std::string& path) {
-  FileHandle folder(open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+FileDescriptor openFolder(const std::string& path) {
+  FileDescriptor folder(open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   if (folder.get() < 0) throwSystemError("cannot open the folder " + path);
   return folder;
 }
 
-FileHandle openFolder(const FileHandle& parent, const std::string& name) {
-  FileHandle folder(openat(parent.get(), name.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+FileDescriptor openFolder(const FileDescriptor& parent, const std::string& name) {
+  FileDescriptor folder(openat(parent.get(), name.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
   if (folder.get() < 0) throwSystemError("cannot open the folder " + name);
   return folder;
 }
 
-FileHandle makeFolder(const FileHandle& parent, const std::string& name) {
+FileDescriptor makeFolder(const FileDescriptor& parent, const std::string& name) {
   if (mkdirat(parent.get(), name.c_str(), folderMode) != 0 && errno != EEXIST)
     throwSystemError("cannot make the folder " + name);
   return openFolder(parent, name);
 }
 
-FileHandle openFile(const FileHandle& folder, const std::string& name, int flags) {
-  FileHandle file(openat(folder.get(), name.c_str(), flags | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, fileMode));
+FileDescriptor openFile(const FileDescriptor& folder, const std::string& name, int flags) {
+  FileDescriptor file(openat(folder.get(), name.c_str(), flags | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, fileMode));
   struct stat status {};
   if (file.get() < 0 || fstat(file.get(), &status) != 0) throwSystemError("cannot open " + name);
   if (!S_ISREG(status.st_mode)) {
@@ -95,7 +91,7 @@ FileHandle openFile(const FileHandle& folder, const std::string& name, int flags
   return file;
 }
 
-std::vector<std::string> folderNames(const FileHandle& folder) {
+std::vector<std::string> folderNames(const FileDescriptor& folder) {
   const FolderStream stream = openStream(folder);
   std::vector<std::string> names;
   while (const dirent* entry = readdir(stream.get())) {
@@ -106,11 +102,11 @@ std::vector<std::string> folderNames(const FileHandle& folder) {
   return names;
 }
 
-bool entryExists(const FileHandle& folder, const std::string& name) {
+bool entryExists(const FileDescriptor& folder, const std::string& name) {
   return faccessat(folder.get(), name.c_str(), F_OK, AT_SYMLINK_NOFOLLOW) == 0;
 }
 
-std::optional<std::int64_t> fileSize(const FileHandle& folder, const std::string& name) {
+std::optional<std::int64_t> fileSize(const FileDescriptor& folder, const std::string& name) {
   struct stat status {};
   if (fstatat(folder.get(), name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0) {
     if (errno == ENOENT) return std::nullopt;
@@ -123,8 +119,8 @@ std::optional<std::int64_t> fileSize(const FileHandle& folder, const std::string
   return status.st_size;
 }
 
-std::string readSmallFile(const FileHandle& folder, const std::string& name, std::size_t limit) {
-  const FileHandle file = openFile(folder, name, O_RDONLY);
+std::string readSmallFile(const FileDescriptor& folder, const std::string& name, std::size_t limit) {
+  const FileDescriptor file = openFile(folder, name, O_RDONLY);
   std::string text;
   std::array<char, 4096> buffer{};
   for (;;) {
@@ -140,7 +136,7 @@ std::string readSmallFile(const FileHandle& folder, const std::string& name, std
   }
 }
 
-void replaceFile(const FileHandle& folder, const std::string& name, const std::string& text) {
+void replaceFile(const FileDescriptor& folder, const std::string& name, const std::string& text) {
   const std::string aside = name + ".new";
   try {
     writeAside(folder, aside, text);
@@ -154,7 +150,8 @@ void replaceFile(const FileHandle& folder, const std::string& name, const std::s
   fsync(folder.get());
 }
 
-bool moveEntry(const FileHandle& from, const std::string& name, const FileHandle& to, const std::string& newName) {
+bool moveEntry(const FileDescriptor& from, const std::string& name, const FileDescriptor& to,
+               const std::string& newName) {
   if (renameat2(from.get(), name.c_str(), to.get(), newName.c_str(), RENAME_NOREPLACE) == 0) return true;
   if (errno == EEXIST) return false;
   // Some network file systems do not know the flag, so the look and the move are two steps there.

@@ -4,55 +4,40 @@
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <utility>
 #include <vector>
+
+#include "runtime/FileDescriptor.h"
 
 namespace trackloom {
 
-/// Owns one open file or folder. What lies in a folder is always reached from the open folder, never by a whole path,
-/// so that a disc which a file manager moves in the midst of a write is written on where it now lies. Nothing here
-/// follows a symbolic link below the recorder's folder, so no disc can lead a write astray. All functions throw
-/// std::system_error with words for what the system refuses, unless they say otherwise.
-class FileHandle {
- public:
-  explicit FileHandle(int descriptor) : descriptor_(descriptor) {}
-  FileHandle(FileHandle&& other) noexcept : descriptor_(std::exchange(other.descriptor_, -1)) {}
-  FileHandle& operator=(FileHandle&& other) noexcept {
-    std::swap(descriptor_, other.descriptor_);
-    return *this;
-  }
-  FileHandle(const FileHandle&) = delete;
-  FileHandle& operator=(const FileHandle&) = delete;
-  ~FileHandle();
-
-  int get() const { return descriptor_; }
-
- private:
-  int descriptor_;
-};
+// What lies in a folder is always reached from the open folder, never by a whole path, so that a disc which a file
+// manager moves in the midst of a write is written on where it now lies. Nothing here follows a symbolic link below the
+// recorder's folder, so no disc can lead a write astray. All functions throw std::system_error with words for what the
+// system refuses, unless they say otherwise.
 
 /// Throws the system's present error (errno) with words on what was being done.
 [[noreturn]] void throwSystemError(const std::string& words);
 
 /// Opens a folder by its whole path; a link to a folder is one.
-FileHandle openFolder(const std::string& path);
-FileHandle openFolder(const FileHandle& parent, const std::string& name);
+FileDescriptor openFolder(const std::string& path);
+FileDescriptor openFolder(const FileDescriptor& parent, const std::string& name);
 /// Opens a folder, after making it if nothing of that name is there.
-FileHandle makeFolder(const FileHandle& parent, const std::string& name);
+FileDescriptor makeFolder(const FileDescriptor& parent, const std::string& name);
 /// Never waits, as opening a pipe would; anything but a regular file is refused.
-FileHandle openFile(const FileHandle& folder, const std::string& name, int flags);
+FileDescriptor openFile(const FileDescriptor& folder, const std::string& name, int flags);
 
 /// The names of all folders in a folder, in byte order, less those that begin with a dot.
-std::vector<std::string> folderNames(const FileHandle& folder);
-bool entryExists(const FileHandle& folder, const std::string& name);
+std::vector<std::string> folderNames(const FileDescriptor& folder);
+bool entryExists(const FileDescriptor& folder, const std::string& name);
 /// In bytes; nothing: there is no such file. Throws for what is not a regular file.
-std::optional<std::int64_t> fileSize(const FileHandle& folder, const std::string& name);
+std::optional<std::int64_t> fileSize(const FileDescriptor& folder, const std::string& name);
 /// Throws for a file of more than `limit` bytes.
-std::string readSmallFile(const FileHandle& folder, const std::string& name, std::size_t limit);
+std::string readSmallFile(const FileDescriptor& folder, const std::string& name, std::size_t limit);
 /// Writes aside, brings the bytes to the medium, then renames: at any moment the file is either the old one or the new
 /// one.
-void replaceFile(const FileHandle& folder, const std::string& name, const std::string& text);
+void replaceFile(const FileDescriptor& folder, const std::string& name, const std::string& text);
 /// False: something of the new name is there, and nothing was moved.
-bool moveEntry(const FileHandle& from, const std::string& name, const FileHandle& to, const std::string& newName);
+bool moveEntry(const FileDescriptor& from, const std::string& name, const FileDescriptor& to,
+               const std::string& newName);
 
 }  // namespace trackloom

@@ -46,11 +46,12 @@ std::string discName(std::int32_t number) {
 }
 
 /// Also files and links may bear the name of a disc, so the first free number is found by trying.
-void moveUnderNewName(const FileHandle& from, const std::string& name, const FileHandle& to, std::int32_t number) {
+void moveUnderNewName(const FileDescriptor& from, const std::string& name, const FileDescriptor& to,
+                      std::int32_t number) {
   while (!moveEntry(from, name, to, discName(number))) ++number;
 }
 
-bool isBlankCdR(const FileHandle& shelf, const std::string& name) {
+bool isBlankCdR(const FileDescriptor& shelf, const std::string& name) {
   try {
     const VirtualDisc content = DiscFolder(name, openFolder(shelf, name)).load();
     return content.status == VirtualDisc::Status::Blank && content.medium == VirtualDisc::Medium::CdR;
@@ -70,7 +71,7 @@ RecorderSettings RecorderFolder::settings() const {
 }
 
 std::optional<DiscFolder> RecorderFolder::discInTray() const {
-  const FileHandle tray = openFolder(folder_, trayName);
+  const FileDescriptor tray = openFolder(folder_, trayName);
   const std::vector<std::string> names = folderNames(tray);
   if (names.size() != 1) return std::nullopt;
   return DiscFolder(names.front(), openFolder(tray, names.front()));
@@ -83,8 +84,8 @@ bool RecorderFolder::lock() const {
 }
 
 void RecorderFolder::clearTray() const {
-  const FileHandle tray = openFolder(folder_, trayName);
-  const FileHandle shelf = makeFolder(folder_, shelfName);
+  const FileDescriptor tray = openFolder(folder_, trayName);
+  const FileDescriptor shelf = makeFolder(folder_, shelfName);
   for (const std::string& name : folderNames(tray))
     if (!moveEntry(tray, name, shelf, name)) moveUnderNewName(tray, name, shelf, nextNumber());
 }
@@ -94,15 +95,15 @@ void RecorderFolder::feedBlank() const {
 }
 
 bool RecorderFolder::feedFromShelf() const {
-  const FileHandle tray = openFolder(folder_, trayName);
-  const FileHandle shelf = makeFolder(folder_, shelfName);
+  const FileDescriptor tray = openFolder(folder_, trayName);
+  const FileDescriptor shelf = makeFolder(folder_, shelfName);
   for (const std::string& name : folderNames(shelf))
     if (isBlankCdR(shelf, name)) return moveEntry(shelf, name, tray, name);
   return false;
 }
 
 void RecorderFolder::feedNew() const {
-  const FileHandle tray = openFolder(folder_, trayName);
+  const FileDescriptor tray = openFolder(folder_, trayName);
   DiscFolder(unfinishedName, makeFolder(tray, unfinishedName)).save(VirtualDisc{});
   moveUnderNewName(tray, unfinishedName, tray, nextNumber());
 }

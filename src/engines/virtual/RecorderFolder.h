@@ -35,7 +35,7 @@ class RecorderFolder {
   /// One above all numbers that discs of this recorder bear.
   std::int32_t nextNumber() const;
 
-  FileHandle folder_;
+  FileDescriptor folder_;
 };
 
 }  // namespace trackloom

@@ -7,8 +7,8 @@
 #include <system_error>
 #include <utility>
 
+#include "engines/drives/Sense.h"
 #include "engines/virtual/DiscFolder.h"
-#include "engines/virtual/Sense.h"
 
 namespace trackloom {
 
@@ -23,7 +23,7 @@ DriveFailure writeFailure(std::int64_t block, int systemError) {
 
 }  // namespace
 
-SectorFile::SectorFile(FileHandle file, BlockKind kind) : file_(std::move(file)), sectorBytes_(sectorBytes(kind)) {
+SectorFile::SectorFile(FileDescriptor file, BlockKind kind) : file_(std::move(file)), sectorBytes_(sectorBytes(kind)) {
   gathered_.reserve(gatherBytes);
 }
 

@@ -14,7 +14,7 @@ namespace trackloom {
 /// gathered into large writes. Throws DriveFailure with the block at which the system refused.
 class SectorFile {
  public:
-  SectorFile(FileHandle file, BlockKind kind);
+  SectorFile(FileDescriptor file, BlockKind kind);
 
   /// `sectors` are whole ones. Sectors that follow the last ones are gathered with them.
   void put(std::int32_t block, std::span<const std::byte> sectors);
@@ -24,7 +24,7 @@ class SectorFile {
  private:
   void flush();
 
-  FileHandle file_;
+  FileDescriptor file_;
   std::int64_t sectorBytes_;
   std::int64_t position_ = 0;
   std::vector<std::byte> gathered_;

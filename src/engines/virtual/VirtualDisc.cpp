@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "engines/virtual/Sense.h"
+#include "engines/drives/Sense.h"
 
 namespace trackloom {
 

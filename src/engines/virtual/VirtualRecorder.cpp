@@ -4,8 +4,8 @@
 #include <system_error>
 #include <utility>
 
+#include "engines/drives/Sense.h"
 #include "engines/virtual/RecorderFolder.h"
-#include "engines/virtual/Sense.h"
 #include "engines/virtual/VirtualWrite.h"
 
 namespace trackloom {

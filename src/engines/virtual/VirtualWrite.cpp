@@ -6,7 +6,7 @@
 #include <thread>
 #include <utility>
 
-#include "engines/virtual/Sense.h"
+#include "engines/drives/Sense.h"
 
 namespace trackloom {
 

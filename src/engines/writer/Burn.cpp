@@ -1,12 +1,11 @@
 #include "engines/writer/Burn.h"
 
 #include <algorithm>
-#include <array>
 #include <chrono>
-#include <cstdio>
 #include <numeric>
 #include <optional>
 
+#include "engines/drives/Sense.h"
 #include "engines/writer/Blocks.h"
 #include "engines/writer/CacheFile.h"
 #include "engines/writer/DataImage.h"
@@ -17,24 +16,10 @@ namespace trackloom {
 
 namespace {
 
-// Refusals as recorders number them: sense key, additional sense code and its qualifier (SPC-5, annex F).
-constexpr std::int32_t notReady = 0x020400;
-constexpr std::int32_t noMedium = 0x023A00;
-constexpr std::int32_t cannotWriteMedium = 0x053005;
-constexpr std::int32_t noRoom = 0x056300;
-constexpr std::int32_t tooManyTracks = 0x057205;
-
 /// A disc has at most 99 tracks (IEC 60908, clause 17.5).
 constexpr std::size_t mostTracks = 99;
 /// Small enough for a stop to be felt at once even at the base speed, where it lasts 213 ms.
 constexpr std::int64_t blocksAtOnce = 16;
-
-DriveFailure refusal(std::int32_t number, const std::string& words) {
-  const auto bits = static_cast<std::uint32_t>(number);
-  std::array<char, 16> prefix{};
-  std::snprintf(prefix.data(), prefix.size(), "%X/%02X/%02X ", bits >> 16 & 0xFFU, bits >> 8 & 0xFFU, bits & 0xFFU);
-  return DriveFailure(number, prefix.data() + words);
-}
 
 /// Tells when progress is worth an event: at the first block, at each quarter of the way, at the end, and every 50 ms.
 class Pace {
@@ -59,13 +44,13 @@ class Pace {
 };
 
 DiscState lookAt(const WriteRequest& request) {
-  if (!request.recorder) throw refusal(notReady, "no drive is in use");
+  if (!request.recorder) throw failure(sense::notReady, "no drive is in use");
   const auto disc = request.recorder->look();
-  if (!disc) throw refusal(noMedium, "no disc is in the drive");
-  if (disc->status == DiscClosed) throw refusal(cannotWriteMedium, "the disc is closed for further writing");
+  if (!disc) throw failure(sense::noMedium, "no disc is in the drive");
+  if (disc->status == DiscClosed) throw failure(sense::cannotWriteMedium, "the disc is closed for further writing");
   const bool begun = disc->status == DiscOpen || disc->sessions != 0;
   if (request.settings.kind == DataBlocks && begun)
-    throw refusal(cannotWriteMedium, "the disc holds an earlier session, which a new data track would hide");
+    throw failure(sense::cannotWriteMedium, "the disc holds an earlier session, which a new data track would hide");
   return *disc;
 }
 
@@ -77,13 +62,13 @@ void requireRoom(const WriteOrder& order, const DiscState& disc) {
   const std::int64_t needed = std::accumulate(order.trackBlocks.begin(), order.trackBlocks.end(), pauses * order.pause);
   const std::int32_t room = audio ? disc.freeAudioBlocks : disc.freeDataBlocks;
   if (needed > room)
-    throw refusal(
-        noRoom, "the disc has " + std::to_string(room) + " blocks left, and " + std::to_string(needed) + " are needed");
+    throw failure(sense::noRoom, "the disc has " + std::to_string(room) + " blocks left, and " +
+                                     std::to_string(needed) + " are needed");
 }
 
 std::vector<MeasuredTrack> measured(const WriteRequest& request, const std::stop_token& stop) {
   if (request.audioTracks.size() > mostTracks)
-    throw refusal(tooManyTracks, "a disc takes 99 tracks, not " + std::to_string(request.audioTracks.size()));
+    throw failure(sense::tooManyTracks, "a disc takes 99 tracks, not " + std::to_string(request.audioTracks.size()));
   std::vector<MeasuredTrack> tracks;
   for (const HostPath& path : request.audioTracks) {
     if (stop.stop_requested()) throw Stopped();

@@ -22,13 +22,13 @@ std::string reason(int systemError) {
 }
 
 /// Not every file system makes nameless files, so a name that is gone at once is the second choice.
-OwnedDescriptor namelessFile(const HostPath& folder) {
+FileDescriptor namelessFile(const HostPath& folder) {
   std::error_code ignored;
   std::filesystem::create_directories(folder.text, ignored);
-  OwnedDescriptor file(::open(folder.text.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, S_IRUSR | S_IWUSR));
+  FileDescriptor file(::open(folder.text.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, S_IRUSR | S_IWUSR));
   if (file) return file;
   std::string name = EnsureTrailingSep(folder.text) + "track-XXXXXX";
-  file = OwnedDescriptor(::mkostemp(name.data(), O_CLOEXEC));
+  file = FileDescriptor(::mkostemp(name.data(), O_CLOEXEC));
   if (!file) throw CacheFailure("no cache can be made in " + folder.text + ": " + reason(errno));
   ::unlink(name.c_str());
   return file;
@@ -51,14 +51,14 @@ CacheFile::CacheFile(const HostPath& folder) : file_(namelessFile(folder)) {}
 void CacheFile::fill(SectorSource& source, std::int64_t bytes, const std::function<void(std::int64_t)>& progress) {
   constexpr std::int64_t step = std::int64_t{128} * 2352;
   position_ = 0;
-  if (::ftruncate(file_.descriptor(), 0) != 0) throw CacheFailure("the cache cannot be emptied: " + reason(errno));
-  if (const int error = ::posix_fallocate(file_.descriptor(), 0, bytes); error != 0)
+  if (::ftruncate(file_.get(), 0) != 0) throw CacheFailure("the cache cannot be emptied: " + reason(errno));
+  if (const int error = ::posix_fallocate(file_.get(), 0, bytes); error != 0)
     throw CacheFailure("the cache has no room for " + std::to_string(bytes) + " bytes: " + reason(error));
   std::vector<std::byte> buffer(static_cast<std::size_t>(std::min(bytes, step)));
   for (std::int64_t done = 0; done < bytes;) {
     const std::span<std::byte> part(buffer.data(), static_cast<std::size_t>(std::min(bytes - done, step)));
     source.read(part);
-    writeAll(file_.descriptor(), part, done);
+    writeAll(file_.get(), part, done);
     done += static_cast<std::int64_t>(part.size());
     progress(done);
   }
@@ -66,7 +66,7 @@ void CacheFile::fill(SectorSource& source, std::int64_t bytes, const std::functi
 
 void CacheFile::read(std::span<std::byte> sectors) {
   while (!sectors.empty()) {
-    const ssize_t count = ::pread(file_.descriptor(), sectors.data(), sectors.size(), position_);
+    const ssize_t count = ::pread(file_.get(), sectors.data(), sectors.size(), position_);
     if (count < 0 && errno == EINTR) continue;
     if (count <= 0) throw CacheFailure("the cache cannot be read back: " + reason(count < 0 ? errno : EIO));
     sectors = sectors.subspan(static_cast<std::size_t>(count));

@@ -5,8 +5,8 @@
 #include <functional>
 #include <stdexcept>
 
-#include "engines/writer/OwnedDescriptor.h"
 #include "engines/writer/SectorSource.h"
+#include "runtime/FileDescriptor.h"
 #include "runtime/Paths.h"
 
 namespace trackloom {
@@ -30,7 +30,7 @@ class CacheFile final : public SectorSource {
   std::int16_t bufferPercent() override { return 100; }
 
  private:
-  OwnedDescriptor file_;
+  FileDescriptor file_;
   std::int64_t position_ = 0;
 };
 

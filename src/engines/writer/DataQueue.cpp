@@ -6,7 +6,7 @@
 #include <optional>
 
 #include "engines/writer/Blocks.h"
-#include "engines/writer/OwnedDescriptor.h"
+#include "runtime/FileDescriptor.h"
 
 namespace trackloom {
 
@@ -17,9 +17,9 @@ constexpr std::size_t deepestLevel = 255;
 
 /// Opens it, since only that tells whether it can be read; without waiting, since it might be a pipe.
 std::optional<std::int64_t> blocksOfReadableFile(const HostPath& path) {
-  const OwnedDescriptor file(::open(path.text.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+  const FileDescriptor file(::open(path.text.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
   struct stat status {};
-  if (!file || ::fstat(file.descriptor(), &status) != 0 || !S_ISREG(status.st_mode)) return std::nullopt;
+  if (!file || ::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode)) return std::nullopt;
   const auto sector = static_cast<std::int64_t>(dataSectorBytes);
   return status.st_size / sector + (status.st_size % sector != 0 ? 1 : 0);
 }

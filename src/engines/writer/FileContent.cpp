@@ -29,8 +29,8 @@ std::string reason(int systemError) {
   return std::generic_category().message(systemError);
 }
 
-OwnedDescriptor opened(const HostPath& path) {
-  return OwnedDescriptor(::open(path.text.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+FileDescriptor opened(const HostPath& path) {
+  return FileDescriptor(::open(path.text.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
 }
 
 }  // namespace
@@ -49,9 +49,9 @@ std::string ReadingState::failure() const {
 
 FileContent::FileContent(HostPath source, std::size_t index, ReadingState& state)
     : source_(std::move(source)), index_(index), state_(state) {
-  const OwnedDescriptor file = opened(source_);
+  const FileDescriptor file = opened(source_);
   struct stat status {};
-  if (!file || ::fstat(file.descriptor(), &status) != 0)
+  if (!file || ::fstat(file.get(), &status) != 0)
     throw RuntimeError(RuntimeError::FileNotFound, source_.text + " cannot be read: " + reason(errno));
   if (!S_ISREG(status.st_mode))
     throw RuntimeError(RuntimeError::BadFileName, source_.text + " cannot be read: it is no regular file");
@@ -102,7 +102,7 @@ int FileContent::failed(const std::string& what, int systemError) {
 int FileContent::open() {
   file_ = opened(source_);
   struct stat status {};
-  if (!file_ || ::fstat(file_.descriptor(), &status) != 0) return failed("cannot be read", errno);
+  if (!file_ || ::fstat(file_.get(), &status) != 0) return failed("cannot be read", errno);
   if (!S_ISREG(status.st_mode) || status.st_size != size_) return failed("has changed since the image was sized", 0);
   state_.file = index_;
   state_.bytesOfFile = 0;
@@ -113,7 +113,7 @@ int FileContent::open() {
 }
 
 int FileContent::close() {
-  file_ = OwnedDescriptor();
+  file_ = FileDescriptor();
   buffer_ = {};
   return 1;
 }
@@ -122,7 +122,7 @@ bool FileContent::fillBuffer() {
   buffer_.resize(std::min(bufferBytes, static_cast<std::size_t>(size_ - position_)));
   used_ = 0;
   ssize_t count = 0;
-  do count = ::pread(file_.descriptor(), buffer_.data(), buffer_.size(), position_);
+  do count = ::pread(file_.get(), buffer_.data(), buffer_.size(), position_);
   while (count < 0 && errno == EINTR);
   buffer_.resize(static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
   if (count <= 0) failed(count < 0 ? "cannot be read" : "has become shorter", count < 0 ? errno : 0);

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "engines/writer/IsoLibrary.h"
-#include "engines/writer/OwnedDescriptor.h"
+#include "runtime/FileDescriptor.h"
 #include "runtime/Paths.h"
 
 namespace trackloom {
@@ -68,7 +68,7 @@ class FileContent {
   std::int64_t size_ = 0;
   std::time_t modified_ = 0;
 
-  OwnedDescriptor file_;
+  FileDescriptor file_;
   std::int64_t position_ = 0;
   std::vector<std::byte> buffer_;
   std::size_t used_ = 0;

@@ -11,7 +11,7 @@
 
 #include "engines/writer/Blocks.h"
 #include "engines/writer/DataImage.h"
-#include "engines/writer/OwnedDescriptor.h"
+#include "runtime/FileDescriptor.h"
 #include "runtime/RuntimeError.h"
 
 namespace trackloom {
@@ -34,7 +34,7 @@ class Target {
 
   void append(std::span<const std::byte> bytes) {
     while (!bytes.empty()) {
-      const ssize_t count = ::write(file_.descriptor(), bytes.data(), bytes.size());
+      const ssize_t count = ::write(file_.get(), bytes.data(), bytes.size());
       if (count < 0 && errno == EINTR) continue;
       if (count <= 0) throwSystemError(path_, count < 0 ? errno : ENOSPC);
       bytes = bytes.subspan(static_cast<std::size_t>(count));
@@ -43,7 +43,7 @@ class Target {
 
  private:
   HostPath path_;
-  OwnedDescriptor file_;
+  FileDescriptor file_;
 };
 
 /// Tells of the files that went into the image since the last time.

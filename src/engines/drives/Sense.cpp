@@ -1,4 +1,4 @@
-#include "engines/virtual/Sense.h"
+#include "engines/drives/Sense.h"
 
 #include <array>
 #include <cstdio>

@@ -7,9 +7,10 @@
 
 namespace trackloom {
 
-/// The refusals of the virtual recorder as real recorders number them: sense key, additional sense code and its
+/// Refusals and failures as recorders number them: sense key, additional sense code and its
 /// qualifier, packed as 0xKKCCQQ (T10 SPC-5, numeric order of codes).
 namespace sense {
+inline constexpr std::int32_t notReady = 0x020400;
 inline constexpr std::int32_t busy = 0x020408;
 inline constexpr std::int32_t noMedium = 0x023A00;
 inline constexpr std::int32_t writeError = 0x030C00;
