@@ -5,11 +5,15 @@
 #include <cstdio>
 #include <cstdlib>
 #include <deque>
+#include <filesystem>
 #include <functional>
+#include <memory>
 #include <mutex>
 #include <string>
 #include <utility>
 
+#include "engines/virtual/VirtualRecorders.h"
+#include "engines/writer/DiscWriters.h"
 #include "ports/CDWriterEvents.h"
 #include "ports/EventQueue.h"
 
@@ -61,6 +65,40 @@ class Loop : public EventQueue, public CDWriterEvents {
   std::condition_variable posted_;
   std::deque<std::function<void()>> events_;
   bool ended_ = false;
+};
+
+/// A folder with files to write and a virtual recorder to write them on; it goes with everything in it.
+class Workplace {
+ public:
+  explicit Workplace(const std::string& name) : folder_(std::filesystem::temp_directory_path() / name) {
+    std::filesystem::remove_all(folder_);
+    std::filesystem::create_directories(folder_ + "/files");
+    createVirtualRecorder(HostPath(folder_ + "/Virtual Recorder"));
+  }
+  ~Workplace() { std::filesystem::remove_all(folder_); }
+  Workplace(const Workplace&) = delete;
+  Workplace& operator=(const Workplace&) = delete;
+
+  const std::string& folder() const { return folder_; }
+  HostPath file(int number) const { return HostPath(folder_ + "/files/" + std::to_string(number) + ".mp3"); }
+
+  /// Writes what `queue` puts into the engine, and closes the disc.
+  void writeDisc(const std::function<void(CDWriterXP&)>& queue) const {
+    Loop loop;
+    DiscWriters writers(findVirtualRecorders(HostPath(folder_)), std::make_shared<AudioFiles>(), loop,
+                        {150, HostPath(folder_ + "/scratch")});
+    const auto writer = writers.create(loop);
+    writer->SelectDrive(0);
+    writer->SetCloseDisc(true);
+    queue(*writer);
+    writer->StartWrite();
+    loop.runToTheEnd();
+    writer->EjectDisc();
+  }
+  void clearShelf() const { run("rm -r '" + folder_ + "/Virtual Recorder/shelf/'* && sync"); }
+
+ private:
+  std::string folder_;
 };
 
 }  // namespace trackloom::bench

@@ -2,27 +2,13 @@
 
 #include <catch2/catch.hpp>
 #include <filesystem>
-#include <functional>
 
+#include "fakes/ErrorNumber.h"
 #include "fakes/TempFolder.h"
-#include "runtime/RuntimeError.h"
 
 namespace trackloom {
 
 using fakes::TempFolder;
-
-namespace {
-
-int errorOf(const std::function<void()>& call) {
-  try {
-    call();
-  } catch (const RuntimeError& error) {
-    return error.number();
-  }
-  return 0;
-}
-
-}  // namespace
 
 TEST_CASE("A file is a regular file and a folder a folder, after following links") {
   TempFolder folder;
@@ -45,7 +31,7 @@ TEST_CASE("Files are listed by their upper-cased names, their extension in any c
   std::filesystem::create_directory(folder / "folder.mp3");
   CHECK(ListFiles(HostPath(folder.path()), ".mp3") ==
         std::vector<std::string>{".hidden.mp3", "01.Mp3", "A.MP3", "a.mp3", "b.mp3", "[*].mp3"});
-  CHECK(errorOf([&] { ListFiles(HostPath(folder / "none"), ".mp3"); }) == 53);
+  CHECK(fakes::errorNumberOf([&] { ListFiles(HostPath(folder / "none"), ".mp3"); }) == 53);
 }
 
 TEST_CASE("Writing the start of a file keeps the tail of a longer one") {
@@ -66,16 +52,16 @@ TEST_CASE("Replacing a file writes through links, and a failure leaves the old f
   CHECK(std::filesystem::is_symlink(folder / "link"));
 
   std::filesystem::create_directory(folder / "real/taken");
-  CHECK(errorOf([&] { ReplaceFile(HostPath(folder / "real/taken"), "x"); }) != 0);
+  CHECK(fakes::errorNumberOf([&] { ReplaceFile(HostPath(folder / "real/taken"), "x"); }) != 0);
   std::size_t entries = 0;
   for (const auto& entry : std::filesystem::directory_iterator(folder / "real")) entries += entry.exists() ? 1 : 0;
   CHECK(entries == 2);
 }
 
 TEST_CASE("A failed call has the number that the language gives it") {
-  CHECK(errorOf([] { WriteStart(HostPath("/dev/full"), "x"); }) == 61);
-  CHECK(errorOf([] { FileLength(HostPath("/no/such/file")); }) == 53);
-  CHECK(errorOf([] { ReadStart(HostPath("/no/such/file"), 1); }) == 53);
+  CHECK(fakes::errorNumberOf([] { WriteStart(HostPath("/dev/full"), "x"); }) == 61);
+  CHECK(fakes::errorNumberOf([] { FileLength(HostPath("/no/such/file")); }) == 53);
+  CHECK(fakes::errorNumberOf([] { ReadStart(HostPath("/no/such/file"), 1); }) == 53);
   CHECK(RuntimeError(RuntimeError::DeviceIoError).description() == "Device I/O error");
 }
 

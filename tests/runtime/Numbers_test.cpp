@@ -1,10 +1,9 @@
 #include "runtime/Numbers.h"
 
 #include <catch2/catch.hpp>
-#include <functional>
 #include <limits>
 
-#include "runtime/RuntimeError.h"
+#include "fakes/ErrorNumber.h"
 
 namespace trackloom {
 
@@ -13,15 +12,6 @@ namespace {
 const Separators English{};
 const Separators German{".", ","};
 
-int errorOf(const std::function<void()>& call) {
-  try {
-    call();
-  } catch (const RuntimeError& error) {
-    return error.number();
-  }
-  return 0;
-}
-
 }  // namespace
 
 TEST_CASE("A number becomes 16 bits by rounding halves to even, and overflows loudly") {
@@ -29,10 +19,10 @@ TEST_CASE("A number becomes 16 bits by rounding halves to even, and overflows lo
   CHECK(ToInt16(13.5) == 14);
   CHECK(ToInt16(-0.5) == 0);
   CHECK(ToInt16(32767.4) == 32767);
-  CHECK(errorOf([] { ToInt16(32767.5); }) == 6);
-  CHECK(errorOf([] { ToInt16(-32769); }) == 6);
-  CHECK(errorOf([] { ToInt16(std::numeric_limits<double>::quiet_NaN()); }) == 6);
-  CHECK(errorOf([] { ToInt32(std::int64_t{1} << 31); }) == 6);
+  CHECK(fakes::errorNumberOf([] { ToInt16(32767.5); }) == 6);
+  CHECK(fakes::errorNumberOf([] { ToInt16(-32769); }) == 6);
+  CHECK(fakes::errorNumberOf([] { ToInt16(std::numeric_limits<double>::quiet_NaN()); }) == 6);
+  CHECK(fakes::errorNumberOf([] { ToInt32(std::int64_t{1} << 31); }) == 6);
 }
 
 TEST_CASE("Val reads the number at the start of a text") {
