@@ -17,11 +17,14 @@ class FormSlot {
   FormSlot(const FormSlot&) = delete;
   FormSlot& operator=(const FormSlot&) = delete;
 
+  /// A form that unloads itself in its Load can be read until the next touch.
   T& get() {
     if (form_) return *form_;
     const std::shared_ptr<T> form = form_ = make_();
     form->onUnloaded = [this] { form_.reset(); };
     form->load();
+    // A form that unloaded itself in its own Load must outlive the caller's look at it.
+    if (!form_) stillborn_ = form;
     return *form;
   }
   T* operator->() { return &get(); }
@@ -36,6 +39,7 @@ class FormSlot {
  private:
   std::function<std::shared_ptr<T>()> make_;
   std::shared_ptr<T> form_;
+  std::shared_ptr<T> stillborn_;
 };
 
 }  // namespace trackloom

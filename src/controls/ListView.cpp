@@ -78,8 +78,10 @@ void ListView::Insert(int row, ListItem item) {
   if (row < 1 || row > Count() + 1) throw RuntimeError(RuntimeError::SubscriptOutOfRange);
   if (item.Checked) ++checked_;
   ++texts_[UCase(item.Text)];
-  std::string key = sorted_ ? keyOf(item) : std::string();
-  rows_.insert(rows_.begin() + (row - 1), Row{std::make_unique<ListItem>(std::move(item)), std::move(key)});
+  Row added;
+  if (sorted_) added.key = keyOf(item);
+  added.item = std::make_unique<ListItem>(std::move(item));
+  rows_.insert(rows_.begin() + (row - 1), std::move(added));
   if (selected_ >= row) ++selected_;
   tell(ListChange::Kind::Inserted, row);
 }

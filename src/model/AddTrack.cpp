@@ -86,6 +86,8 @@ void takeBackOverflow(Session& session, const Candidate& candidate) {
 }  // namespace
 
 AddOutcome AddTrack(Session& session, const Candidate& candidate, const AddTrackRules& rules) {
+  // While the rows of a batch come in, the user can close the layout that they are meant for.
+  if (!session.mod.LayoutOpen) return AddOutcome::NotAdded;
   if (isSkipped(session, candidate, rules)) return AddOutcome::NotAdded;
   const bool queued =
       isAudioLayout(session) ? queueAudio(session, candidate, rules) : queueData(session, candidate, rules);

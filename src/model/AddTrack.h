@@ -36,7 +36,8 @@ struct Candidate {
 enum class AddOutcome { Added, NotAdded, LayoutTooBig };
 
 /// Takes one candidate into the open layout: tests, queues, measures and lists it, with the boxes that belong to a
-/// refusal. LayoutTooBig ends the caller's batch. Lets pending window events run after a row was added.
+/// refusal. LayoutTooBig ends the caller's batch. Lets pending window events run after a row was added; once one of
+/// them has closed the layout, nothing is added any more.
 AddOutcome AddTrack(Session& session, const Candidate& candidate, const AddTrackRules& rules);
 
 /// What every batch ends with: a listing with rows counts as changed, whether or not the batch added any.

@@ -1,6 +1,8 @@
 #include "model/Capacity.h"
 
+#include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include "model/Session.h"
 
@@ -11,6 +13,13 @@ namespace {
 constexpr double Kilo = 1024;
 constexpr double Mega = 1024 * Kilo;
 constexpr double Giga = 1024 * Mega;
+
+/// The queue with the charges of so many tracks. A queue beyond all discs stands as the largest number, which is more
+/// than any disc has.
+std::int32_t chargedBlocks(Session& session, std::int64_t tracks) {
+  constexpr std::int64_t most = std::numeric_limits<std::int32_t>::max();
+  return static_cast<std::int32_t>(std::min(layoutQueueBlocks(session) + TrackCharge * tracks, most));
+}
 
 void drawMeter(Session& session, std::int32_t blocks) {
   Tool& meter = session.frmListing().Progress1;
@@ -51,7 +60,7 @@ void UpdateCapacityDisplay(Session& session) {
 
   const std::int32_t queued = layoutQueueBlocks(session);
   const std::int32_t bytes = writer.BlocksToBytes(queued, layoutBlockKind(session));
-  const std::int32_t charged = ToInt32(std::int64_t{queued} + std::int64_t{TrackCharge} * window.ListView1.Count());
+  const std::int32_t charged = chargedBlocks(session, window.ListView1.Count());
   drawMeter(session, charged);
 
   if (mod.LayoutType == AudioLayout) {
@@ -67,8 +76,8 @@ void UpdateCapacityDisplay(Session& session) {
 
 void CheckRoomForTrack(Session& session) {
   ListingWindow& window = session.frmListing();
-  const std::int64_t charges = std::int64_t{TrackCharge} * window.ListView1.Count() + TrackCharge;
-  session.mod.TrackWontFit = ToInt32(layoutQueueBlocks(session) + charges) > window.Progress1.Maximum;
+  const std::int64_t tracks = std::int64_t{window.ListView1.Count()} + 1;
+  session.mod.TrackWontFit = chargedBlocks(session, tracks) > window.Progress1.Maximum;
 }
 
 }  // namespace trackloom

@@ -23,10 +23,13 @@ namespace {
 
 namespace fs = std::filesystem;
 
+/// Never waits, as a pipe in the place of a file would have it.
 FileDescriptor opened(const std::string& path, int flags) {
-  FileDescriptor file(::open(path.c_str(), flags | O_CLOEXEC, 0666));
-  if (!file) throw RuntimeError::fromErrno(errno);
-  return file;
+  FileDescriptor file(::open(path.c_str(), flags | O_CLOEXEC | O_NONBLOCK, 0666));
+  if (file) return file;
+  // A file that would have been made is not the one that is missing.
+  if (errno == ENOENT && (flags & O_CREAT) != 0) throw RuntimeError(RuntimeError::PathNotFound);
+  throw RuntimeError::fromErrno(errno);
 }
 
 void closeWritten(FileDescriptor& file) {
@@ -40,6 +43,11 @@ void writeAll(int fd, std::string_view bytes) {
     if (written < 0) throw RuntimeError::fromErrno(errno);
     bytes.remove_prefix(static_cast<std::size_t>(written));
   }
+}
+
+bool entryExists(const std::string& path) {
+  struct stat entry {};
+  return ::lstat(path.c_str(), &entry) == 0;
 }
 
 std::string linkTarget(const std::string& path) {
@@ -102,7 +110,7 @@ void TouchFile(const HostPath& path) {
 }
 
 std::string ReadStart(const HostPath& path, std::size_t length) {
-  const FileDescriptor file = opened(path.text, O_RDONLY | O_NONBLOCK);
+  const FileDescriptor file = opened(path.text, O_RDONLY);
   std::array<char, 4096> buffer;
   std::string bytes;
   while (bytes.size() < length) {
@@ -116,14 +124,23 @@ std::string ReadStart(const HostPath& path, std::size_t length) {
 }
 
 void WriteStart(const HostPath& path, std::string_view bytes) {
-  FileDescriptor file = opened(path.text, O_RDWR | O_CREAT);
-  writeAll(file.get(), bytes);
-  closeWritten(file);
+  const bool isNew = !entryExists(path.text);
+  try {
+    FileDescriptor file = opened(path.text, O_RDWR | O_CREAT);
+    writeAll(file.get(), bytes);
+    closeWritten(file);
+  } catch (const RuntimeError&) {
+    if (isNew) ::unlink(path.text.c_str());
+    throw;
+  }
 }
 
 void ReplaceFile(const HostPath& path, std::string_view bytes) {
   const std::string target = linkTarget(path.text);
-  const std::string aside = target + ".new" + std::to_string(::getpid());
+  // A device to which a link leads would be gone for the whole system.
+  if (entryExists(target) && !FileExists(HostPath(target))) throw RuntimeError(RuntimeError::PathFileAccess);
+  // A short name of its own, so that the longest name that a folder takes can be replaced too.
+  const std::string aside = target.substr(0, target.rfind(HostSep) + 1) + ".new" + std::to_string(::getpid());
   try {
     FileDescriptor file = opened(aside, O_WRONLY | O_CREAT | O_TRUNC);
     writeAll(file.get(), bytes);

@@ -33,11 +33,11 @@ void TouchFile(const HostPath& path);
 std::string ReadStart(const HostPath& path, std::size_t length);
 
 /// Writes `bytes` over the start of the file, creating it if it is missing; a longer file keeps its tail. Throws
-/// RuntimeError.
+/// RuntimeError, and a file that was missing is missing still.
 void WriteStart(const HostPath& path, std::string_view bytes);
 
 /// Replaces the file as a whole: a crash or a full disk at any moment leaves the old file or the new one. Follows
-/// links. Throws RuntimeError, and the old file stands.
+/// links, and replaces nothing but regular files. Throws RuntimeError, and the old file stands.
 void ReplaceFile(const HostPath& path, std::string_view bytes);
 
 }  // namespace trackloom

@@ -11,34 +11,50 @@ namespace trackloom {
 
 namespace {
 
-/// The first free name for a rescued copy of the open layout, without its extension.
-std::string freeRescueName(Session& session) {
+/// Leaves room for the words around it in the longest name that a folder takes, whatever the characters.
+constexpr std::size_t LongestBase = 50;
+
+/// The first free name in the folder for a rescued copy of the open layout, without its extension.
+std::string freeRescueName(const Session& session, const std::string& folder) {
   const std::string& file = session.mod.LayoutFileName;
-  const std::string base = "Rescued " + (file.empty() ? "layout" : Left(file, Len(file) - Len(LayoutExtension)));
+  const std::string name = file.empty() ? "layout" : Left(file, Len(file) - Len(LayoutExtension));
+  const std::string base = "Rescued " + Left(name, LongestBase) + " ";
   int number = 1;
-  while (FileExists(layoutFilePath(session, base + " " + std::to_string(number)))) ++number;
-  return base + " " + std::to_string(number);
+  while (FileExists(HostPath(folder + base + std::to_string(number) + LayoutExtension))) ++number;
+  return base + std::to_string(number);
 }
 
-/// The name under which the layout was saved; empty where there was nothing to save or it could not be.
-std::string rescueLayout(Session& session) {
+/// The name of the copy that it makes.
+std::string copyInto(Session& session, const std::string& folder) {
+  std::string name = freeRescueName(session, folder);
+  writeLayoutFile(session, HostPath(folder + name + LayoutExtension));
+  return name;
+}
+
+/// The name of the copy among the layouts, or its whole path where it had to go elsewhere; empty where there was
+/// nothing to save or it could not be.
+std::string savedCopy(Session& session) {
   std::string saved;
   if (session.mod.LayoutSaved || session.frmListing().ListView1.Count() == 0) return saved;
-  skipOnError([&] {
-    const std::string name = freeRescueName(session);
-    writeLayoutFile(session, layoutFilePath(session, name));
-    saved = name;
-  });
+  const std::string layouts = session.mod.AppFolder + "Layouts" + HostSep;
+  if (!FolderExists(HostPath(layouts))) skipOnError([&] { MakeFolder(HostPath(layouts)); });
+  skipOnError([&] { saved = copyInto(session, layouts); });
+  const std::string home = EnsureTrailingSep(HomeFolder().text);
+  if (saved.empty()) skipOnError([&] { saved = home + copyInto(session, home) + LayoutExtension; });
   return saved;
 }
 
 }  // namespace
 
-void endWithError(Session& session, const RuntimeError& error) {
-  const std::string rescued = rescueLayout(session);
+void rescueLayout(Session& session, const RuntimeError& error) {
+  const std::string copy = savedCopy(session);
   std::string text = "Run-time error '" + std::to_string(error.number()) + "':" + ParagraphBreak + error.description();
-  if (!rescued.empty()) text += ParagraphBreak + ("The open layout was saved as '" + rescued + "'.");
+  if (!copy.empty()) text += ParagraphBreak + ("The open layout was saved as '" + copy + "'.");
   session.ask({"Trackloom", text, BoxButtons::Ok, BoxIcon::Critical});
+}
+
+void endWithError(Session& session, const RuntimeError& error) {
+  rescueLayout(session, error);
   session.ports.process.end(1);
 }
 

@@ -7,11 +7,13 @@
 #include "model/OptionsFile.h"
 #include "model/Session.h"
 #include "runtime/Files.h"
+#include "runtime/RuntimeError.h"
 #include "runtime/Statements.h"
 #include "runtime/Text.h"
 #include "shell/DriveSelection.h"
 #include "shell/LayoutClosing.h"
 #include "shell/ProgramForms.h"
+#include "shell/UnhandledError.h"
 #include "writing/RecordFlow.h"
 
 namespace trackloom {
@@ -116,8 +118,17 @@ bool frmListing::QueryUnload(CloseReason) {
   if (mod.LayoutSaved || mod.Options.PromptSave != 1 || nothingToSave) return true;
   const BoxAnswer answer =
       session_.ask({"Save Layout", "Save the currently open layout?", BoxButtons::YesNoCancel, BoxIcon::Question});
-  if (answer == BoxAnswer::Yes) skipOnError([this] { saveOrAskName(session_, forms_.layout); });
+  if (answer == BoxAnswer::Yes) saveBeforeClose();
   return answer != BoxAnswer::Cancel;
+}
+
+void frmListing::saveBeforeClose() {
+  try {
+    saveOrAskName(session_, forms_.layout);
+  } catch (const RuntimeError& error) {
+    // Nothing stops the close, yet the user asked for the layout to be kept.
+    rescueLayout(session_, error);
+  }
 }
 
 void frmListing::Unload() {

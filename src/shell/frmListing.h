@@ -25,6 +25,7 @@ class frmListing final : public ListingWindow {
   void SaveDockLayout();
   void EnsureLayoutsFolder();
   void RestoreWindowPlacement();
+  void saveBeforeClose();
   void storePlacement();
   void blankStatus();
 

@@ -82,8 +82,8 @@ void showStatus(Session& session, WritingForms& forms) {
 void queueAudioRows(Session& session) {
   const ListView& listing = session.frmListing().ListView1;
   writerOf(session).ClearAudioQueue();
-  for (std::int16_t row = 1; row <= listing.Count(); row = ToInt16(row + 1))
-    writerOf(session).AddAudioTrack(sourcePath(listing, row), row);
+  for (int row = 1; row <= listing.Count(); ++row)
+    writerOf(session).AddAudioTrack(sourcePath(listing, row), ToInt16(row));
 }
 
 void queueDataRows(Session& session, WritingForms& forms) {

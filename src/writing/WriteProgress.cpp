@@ -137,6 +137,8 @@ void WriteProgress::finishRecording() {
 void WriteProgress::OnWriteError(std::int32_t code, std::int32_t deviceError) {
   if (!session_.mod.WriteActive) {
     session_.ask({"Error", "There was an error encountered trying to perform the requested disc operation."});
+    forms_.frmErase.unload();
+    forms_.frmDiskInfo.unload();
     return;
   }
   forms_.frmStatus.unload();

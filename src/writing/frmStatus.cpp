@@ -22,7 +22,8 @@ void frmStatus::say(Label& label, const std::string& text) {
 void frmStatus::cmdCancel_Click() {
   const BoxAnswer answer =
       session_.ask({"Cancel", "Cancel the current record operation?", BoxButtons::OkCancel, BoxIcon::Question});
-  if (answer == BoxAnswer::Cancel) return;
+  // The write may have ended while the question stood, and then there is nothing left to cancel.
+  if (answer == BoxAnswer::Cancel || closed()) return;
   CDWriterXP& writer = *session_.frmListing().CDR1;
   writer.AbortWrite();
   hide();

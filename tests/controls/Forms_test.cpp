@@ -45,6 +45,23 @@ struct Slots {
 
 }  // namespace
 
+TEST_CASE("A form that unloads itself in its Load can still be read, is not shown, and is made anew") {
+  struct Shy : Sample {
+    using Sample::Sample;
+    void Load() override { unload(); }
+  };
+  fakes::ScriptedDesk host;
+  std::string log;
+  FormSlot<Sample> slot([&] { return std::make_shared<Shy>(host, log); });
+  Sample& form = slot.get();
+  CHECK(form.button.Caption == std::string("&Go"));
+  CHECK(form.closed());
+  CHECK_FALSE(slot.exists());
+  slot->show();
+  CHECK(host.transcript == std::vector<std::string>{"unload Sample", "unload Sample"});
+  CHECK(log == "unload unload destroyed ");
+}
+
 TEST_CASE("A form comes into being at first touch and is made anew after its unload") {
   Slots slots;
   CHECK_FALSE(slots.slot.exists());

@@ -71,12 +71,14 @@ std::string FakeWriter::BlocksToTime(std::int32_t blocks) {
 void FakeWriter::ClearAudioQueue() {
   note("ClearAudioQueue");
   audioQueue.clear();
+  audioBlocks_ = 0;
 }
 
 bool FakeWriter::AddAudioTrack(const HostPath& path, std::int16_t number) {
   note("AddAudioTrack(" + path.text + ", " + std::to_string(number) + ")");
   if (!stage_.audio.contains(path.text)) return false;
   audioQueue.emplace_back(number, path.text);
+  audioBlocks_ += stage_.audio.at(path.text);
   return true;
 }
 
@@ -91,37 +93,37 @@ bool FakeWriter::RemoveAudioTrack(std::int16_t number) {
   const auto entry =
       std::find_if(audioQueue.begin(), audioQueue.end(), [&](const auto& e) { return e.first == number; });
   if (entry == audioQueue.end()) return false;
+  audioBlocks_ -= stage_.audio.at(entry->second);
   audioQueue.erase(entry);
   return true;
-}
-
-std::int32_t FakeWriter::AudioQueueBlocks() {
-  std::int32_t sum = 0;
-  for (const auto& entry : audioQueue) sum += stage_.audio.at(entry.second);
-  return sum;
 }
 
 void FakeWriter::ClearDataQueue() {
   note("ClearDataQueue");
   dataQueue.clear();
+  dataBlocks_ = 0;
 }
 
 bool FakeWriter::AddDataFile(const DiscPath& disc, const HostPath& source) {
   note("AddDataFile(" + disc.text + ", " + source.text + ")");
   if (!stage_.data.contains(source.text)) return false;
+  takeOut(disc);
   dataQueue[disc.text] = source.text;
+  dataBlocks_ += stage_.data.at(source.text);
   return true;
 }
 
 bool FakeWriter::RemoveDataFile(const DiscPath& disc) {
   note("RemoveDataFile(" + disc.text + ")");
-  return dataQueue.erase(disc.text) > 0;
+  return takeOut(disc);
 }
 
-std::int32_t FakeWriter::DataQueueBlocks() {
-  std::int32_t sum = 0;
-  for (const auto& entry : dataQueue) sum += stage_.data.at(entry.second);
-  return sum;
+bool FakeWriter::takeOut(const DiscPath& disc) {
+  const auto entry = dataQueue.find(disc.text);
+  if (entry == dataQueue.end()) return false;
+  dataBlocks_ -= stage_.data.at(entry->second);
+  dataQueue.erase(entry);
+  return true;
 }
 
 bool FakeWriter::ImportLastSession(bool takeOver) {

@@ -76,11 +76,11 @@ class FakeWriter final : public CDWriterXP {
   bool AddAudioTrack(const HostPath& path, std::int16_t number) override;
   void ListAudioTracks() override;
   bool RemoveAudioTrack(std::int16_t number) override;
-  std::int32_t AudioQueueBlocks() override;
+  std::int32_t AudioQueueBlocks() override { return audioBlocks_; }
   void ClearDataQueue() override;
   bool AddDataFile(const DiscPath& disc, const HostPath& source) override;
   bool RemoveDataFile(const DiscPath& disc) override;
-  std::int32_t DataQueueBlocks() override;
+  std::int32_t DataQueueBlocks() override { return dataBlocks_; }
   bool ImportLastSession(bool takeOver) override;
   void SetDiscMode(std::int32_t mode) override;
   void SetTestMode(bool on) override { testMode_ = on; }
@@ -105,11 +105,14 @@ class FakeWriter final : public CDWriterXP {
 
  private:
   const FakeDrive& drive_(std::int16_t drive) const { return stage_.drives.at(static_cast<std::size_t>(drive)); }
+  bool takeOut(const DiscPath& disc);
   void note(const std::string& call) { stage_.transcript.push_back(name_ + "." + call); }
 
   std::string name_;
   WriterStage& stage_;
   std::optional<std::int16_t> selected_;
+  std::int32_t audioBlocks_ = 0;
+  std::int32_t dataBlocks_ = 0;
   bool testMode_ = false, closeDisc_ = false, cacheAudio_ = false, cacheData_ = false;
 };
 

@@ -10,8 +10,8 @@ Machine::Machine() {
 
 void Machine::start() {
   engines.restart();
-  program_ =
-      std::make_unique<Program>(desk, Ports{desk, pump, process, engines, opener, help, commonControls, Separators{}});
+  program_ = std::make_unique<Program>(
+      desk, Ports{desk, pump, process, writers(), opener, help, commonControls, Separators{}});
   program_->start();
   program_->forms().shell.frmOpen->Timer1.tick();
 }

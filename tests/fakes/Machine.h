@@ -16,6 +16,9 @@ namespace trackloom::fakes {
 class Machine {
  public:
   Machine();
+  virtual ~Machine() = default;
+  Machine(const Machine&) = delete;
+  Machine& operator=(const Machine&) = delete;
 
   TempFolder folder;
   FakeEngines engines;
@@ -50,6 +53,12 @@ class Machine {
   FakeWriter& cdr1() { return dynamic_cast<FakeWriter&>(*window().CDR1); }
   bool enabled(const std::string& tool) { return window().DockStudio1.tool(tool).Enabled; }
   void click(const std::string& tool) { window().DockStudio1.click(tool); }
+
+ protected:
+  /// The engines of a program that is being started.
+  virtual WriterEngines& writers() { return engines; }
+  /// For engines that go before the machine does.
+  void forgetProgram() { program_.reset(); }
 
  private:
   std::unique_ptr<Program> program_;

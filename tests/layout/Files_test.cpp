@@ -155,6 +155,27 @@ TEST_CASE("A WAV file dropped on an MP3 layout makes no row and no words, but th
   listing.dropFiles({machine.music("waves/x.wav")});
 }
 
+TEST_CASE("Files are no longer added once their layout is closed while the rows come in") {
+  const bool picked = GENERATE(false, true);
+  Picker machine(AudioLayout);
+  machine.pump.onPump = [&] {
+    if (machine.window().ListView1.Count() == 2) machine.click("mnuFileClose");
+  };
+  if (picked)
+    machine.pick([&](frmFiles& form) {
+      form.FT1.choose(machine.music("mixed"));
+      form.cmdCheckAll.click();
+      form.cmdOK.click();
+    });
+  else
+    machine.window().ListView1.dropFiles(
+        {machine.music("mixed/b.mp3"), machine.music("mixed/a.wav"), machine.music("waves/x.wav")});
+  CHECK(machine.pump.pumped == (picked ? 3 : 2));
+  CHECK(machine.window().ListView1.Count() == 0);
+  CHECK(machine.cdr1().audioQueue.empty());
+  CHECK(machine.mod().LayoutSaved);
+}
+
 TEST_CASE("Nothing can be dropped while no layout is open") {
   Machine machine;
   machine.startQuietly();

@@ -162,7 +162,8 @@ TEST_CASE("A layout that cannot be written ends the process with the error's num
     form.cmdOK.click();
   });
   CHECK(machine.endOf([&] { machine.click("mnuFileSave"); }) == 1);
-  CHECK(machine.desk.lastBox().text == "Run-time error '53':\r\n\r\nFile not found");
+  CHECK(machine.desk.lastBox().text ==
+        "Run-time error '76':\r\n\r\nPath not found\r\n\r\nThe open layout was saved as 'Rescued layout 1'.");
 }
 
 }  // namespace trackloom

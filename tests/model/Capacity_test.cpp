@@ -25,7 +25,8 @@ class Layout : public Machine {
   /// Makes the audio queue this long, without any row.
   void queue(std::int32_t blocks) {
     engines.stage.audio["queued"] = blocks;
-    cdr1().audioQueue = {{std::int16_t{1}, "queued"}};
+    cdr1().ClearAudioQueue();
+    cdr1().AddAudioTrack(HostPath("queued"), 1);
     UpdateCapacityDisplay(session());
   }
 };
@@ -141,6 +142,14 @@ TEST_CASE("Without a layout the totals stay blank") {
   layout.queue(100);
   CHECK(layout.meter().empty());
   CHECK(layout.totals().empty());
+}
+
+TEST_CASE("A queue beyond all numbers of blocks is too big like any other") {
+  Layout layout(AudioLayout);
+  layout.queue(2147483647);
+  CHECK(layout.meter() == "0 Blocks of 359,849 Blocks  (0% of CD Used)");
+  CheckRoomForTrack(layout.session());
+  CHECK(layout.mod().TrackWontFit);
 }
 
 TEST_CASE("Room for a track counts the charges of all tracks and its own") {

@@ -1,5 +1,7 @@
 #include "runtime/Files.h"
 
+#include <sys/stat.h>
+
 #include <catch2/catch.hpp>
 #include <filesystem>
 
@@ -41,6 +43,34 @@ TEST_CASE("Writing the start of a file keeps the tail of a longer one") {
   CHECK(folder.read("file") == "abc3456789");
   CHECK(ReadStart(HostPath(folder / "file"), 4) == "abc3");
   CHECK(ReadStart(HostPath(folder / "file"), 99).size() == 10);
+}
+
+TEST_CASE("A file that cannot be made is a path that is not there") {
+  TempFolder folder;
+  const HostPath path(folder / "none/file");
+  CHECK(fakes::errorNumberOf([&] { TouchFile(path); }) == 76);
+  CHECK(fakes::errorNumberOf([&] { WriteStart(path, "x"); }) == 76);
+  CHECK(fakes::errorNumberOf([&] { ReplaceFile(path, "x"); }) == 76);
+  CHECK(fakes::errorNumberOf([&] { ReadStart(path, 1); }) == 53);
+}
+
+TEST_CASE("Only regular files are replaced, and a pipe makes nobody wait") {
+  TempFolder folder;
+  REQUIRE(::mkfifo((folder / "pipe").c_str(), 0600) == 0);
+  std::filesystem::create_symlink("pipe", folder / "link");
+  CHECK(fakes::errorNumberOf([&] { ReplaceFile(HostPath(folder / "link"), "x"); }) == 75);
+  CHECK(std::filesystem::is_fifo(folder / "pipe"));
+  CHECK(fakes::errorNumberOf([&] { TouchFile(HostPath(folder / "pipe")); }) == 57);
+  CHECK(ReadStart(HostPath(folder / "pipe"), 9).empty());
+}
+
+TEST_CASE("A file of the longest name that a folder takes can be replaced") {
+  TempFolder folder;
+  const std::string name(255, 'n');
+  ReplaceFile(HostPath(folder / name), "whole");
+  CHECK(folder.read(name) == "whole");
+  CHECK(fakes::errorNumberOf([&] { ReplaceFile(HostPath(folder / (name + "n")), "x"); }) == 52);
+  CHECK(std::distance(std::filesystem::directory_iterator(folder.path()), {}) == 1);
 }
 
 TEST_CASE("Replacing a file writes through links, and a failure leaves the old file and no other") {

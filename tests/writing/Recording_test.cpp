@@ -22,7 +22,7 @@ class Recording : public Machine {
     desk.transcript.clear();
   }
 
-  void record(std::function<void(frmOptions&)> choose = {}) {
+  void record(const std::function<void(frmOptions&)>& choose = {}) {
     desk.expectForm<frmOptions>("frmOptions", [choose](frmOptions& form) {
       if (choose) choose(form);
       form.cmdOK.click();
@@ -381,6 +381,22 @@ TEST_CASE("Cancelling a write aborts, hides, tells, ejects, in that order") {
   CHECK(machine.desk.transcript == Lines{"hide frmStatus", "show frmListing", "unload frmStatus"});
   CHECK(machine.desk.lastBox().text ==
         "The current write operation has been cancelled.\r\n\r\nThe inserted disc may be unusable now.");
+}
+
+TEST_CASE("A write that ends while the user is asked about cancelling is not cancelled any more") {
+  Recording machine;
+  machine.record();
+  frmStatus& status = machine.status();
+  const auto alive = status.keepAlive();
+  machine.engines.stage.take();
+  std::string text;
+  machine.desk.expectBox("Cancel", BoxAnswer::Ok);
+  machine.expectDone(text);
+  machine.desk.whileBoxIsOpen = [&](const MessageBox&) { machine.complete(); };
+  status.cmdCancel.click();
+  CHECK(text.starts_with("The created audio disc is ready"));
+  CHECK(machine.engines.stage.take() == Lines{"CDR1.EjectDisc"});
+  CHECK(machine.desk.boxes.size() == 1);
 }
 
 TEST_CASE("The status window refuses to be closed by its user") {
