@@ -24,16 +24,20 @@ void FolderTreeview::accept(ControlVisitor& visitor) {
 
 void FolderTreeview::SetSelectedFolder(const std::string& folder) {
   if (!FolderExists(HostPath(folder))) throw RuntimeError(RuntimeError::PathNotFound);
+  select(folder);
+}
+
+void FolderTreeview::choose(const std::string& folder) {
+  if (usable()) select(folder);
+}
+
+void FolderTreeview::select(const std::string& folder) {
   const std::string wanted = withoutTrailingSep(folder);
   if (folder_ == wanted) return;
   folder_ = wanted;
   raise([this, wanted] {
     if (FolderChanged) FolderChanged(wanted);
   });
-}
-
-void FolderTreeview::choose(const std::string& folder) {
-  if (usable() && FolderExists(HostPath(folder))) SetSelectedFolder(folder);
 }
 
 }  // namespace trackloom

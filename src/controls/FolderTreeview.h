@@ -15,9 +15,13 @@ class FolderTreeview final : public Control {
   void SetSelectedFolder(const std::string& folder);
 
   std::function<void(const std::string& path)> FolderChanged;
+  /// For a folder that the tree has read itself: the disk is not asked again, which on a dead network mount would hold
+  /// up the window.
   void choose(const std::string& folder);
 
  private:
+  void select(const std::string& folder);
+
   Property<std::string> folder_;
 };
 

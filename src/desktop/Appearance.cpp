@@ -15,10 +15,6 @@ namespace {
 
 constexpr unsigned PreferDark = 1;
 
-bool isDark(const QPalette& palette) {
-  return palette.color(QPalette::Window).lightness() < palette.color(QPalette::WindowText).lightness();
-}
-
 QDBusMessage schemeQuestion() {
   QDBusMessage question = QDBusMessage::createMethodCall(
       "org.freedesktop.portal.Desktop", "/org/freedesktop/portal/desktop", "org.freedesktop.portal.Settings", "Read");
@@ -35,6 +31,10 @@ unsigned schemeIn(const QDBusVariant& answer) {
 }
 
 }  // namespace
+
+bool isDark(const QPalette& palette) {
+  return palette.color(QPalette::Window).lightness() < palette.color(QPalette::WindowText).lightness();
+}
 
 QPalette darkPalette() {
   const QColor window(0x32, 0x34, 0x37);

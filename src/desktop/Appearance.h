@@ -4,6 +4,8 @@
 
 namespace trackloom {
 
+bool isDark(const QPalette& palette);
+
 /// Colours for a dark desktop, whose own are not known.
 QPalette darkPalette();
 

@@ -22,7 +22,8 @@ constexpr QMargins RowMargins(6, 3, 6, 3);
 QWidget& makePanel(Face& face, QWidget& row, Tool& tool) {
   auto& label = make<QLabel>(row);
   label.setTextFormat(Qt::PlainText);
-  label.setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+  label.setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+  label.setMinimumWidth(1);
   const auto follow = [&label, &tool] {
     label.setText(shown(tool.Text.get()));
     label.setToolTip(label.fontMetrics().horizontalAdvance(label.text()) > label.width() ? label.text() : QString());
@@ -89,7 +90,7 @@ QWidget& makeStatusRow(Face& face, QWidget& bar, const std::vector<Tool*>& tools
   for (Tool* tool : tools) {
     if (row.count() > 0) row.addWidget(&makeDivider(part));
     const bool meter = tool->design.kind == ToolKind::Progress;
-    row.addWidget(&(meter ? makeMeter(face, part, *tool) : makePanel(face, part, *tool)), 1);
+    row.addWidget(&(meter ? makeMeter(face, part, *tool) : makePanel(face, part, *tool)));
   }
   return part;
 }

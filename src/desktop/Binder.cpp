@@ -43,6 +43,8 @@ namespace trackloom {
 
 namespace {
 
+constexpr int UnusedFrame = 2;
+
 /// Finds the widget of each control and ties the two: one overload for each kind.
 class Binder final : public ControlVisitor {
  public:
@@ -141,9 +143,19 @@ void Binder::visit(CheckBox& control) {
   QObject::connect(box, &QCheckBox::clicked, [&control, entry = entry_] { entry([&control] { control.click(); }); });
 }
 
+/// The Tab key comes to a group of options once, and then to the chosen one; the arrow keys go through the others.
+void leaveOneStop(QRadioButton& chosen) {
+  for (QRadioButton* button : chosen.window()->findChildren<QRadioButton*>())
+    if (button->group() == chosen.group() && (chosen.group() != nullptr || button->parent() == chosen.parent()))
+      button->setFocusPolicy(button == &chosen ? Qt::StrongFocus : Qt::ClickFocus);
+}
+
 void Binder::visit(OptionButton& control) {
   auto* button = find<QRadioButton>(control);
   if (button == nullptr) return;
+  QObject::connect(button, &QRadioButton::toggled, [button](bool chosen) {
+    if (chosen) leaveOneStop(*button);
+  });
   follow(control, *button, [&control, button] {
     button->setText(shown(control.Caption.get()));
     if (control.selected()) button->setChecked(true);
@@ -232,6 +244,9 @@ void Binder::visit(StatusBar& control) {
   auto* bar = find<QStatusBar>(control);
   if (bar == nullptr) return;
   bar->setSizeGripEnabled(false);
+  // The bar leaves room for a frame that the look does not draw, and would stand out of line.
+  bar->setAttribute(Qt::WA_ContentsMarginsRespectsSafeArea, false);
+  bar->setContentsMargins(-UnusedFrame, 0, 0, 0);
   std::vector<QLabel*> panels;
   for (std::size_t panel = 1; panel <= control.count(); ++panel) {
     panels.push_back(&make<QLabel>(*bar));
@@ -266,6 +281,9 @@ void Binder::visit(TextBox& control) {
 
 void Binder::visit(Timer& control) {
   auto& clock = make<QTimer>(face_.window());
+  // The toolkit's usual timers may come a twentieth early, and no pause of the program is meant to be shorter than it
+  // says.
+  clock.setTimerType(Qt::PreciseTimer);
   clock.setInterval(control.interval());
   const auto follow = [&control, &clock] {
     if (control.Enabled != clock.isActive()) control.Enabled ? clock.start() : clock.stop();

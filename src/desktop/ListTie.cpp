@@ -8,6 +8,7 @@
 #include <QScopedValueRollback>
 #include <QTimer>
 #include <QUrl>
+#include <algorithm>
 #include <memory>
 
 #include "desktop/EventTap.h"
@@ -64,9 +65,12 @@ void ListTie::showNewRows() {
 }
 
 void ListTie::showColumns() {
-  const auto& columns = list.columns();
-  for (std::size_t column = 0; column < columns.size(); ++column)
-    view.header()->resizeSection(static_cast<int>(column), static_cast<int>(columns[column].width / TwipsPerPixel));
+  QHeaderView& heads = *view.header();
+  for (int column = 0; column < model.columnCount(); ++column) {
+    const double twips = list.columns()[static_cast<std::size_t>(column)].width;
+    // In a large font a head can need more than the program thinks of.
+    heads.resizeSection(column, std::max(static_cast<int>(twips / TwipsPerPixel), heads.sectionSizeHint(column)));
+  }
 }
 
 bool ListTie::stretches(int column) const {

@@ -2,6 +2,9 @@
 
 #include <QDialogButtonBox>
 #include <QIcon>
+#include <QPainter>
+#include <QStyleOptionHeader>
+#include <algorithm>
 
 #include "desktop/Appearance.h"
 
@@ -13,6 +16,39 @@ namespace {
 constexpr int RowAir = 8;
 /// Left and right of the text in a cell and in the head of its column, which so stand in one line.
 constexpr int CellAir = 6;
+/// Left and right of a button's caption, and above and below it beyond what the toolkit gives.
+constexpr int ButtonAir = 12;
+constexpr int ButtonAirAbove = 2;
+constexpr int ButtonFocusInset = 3;
+
+/// The toolkit draws the outline of a mark darker than the window, which is lost on a dark one.
+void outlineMark(QPainter& painter, const QStyleOption& option, bool round) {
+  const QRectF edge = QRectF(option.rect).adjusted(0.5, 0.5, -0.5, -0.5);
+  painter.save();
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(option.palette.color(QPalette::Disabled, QPalette::WindowText));
+  painter.setBrush(Qt::NoBrush);
+  round ? painter.drawEllipse(edge) : painter.drawRect(edge);
+  painter.restore();
+}
+
+/// What is right of the last column's head looks as if it belonged to the heads.
+void drawRestOfHeads(const QStyle& style, const QStyleOption& option, QPainter* painter, const QWidget* widget) {
+  QStyleOptionHeader rest;
+  rest.QStyleOption::operator=(option);
+  rest.state |= QStyle::State_Horizontal;
+  rest.position = QStyleOptionHeader::OnlyOneSection;
+  style.drawControl(QStyle::CE_HeaderSection, &rest, painter, widget);
+}
+
+/// The toolkit itself shows no focus on lists, on scroll bars and on the button that is the default anyway.
+void drawFocusFrame(QPainter* painter, const QStyleOption& option, int inset) {
+  if (!option.state.testFlag(QStyle::State_HasFocus)) return;
+  painter->save();
+  painter->setPen(option.palette.color(QPalette::Highlight));
+  painter->drawRect(option.rect.adjusted(inset, inset, -inset - 1, -inset - 1));
+  painter->restore();
+}
 
 }  // namespace
 
@@ -29,10 +65,38 @@ int Look::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWid
   return QProxyStyle::pixelMetric(metric, option, widget);
 }
 
+void Look::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                         const QWidget* widget) const {
+  QProxyStyle::drawPrimitive(element, option, painter, widget);
+  const bool round = element == PE_IndicatorRadioButton;
+  if (!round && element != PE_IndicatorCheckBox && element != PE_IndicatorItemViewItemCheck) return;
+  if (isDark(option->palette)) outlineMark(*painter, *option, round);
+}
+
+void Look::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                       const QWidget* widget) const {
+  if (element == CE_HeaderEmptyArea) return drawRestOfHeads(*this, *option, painter, widget);
+  QProxyStyle::drawControl(element, option, painter, widget);
+  if (element == CE_ShapedFrame && widget != nullptr && widget->inherits("QAbstractItemView"))
+    drawFocusFrame(painter, *option, 0);
+  if (element == CE_PushButton && option->state.testFlag(State_KeyboardFocusChange))
+    drawFocusFrame(painter, *option, ButtonFocusInset);
+}
+
+void Look::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option, QPainter* painter,
+                              const QWidget* widget) const {
+  QProxyStyle::drawComplexControl(control, option, painter, widget);
+  if (control == CC_ScrollBar) drawFocusFrame(painter, *option, 0);
+}
+
 QSize Look::sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& contents,
                              const QWidget* widget) const {
   QSize size = QProxyStyle::sizeFromContents(type, option, contents, widget);
   if (type == CT_ItemViewItem) size.rheight() += RowAir;
+  if (type == CT_PushButton) {
+    size.setWidth(std::max(size.width(), contents.width() + 2 * ButtonAir));
+    size.rheight() += 2 * ButtonAirAbove;
+  }
   return size;
 }
 

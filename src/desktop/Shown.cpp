@@ -6,6 +6,7 @@
 #include <QPalette>
 #include <algorithm>
 
+#include "desktop/Appearance.h"
 #include "runtime/Text.h"
 
 namespace trackloom {
@@ -66,8 +67,7 @@ QColor shownColour(Colour colour, const QPalette& palette) {
   if (colour < 0) return systemColour(colour & ChannelMask, palette);
   const QColor plain(colour & ChannelMask, (colour >> ChannelBits) & ChannelMask,
                      (colour >> (2 * ChannelBits)) & ChannelMask);
-  const bool dark = palette.color(QPalette::Base).lightness() < palette.color(QPalette::Text).lightness();
-  if (!dark) return plain;
+  if (!isDark(palette)) return plain;
   return QColor::fromHsl(plain.hslHue(), plain.hslSaturation(), std::max(plain.lightness(), LightEnough));
 }
 

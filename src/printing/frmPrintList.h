@@ -22,7 +22,7 @@ class frmPrintList final : public Form {
   PictureBox Image1{*this, "Image1"};
   Label Label1{*this, "Label1", "Print Current Layout Track Listing"};
   Frame Frame1{*this, "Frame1", "ID3 Tag Information"};
-  ListView ListView1{*this, "ListView1", {{"#", "#", 700}, {"Artist", "Artist", 3000}, {"Title", "Title", 3600}}};
+  ListView ListView1{*this, "ListView1", {{"#", "#", 1050}, {"Artist", "Artist", 3000}, {"Title", "Title", 3600}}};
   Button cmdEdit{*this, "cmdEdit", "&Edit Selected Track"};
   Frame Frame2{*this, "Frame2", "Print Properties"};
   OptionGroup styles;

@@ -81,6 +81,8 @@ TEST_CASE("Option buttons exclude each other both ways") {
   Shown shown;
   shown.form->optFirst.select();
   CHECK(shown.widget<QRadioButton>("optFirst").isChecked());
+  CHECK(shown.widget<QRadioButton>("optFirst").focusPolicy() == Qt::StrongFocus);
+  CHECK(shown.widget<QRadioButton>("optSecond").focusPolicy() == Qt::ClickFocus);
   shown.widget<QRadioButton>("optSecond").click();
   CHECK(shown.form->optSecond.selected());
   CHECK_FALSE(shown.form->optFirst.selected());

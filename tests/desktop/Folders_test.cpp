@@ -4,6 +4,7 @@
 #include "desktop/FolderModel.h"
 #include "desktop/Trial.h"
 #include "fakes/TempFolder.h"
+#include "runtime/RuntimeError.h"
 
 namespace trackloom {
 
@@ -65,6 +66,22 @@ TEST_CASE("The focus alone chooses no folder") {
   shown.form->FT1.SetFocus();
   CHECK(comesTrue([&] { return selectedPath(shown.widget<QTreeView>("FT1")) == "/usr"; }));
   CHECK(told == Lines{"/usr"});
+}
+
+TEST_CASE("A choice in the tree is believed without asking the disk, and the program's is not") {
+  const fakes::TempFolder folder;
+  folder.write("music/x", "");
+  trial::Shown shown;
+  auto& tree = shown.widget<QTreeView>("FT1");
+  shown.form->FT1.SetSelectedFolder(folder.path());
+  REQUIRE(comesTrue([&] { return selectedPath(tree) == folder.path(); }));
+  const QModelIndex around = tree.currentIndex();
+  tree.expand(around);
+  REQUIRE(comesTrue([&] { return tree.model()->rowCount(around) == 1; }));
+  std::filesystem::remove_all(folder / "music");
+  CHECK_THROWS_AS(shown.form->FT1.SetSelectedFolder(folder / "music"), RuntimeError);
+  tree.setCurrentIndex(tree.model()->index(0, 0, around));
+  CHECK(shown.form->FT1.SelectedFolder() == folder / "music");
 }
 
 }  // namespace trackloom

@@ -118,6 +118,13 @@ TEST_CASE("The tools' states show: panels, meter, drives and disabled commands")
   CHECK_FALSE(main.bar("Tool Bar 1").actions().at(6)->isEnabled());
 }
 
+TEST_CASE("A list that becomes ready takes the focus, so that keys no longer change the drive") {
+  MainWindow main;
+  REQUIRE(main.window().focusWidget()->objectName() == "cboMainDrive");
+  main.form().ListView1.Enabled = true;
+  CHECK(main.window().focusWidget()->objectName() == "ListView1");
+}
+
 TEST_CASE("The area inside the bars is told in twips, and again when the window changes") {
   MainWindow main;
   main.window().resize(900, 600);

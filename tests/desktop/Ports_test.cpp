@@ -2,7 +2,6 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTimer>
-#include <algorithm>
 #include <catch2/catch.hpp>
 #include <thread>
 
@@ -12,6 +11,7 @@
 #include "desktop/QtEvents.h"
 #include "desktop/QtMessageBoxes.h"
 #include "desktop/Trial.h"
+#include "desktop/User.h"
 
 namespace trackloom {
 
@@ -27,19 +27,6 @@ BoxAnswer answerTo(const MessageBox& box, const std::function<void(QMessageBox&)
   return QtMessageBoxes(desk).show(box);
 }
 
-/// The buttons from left to right.
-QList<QAbstractButton*> buttonsOf(QMessageBox& box) {
-  QList<QAbstractButton*> buttons = box.buttons();
-  std::sort(buttons.begin(), buttons.end(), [](const auto* a, const auto* b) { return a->x() < b->x(); });
-  return buttons;
-}
-
-Lines captions(QMessageBox& box) {
-  Lines texts;
-  for (QAbstractButton* button : buttonsOf(box)) texts.push_back(button->text().remove('&').toStdString());
-  return texts;
-}
-
 }  // namespace
 
 TEST_CASE("A box shows title and text as they are, in plain text, and its first button is the default") {
@@ -49,7 +36,7 @@ TEST_CASE("A box shows title and text as they are, in plain text, and its first 
     CHECK(shown.text() == "<b>a</b>  b\n\nsecond");
     CHECK(shown.textFormat() == Qt::PlainText);
     CHECK(shown.icon() == QMessageBox::Question);
-    CHECK(captions(shown) == Lines{"OK", "Cancel"});
+    CHECK(trial::captionsOf(shown) == Lines{"OK", "Cancel"});
     CHECK(shown.windowModality() == Qt::ApplicationModal);
     QTest::keyClick(&shown, Qt::Key_Return);
   });
@@ -57,7 +44,7 @@ TEST_CASE("A box shows title and text as they are, in plain text, and its first 
 }
 
 TEST_CASE("Each set of buttons has its buttons, and each gives its answer") {
-  const auto click = [](int place) { return [place](QMessageBox& box) { buttonsOf(box).at(place)->click(); }; };
+  const auto click = [](int place) { return [place](QMessageBox& box) { trial::buttonsOf(box).at(place)->click(); }; };
   CHECK(answerTo({"t", "x", BoxButtons::Ok, BoxIcon::Information}, click(0)) == BoxAnswer::Ok);
   CHECK(answerTo({"t", "x", BoxButtons::OkCancel, BoxIcon::Information}, click(1)) == BoxAnswer::Cancel);
   CHECK(answerTo({"t", "x", BoxButtons::YesNo, BoxIcon::Information}, click(0)) == BoxAnswer::Yes);
@@ -142,10 +129,6 @@ TEST_CASE("On a dark desktop every text stands out from its ground, disabled one
     CHECK(palette.color(group, QPalette::ButtonText).lightness() >
           palette.color(group, QPalette::Button).lightness() + 60);
   }
-}
-
-TEST_CASE("The system's number format has a decimal sign") {
-  CHECK_FALSE(systemSeparators().decimal.empty());
 }
 
 }  // namespace trackloom

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QPointer>
+#include <memory>
+#include <vector>
+
+#include "desktop/QtDesk.h"
+#include "fakes/Machine.h"
+
+namespace trackloom::trial {
+
+/// Every form of the program on a machine of its own, loaded and filled.
+struct AllForms {
+  explicit AllForms(std::int16_t kind = AudioLayout);
+
+  fakes::Machine machine;
+  std::vector<std::shared_ptr<Form>> all;
+};
+
+/// One form on a desk of its own, its window laid out. No event has run that the form could act upon.
+struct ShownForm {
+  explicit ShownForm(Form& form);
+
+  QtDesk desk;
+  QWidget& window;
+};
+
+/// The widgets in a window that the Tab key reaches now, in the order in which it does.
+std::vector<QWidget*> tabChain(QWidget& window);
+
+}  // namespace trackloom::trial

@@ -1,0 +1,63 @@
+#pragma once
+
+#include <QMainWindow>
+#include <QPushButton>
+#include <optional>
+#include <string>
+
+#include "desktop/QtDesk.h"
+#include "desktop/QtEvents.h"
+#include "desktop/QtMessageBoxes.h"
+#include "desktop/User.h"
+#include "fakes/FakeWorld.h"
+#include "fakes/FakeWriter.h"
+#include "fakes/TempFolder.h"
+#include "shell/Program.h"
+
+namespace trackloom::trial {
+
+/// The program with its real windows and boxes, in a folder of its own, on fake engines.
+class LiveProgram {
+ public:
+  explicit LiveProgram(Separators signs = {});
+
+  fakes::TempFolder folder;
+  fakes::FakeEngines engines;
+  fakes::FakeProcess process;
+  QtEventPump pump;
+  fakes::FakeOpener opener;
+  fakes::FakeHelp help;
+  fakes::FakeCommonControls commonControls;
+  QtDesk desk;
+  QtMessageBoxes boxes{desk};
+  Program program;
+  User user;
+  /// The status with which the process would have ended.
+  std::optional<int> ended;
+
+  /// Up to the main window, which at its first activation asks for a layout.
+  void start();
+  /// A start without that question.
+  void startQuietly();
+  /// The user chooses New, and then this kind of layout; `announce` tells what comes behind that.
+  void newLayout(
+      std::int16_t kind, const std::function<void()>& announce = [] {});
+  /// A file that counts as audio and as data of so many blocks; its path.
+  std::string makeTrack(const std::string& name, std::int32_t blocks);
+  void addTrack(const std::string& name, std::int32_t blocks);
+
+  ListingWindow& form() { return program.session().frmListing(); }
+  QMainWindow& window() { return dynamic_cast<QMainWindow&>(*desk.window(form())); }
+  fakes::FakeWriter& cdr1() { return dynamic_cast<fakes::FakeWriter&>(*form().CDR1); }
+  /// As the toolkit would bring it.
+  void click(const std::string& tool) {
+    desk.enter([&] { form().DockStudio1.click(tool); });
+  }
+};
+
+template <class Widget>
+Widget& in(QWidget& window, const char* name) {
+  return *window.findChild<Widget*>(name);
+}
+
+}  // namespace trackloom::trial

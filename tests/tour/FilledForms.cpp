@@ -1,0 +1,129 @@
+#include "tour/FilledForms.h"
+
+#include "model/Capacity.h"
+
+namespace trackloom {
+
+namespace {
+
+constexpr std::int32_t TwipsPerPixel = 15;
+constexpr std::int32_t BlocksOfDisc = 359849;
+const std::string Drive = "ACMECORP SUPER WRITER 52X (D:)";
+
+void fillMainWindow(ListingWindow& window) {
+  window.placement = Placement{WindowState::Normal, 0, 0, 1000 * TwipsPerPixel, 640 * TwipsPerPixel};
+  window.ListView1.Clear();
+  window.ListView1.Add({"Aubade.mp3", {"/home/anna/Music/Mornings/", "00:03:42:18", "No Folder"}});
+  window.ListView1.Add(
+      {"Nocturne in E minor for two guitars.mp3", {"/home/anna/Music/Evenings/", "00:11:08:03", "Night"}});
+  window.ListView1.Add({"Round dance.wav", {"/home/anna/Music/", "00:02:07:71", "Dances"}});
+  window.ListView1.SelectRow(2);
+  for (const char* tool : {"Record", "Delete", "Print", "mnuActionsRecord", "mnuActionsDelete"})
+    window.DockStudio1.tool(tool).Enabled = true;
+  window.panel1.Text = "Standard Audio CD (JOLIET)";
+  window.panel3.Text = "Layout Time:  01:19:57 - Disc Time:  01:19:57 ";
+  window.panel2.Text = Drive;
+  window.Progress1.Maximum = BlocksOfDisc;
+  window.Progress1.Value = BlocksOfDisc / 3;
+  window.Progress1.Text = "359,849 Blocks of 359,849 Blocks  (100% of CD Used)";
+  window.DockStudio1.AddEntry(window.cboMainDrive, Drive, "9");
+}
+
+void fill(LayoutForms& forms) {
+  forms.frmFiles->ListView1.Add({"Aubade.mp3", {"1023.99 MB"}, 1, 0, true});
+  forms.frmFiles->ListView1.Add({"Nocturne in E minor for two guitars.mp3", {"12.40 MB"}});
+  forms.frmFiles->ListView1.SelectRow(1);
+  forms.frmFiles->StatusBar1.SetPanelText(1, "1,024 Files, 1023.99 MB");
+  for (Button* button : {&forms.frmFiles->cmdCheckAll, &forms.frmFiles->cmdClearAll, &forms.frmFiles->cmdOK})
+    button->Enabled = true;
+  forms.frmSave->txtName.Text = "Summer evenings";
+  forms.frmOpenLayout->ListView1.Add({"Summer evenings", {"99", "01:19:57", "Audio CD"}});
+  forms.frmOpenLayout->ListView1.Add({"For the car", {"1,204", "698.25 MB", "MP3 CD"}});
+  forms.frmOpenLayout->ListView1.SelectRow(1);
+  forms.frmFolder->ListView1.Add({"Nocturne in E minor for two guitars.mp3", {}});
+  forms.frmFolder->cboFolder.AddItem("Evenings");
+}
+
+void fill(WritingForms& forms) {
+  frmStatus& status = forms.frmStatus.get();
+  status.lblOperation.Caption =
+      "Closing disc...This operation can take several minutes on slower CD recording drives...Please wait...";
+  status.lblSpeed.Caption = "Write Speed:  Maximum";
+  status.lblTracks.Caption = "99 of 99";
+  status.lblBuffer.Caption = "100%";
+  status.lblDevice.Caption = "100%";
+  for (ProgressBarEx* bar : {&status.pbCache, &status.pbTrack, &status.pbOverall}) bar->SetValue(bar->Max() / 2);
+  forms.frmDone->lblTypeInfo.Caption =
+      "The created audio disc has been left open so you can add further audio tracks.  The disc cannot be played as a "
+      "standard Audio CD until you choose Close Session from the Tools/CD Information Info option with the disc "
+      "inserted.";
+  forms.frmError->lblError.Caption =
+      " A device error has occurred. Device Error: 201731\r\nError Data - 3/0C/00 write error at block 359849";
+  forms.frmISO->txtImage.Text = "/home/anna/Images/For the car.iso";
+  forms.frmISO->lblFile.Caption = "Reading && Writing Track #1024...";
+  frmDiskInfo& info = forms.frmDiskInfo.get();
+  info.ListView1.Clear();
+  info.ListView1.Add({"Inserted CD Status:", {"CD is Open"}});
+  info.ListView1.Add({"Inserted CD Type:", {"CD-DA/CD-ROM"}});
+  info.ListView1.Add({"Number of CD Sessions:", {"12"}});
+  info.ListView1.Add({"Last Session Status:", {"Incomplete Session"}});
+  info.ListView1.Add({"Free Space & Time on CD:", {"702.83 MB, 01:19:57"}});
+  info.imgStatus.Visible = true;
+  info.lblStatus.Caption = "Closing Last Incomplete Session...This operation cannot be cancelled...";
+  forms.frmErase->imgStatus.Visible = true;
+  forms.frmErase->lblStatus.Caption =
+      "Erasing CDRW Media Disc...This operation can take up to 15 minutes for a Full Erase Operation on some CD "
+      "Recording Drives and the system may appear to stop responding...Please wait...";
+}
+
+void fill(SearchForms& forms) {
+  forms.frmSearch->ListView1.Add({"Aubade.mp3", {"MP3", "1023.99 MB", "/home/anna/Music/Mornings/"}, 1, 0, true});
+  forms.frmSearch->ListView1.Add({"Round dance.wav", {"WAV", "12.40 MB", "/home/anna/Music/"}});
+}
+
+void fill(PrintingForms& forms) {
+  forms.frmReadStatus->Label1.Caption = "Reading ID3 Tag Information from Track #1024...";
+  forms.frmPrintList->ListView1.Add({"01", {"The Strings of Evening", "Nocturne in E minor for two guitars"}});
+  forms.frmPrintList->ListView1.Add({"02", {"Anna", "Aubade"}});
+}
+
+void fill(RipperForms& forms) {
+  frmRipMain& ripper = forms.frmRipMain.get();
+  ripper.ImageCombo1.AddItem(Drive);
+  ripper.ImageCombo1.SetListIndex(0);
+  ripper.cboSpeeds.AddItem("Maximum");
+  ripper.cboSpeeds.SetListIndex(0);
+  ripper.ListView2.Add({"01", {"00:00:00", "00:03:42", "00:03:42"}, 1, 0, true});
+  ripper.ListView2.Add({"02", {"00:03:42", "00:14:50", "00:11:08"}});
+  ripper.StatusBar1.SetPanelText(1, "Contents of current inserted CD listed...");
+}
+
+}  // namespace
+
+std::vector<std::shared_ptr<Form>> filledForms(Program& program, std::int16_t kind) {
+  ProgramForms& forms = program.forms();
+  frmNewOption& style = forms.layout.frmNewOption.get();
+  (kind == AudioLayout ? style.optStandard : style.optMP3).click();
+  style.cmdOK.click();
+  fillMainWindow(program.session().frmListing());
+  fill(forms.layout);
+  fill(forms.writing);
+  fill(forms.search);
+  fill(forms.printing);
+  fill(forms.ripper);
+  std::vector<std::shared_ptr<Form>> all;
+  const auto keep = [&all](Form& form) { all.push_back(form.keepAlive()); };
+  keep(program.session().frmListing());
+  for (Form* form : std::initializer_list<Form*>{
+           &forms.shell.frmOpen.get(),           &forms.shell.frmNOCD.get(),         &forms.shell.frmAbout.get(),
+           &forms.shell.frmDefaultOptions.get(), &forms.layout.frmNewOption.get(),   &forms.layout.frmFiles.get(),
+           &forms.layout.frmSave.get(),          &forms.layout.frmOpenLayout.get(),  &forms.layout.frmFolder.get(),
+           &forms.layout.frmChooseSort.get(),    &forms.writing.frmOptions.get(),    &forms.writing.frmStatus.get(),
+           &forms.writing.frmDone.get(),         &forms.writing.frmError.get(),      &forms.writing.frmISO.get(),
+           &forms.writing.frmDiskInfo.get(),     &forms.writing.frmErase.get(),      &forms.search.frmSearch.get(),
+           &forms.printing.frmReadStatus.get(),  &forms.printing.frmPrintList.get(), &forms.ripper.frmRipMain.get()})
+    keep(*form);
+  return all;
+}
+
+}  // namespace trackloom

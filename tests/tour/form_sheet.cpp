@@ -1,0 +1,152 @@
+#include <QApplication>
+#include <QEventLoop>
+#include <QPainter>
+#include <QPixmap>
+#include <QStyle>
+#include <QTemporaryDir>
+#include <QTimer>
+#include <cstdio>
+#include <cstdlib>
+
+#include "desktop/Appearance.h"
+#include "desktop/Host.h"
+#include "desktop/Look.h"
+#include "desktop/QtDesk.h"
+#include "desktop/QtEvents.h"
+#include "desktop/QtMessageBoxes.h"
+#include "engines/virtual/VirtualRecorders.h"
+#include "engines/writer/DiscWriters.h"
+#include "tour/FilledForms.h"
+
+namespace trackloom {
+
+namespace {
+
+/// A process whose program folder is another than that of its executable.
+class SheetProcess final : public Process {
+ public:
+  explicit SheetProcess(std::string folder) : folder_(std::move(folder)) {}
+  std::string executableFolder() override { return folder_; }
+  bool isSecondInstance() override { return false; }
+  [[noreturn]] void end(int status) override { std::exit(status); }
+
+ private:
+  std::string folder_;
+};
+
+/// For a sheet nothing is opened and no help is shown.
+struct Nobody final : ShellOpener, HelpEngine {
+  void open(const ShellOrder& /*order*/) override {}
+  std::intptr_t HtmlHelp(std::intptr_t, const std::string&, std::uint32_t, std::intptr_t) override { return 0; }
+};
+
+/// A window as it stands on the desktop, without its frame.
+struct Portrait {
+  QString name;
+  QPixmap picture;
+  QRect place;
+};
+
+constexpr int SheetWidth = 2400;
+constexpr int Air = 24;
+constexpr int NameHeight = 22;
+
+Portrait portraitOf(QtDesk& desk, Form& form) {
+  desk.show(form);
+  // What follows from the show within the window is due; the activation, which some forms act upon, is not.
+  QCoreApplication::sendPostedEvents();
+  QPixmap picture = desk.window(form)->grab();
+  const QSize size = picture.deviceIndependentSize().toSize();
+  desk.hide(form);
+  return {QString::fromStdString(form.name()), std::move(picture), QRect(QPoint(), size)};
+}
+
+/// Places the portraits in rows from left to right; the height that they take.
+int arrange(std::vector<Portrait>& portraits) {
+  QPoint next(Air, Air);
+  int bottom = 0;
+  for (Portrait& portrait : portraits) {
+    if (next.x() + portrait.place.width() + Air > SheetWidth) next = QPoint(Air, bottom + Air);
+    portrait.place.moveTopLeft(next);
+    next.rx() += portrait.place.width() + Air;
+    bottom = std::max(bottom, portrait.place.bottom() + NameHeight);
+  }
+  return bottom + Air;
+}
+
+bool paintSheet(std::vector<Portrait> portraits, const QString& file) {
+  const int height = arrange(portraits);
+  const double scale = qApp->devicePixelRatio();
+  QPixmap sheet(QSize(SheetWidth, height) * scale);
+  sheet.setDevicePixelRatio(scale);
+  sheet.fill(QColor(0x78, 0x80, 0x88));
+  QPainter painter(&sheet);
+  painter.setPen(Qt::white);
+  for (const Portrait& portrait : portraits) {
+    painter.drawPixmap(portrait.place.topLeft(), portrait.picture);
+    painter.drawText(portrait.place.adjusted(0, portrait.place.height() + 2, 0, NameHeight), Qt::AlignLeft,
+                     portrait.name);
+  }
+  painter.end();
+  return sheet.save(file);
+}
+
+/// A list that stands already shows rows added in a row only after a short rest.
+void showAllRows() {
+  constexpr int Rest = 100;
+  QEventLoop loop;
+  QTimer::singleShot(Rest, &loop, &QEventLoop::quit);
+  loop.exec();
+}
+
+/// Paints every form of a program that works in a folder of its own, in the palette that the application has now.
+bool makeSheet(const QString& file) {
+  const QTemporaryDir folder;
+  const std::string home = folder.path().toStdString();
+  createVirtualRecorder(HostPath(home + "/Virtual Recorder"));
+  QtDesk desk;
+  QtEventPump pump;
+  QtEventQueue events(desk);
+  QtMessageBoxes boxes(desk);
+  SheetProcess process(home);
+  Nobody nobody;
+  NoCommonControls commonControls;
+  DiscWriters writers(findVirtualRecorders(HostPath(home)), std::make_shared<AudioFiles>(), events,
+                      {0, HostPath(home)});
+  Program program(desk, {boxes, pump, process, writers, nobody, nobody, commonControls, Separators{}});
+  program.start();
+  program.forms().shell.frmOpen->Timer1.tick();
+  // At its first activation the main window would ask the user for a layout.
+  program.session().frmListing().Loading = false;
+  const auto forms = filledForms(program, AudioLayout);
+  showAllRows();
+  std::vector<Portrait> portraits;
+  for (const auto& form : forms) portraits.push_back(portraitOf(desk, *form));
+  return paintSheet(std::move(portraits), file);
+}
+
+bool makeSheets(const QString& folder) {
+  QApplication::setPalette(QApplication::style()->standardPalette());
+  const bool light = makeSheet(folder + "/sheet-light.png");
+  QApplication::setPalette(darkPalette());
+  return makeSheet(folder + "/sheet-dark.png") && light;
+}
+
+}  // namespace
+
+}  // namespace trackloom
+
+/// Writes a picture of all forms side by side, one on a light desktop and one on a dark one: form-sheet <folder>.
+int main(int argc, char** argv) {
+  if (argc != 2) {
+    std::fputs("usage: form-sheet <folder>\n", stderr);
+    return 2;
+  }
+  // The sheets need no screen, and are the same on every one.
+  qputenv("QT_QPA_PLATFORM", "offscreen");
+  QApplication application(argc, argv);
+  trackloom::dress(application);
+  if (trackloom::makeSheets(QString::fromLocal8Bit(argv[1]))) return 0;
+  std::fprintf(stderr, "form-sheet: %s: cannot be written to\n", argv[1]);
+  return 1;
+}
