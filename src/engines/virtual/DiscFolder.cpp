@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <limits>
 #include <system_error>
+#include <utility>
 
 #include "runtime/IniFile.h"
 
@@ -34,14 +35,29 @@ void requireSize(const FileDescriptor& folder, BlockKind kind, const VirtualDisc
 
 VirtualDisc DiscFolder::load() const {
   try {
-    VirtualDisc disc = VirtualDisc::parse(readSmallFile(folder_, descriptionName, IniFile::sizeLimit));
-    // What a write left behind that did not end is no length that anyone could know.
-    if (disc.status != VirtualDisc::Status::Writing)
-      for (const BlockKind kind : {AudioBlocks, DataBlocks}) requireSize(folder_, kind, disc);
-    return disc;
+    std::string ini = readSmallFile(folder_, descriptionName, IniFile::sizeLimit);
+    for (;;) {
+      try {
+        return understood(ini);
+      } catch (const DamagedDisc&) {
+        // A write may begin or end between the looks at disc.ini and at the sectors, and then they do not belong
+        // together.
+        std::string now = readSmallFile(folder_, descriptionName, IniFile::sizeLimit);
+        if (now == ini) throw;
+        ini = std::move(now);
+      }
+    }
   } catch (const std::system_error& error) {
     throw DamagedDisc(error.what());
   }
+}
+
+VirtualDisc DiscFolder::understood(const std::string& ini) const {
+  VirtualDisc disc = VirtualDisc::parse(ini);
+  // What a write left behind that did not end is no length that anyone could know.
+  if (disc.status != VirtualDisc::Status::Writing)
+    for (const BlockKind kind : {AudioBlocks, DataBlocks}) requireSize(folder_, kind, disc);
+  return disc;
 }
 
 void DiscFolder::save(const VirtualDisc& disc) const {

@@ -36,6 +36,9 @@ class DiscFolder {
   std::int64_t roomOnHost() const;
 
  private:
+  /// The disc that these words describe; throws DamagedDisc or std::system_error where the files beside them differ.
+  VirtualDisc understood(const std::string& ini) const;
+
   std::string name_;
   FileDescriptor folder_;
 };
