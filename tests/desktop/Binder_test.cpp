@@ -11,6 +11,7 @@
 #include <QScrollBar>
 #include <QStatusBar>
 #include <QTabBar>
+#include <QTimer>
 #include <catch2/catch.hpp>
 
 #include "desktop/Binder.h"
@@ -213,6 +214,19 @@ TEST_CASE("A timer ticks while it is enabled, also behind a handler that waits")
   shown.form->Timer1.Enabled = false;
   QTest::qWait(10);
   CHECK(ticks == 2);
+}
+
+TEST_CASE("No timer of a form may tick before its time") {
+  Shown shown;
+  shown.form->Timer1.Enabled = true;
+  const auto* window = shown.desk.window(*shown.form);
+  bool found = false;
+  for (const QTimer* clock : window->findChildren<QTimer*>()) {
+    if (clock->interval() != shown.form->Timer1.interval() || !clock->isActive()) continue;
+    found = true;
+    CHECK(clock->timerType() == Qt::PreciseTimer);
+  }
+  CHECK(found);
 }
 
 }  // namespace trackloom

@@ -2,27 +2,19 @@
 
 #include <catch2/catch.hpp>
 
-#include "fakes/Machine.h"
+#include "fakes/LayoutMachine.h"
 #include "model/TrackRow.h"
 #include "writing/RecordFlow.h"
 
 namespace trackloom {
 
-using fakes::Machine;
 using Lines = std::vector<std::string>;
 
 namespace {
 
-/// A machine with an empty layout of the kind on a disc of so many free blocks.
-class Layout : public Machine {
+class Layout : public fakes::LayoutMachine {
  public:
-  explicit Layout(std::int16_t kind, std::int32_t discBlocks = 359849) {
-    engines.stage.disc->freeAudio = discBlocks;
-    engines.stage.disc->freeData = discBlocks;
-    startQuietly();
-    newLayout(kind);
-    engines.stage.take();
-  }
+  using LayoutMachine::LayoutMachine;
 
   AddOutcome add(const std::string& path, const AddTrackRules& rules = PickedFiles) {
     const PathParts parts = splitPathText(path);

@@ -2,23 +2,15 @@
 
 #include <catch2/catch.hpp>
 
-#include "fakes/Machine.h"
+#include "fakes/LayoutMachine.h"
 
 namespace trackloom {
 
-using fakes::Machine;
-
 namespace {
 
-/// A machine with an empty layout of the kind on a disc of so many free blocks.
-class Layout : public Machine {
+class Layout : public fakes::LayoutMachine {
  public:
-  explicit Layout(std::int16_t kind, std::int32_t discBlocks = 359849) {
-    engines.stage.disc->freeAudio = discBlocks;
-    engines.stage.disc->freeData = discBlocks;
-    startQuietly();
-    newLayout(kind);
-  }
+  using LayoutMachine::LayoutMachine;
 
   std::string meter() { return window().Progress1.Text; }
   std::string totals() { return window().panel3.Text; }

@@ -364,6 +364,23 @@ TEST_CASE("A write error tells its words and ejects only when they are closed") 
   CHECK(machine.window().visible());
 }
 
+TEST_CASE("An error outside of a write is told in a box, closes the disc dialogs and ejects nothing") {
+  Recording machine;
+  WritingForms& forms = machine.program().forms().writing;
+  forms.frmErase.get();
+  forms.frmDiskInfo.get();
+  machine.engines.stage.take();
+  machine.desk.expectBox("Error", BoxAnswer::Ok);
+  machine.cdr1().events.OnWriteError(3, 7);
+  CHECK(machine.desk.lastBox().text ==
+        "There was an error encountered trying to perform the requested disc operation.");
+  CHECK(machine.desk.lastBox().icon == BoxIcon::Exclamation);
+  CHECK_FALSE(forms.frmErase.exists());
+  CHECK_FALSE(forms.frmDiskInfo.exists());
+  CHECK_FALSE(forms.frmError.exists());
+  CHECK(machine.engines.stage.take().empty());
+}
+
 TEST_CASE("Cancelling a write aborts, hides, tells, ejects, in that order") {
   Recording machine;
   machine.record();

@@ -107,8 +107,7 @@ bool DiscWriter::AddAudioTrack(const HostPath& path, std::int16_t number) {
 
 void DiscWriter::ListAudioTracks() {
   CDWriterEvents& listener = listener_;
-  for (const AudioEntry& entry : audioQueue_.entries())
-    listener.OnAudioTrackListed(entry.path, entry.blocks, 0, 0, entry.number);
+  for (const AudioEntry& entry : audioQueue_.entries()) listener.OnAudioTrackListed(entry.path, 0, 0, 0, entry.number);
 }
 
 bool DiscWriter::ImportLastSession(bool /*takeOver*/) {
