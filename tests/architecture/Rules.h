@@ -30,6 +30,9 @@ Faults oversizedFunctions(const SourceTree& tree);
 /// No header has a `using namespace`.
 Faults usingNamespaceInHeaders(const SourceTree& tree);
 
+/// A file of tests is a .cpp whose name ends in "_test.cpp", and no other file has such a name.
+Faults testFileNames(const SourceTree& tree);
+
 /// Every case of the book has a test whose name begins with its number, such as "E001: ", and every such number is in
 /// the book, once, rising. A case is a line "- **E001** One sentence.".
 Faults bookAgainstTests(std::string_view book, const SourceTree& tree);

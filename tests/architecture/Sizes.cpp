@@ -137,4 +137,13 @@ Faults usingNamespaceInHeaders(const SourceTree& tree) {
   return faults;
 }
 
+Faults testFileNames(const SourceTree& tree) {
+  Faults faults;
+  for (const auto& [path, file] : tree)
+    if (path.ends_with("_test.cpp") == file.testNames.empty())
+      faults.push_back(path +
+                       (file.testNames.empty() ? ": has no test for all its name" : ": tests stand in *_test.cpp"));
+  return faults;
+}
+
 }  // namespace trackloom::architecture

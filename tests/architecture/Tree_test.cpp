@@ -43,6 +43,10 @@ TEST_CASE("Headers force no namespace upon those who include them") {
   holds(usingNamespaceInHeaders(readTree(root)));
 }
 
+TEST_CASE("Files of tests are named in one way") {
+  holds(testFileNames(readTree(root)));
+}
+
 TEST_CASE("The book of odd cases and the tests have the same numbers") {
   holds(bookAgainstTests(readText(root / "docs/edge-cases.md"), readTree(root)));
 }

@@ -150,4 +150,12 @@ TEST_CASE("The rule of the book finds numbers out of order or entered twice") {
   CHECK(bookAgainstTests("- **E001** a\n- **E001** a\n- **E002** b\n", tree).size() == 1);
 }
 
+TEST_CASE("The rule of test files finds tests in a file of another name, and such a name without tests") {
+  CHECK(testFileNames(treeOf({{"tests/model/ATest.cpp", "TEST_CASE(\"One\") {}\n"}})) ==
+        Faults{"tests/model/ATest.cpp: tests stand in *_test.cpp"});
+  CHECK(testFileNames(treeOf({{"tests/model/A_test.cpp", "int a;\n"}})) ==
+        Faults{"tests/model/A_test.cpp: has no test for all its name"});
+  CHECK(testFileNames(treeOf({{"tests/model/A_test.cpp", "TEST_CASE(\"One\") {}\n"}, {"tests/B.cpp", ""}})).empty());
+}
+
 }  // namespace trackloom::architecture
