@@ -58,3 +58,15 @@ function(trackloom_tests folder)
   target_compile_definitions(test-${suffix} PRIVATE TRACKLOOM_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
   catch_discover_tests(test-${suffix} TEST_PREFIX "${folder}: " PROPERTIES TIMEOUT 120 LABELS "${ARG_LABELS}")
 endfunction()
+
+# trackloom_attack("<sentence>" [SECONDS <most>] COMMAND <command>...): a bounded run of rough treatment, left out of ./test. The
+# command prints one line "attack: <counts>" and fails where something was lost.
+function(trackloom_attack sentence)
+  cmake_parse_arguments(ARG "" "SECONDS" "COMMAND" ${ARGN})
+  if(NOT ARG_SECONDS)
+    set(ARG_SECONDS 600)
+  endif()
+  set(name "attack: ${sentence}")
+  add_test(NAME ${name} COMMAND ${ARG_COMMAND})
+  set_tests_properties(${name} PROPERTIES LABELS attack TIMEOUT ${ARG_SECONDS})
+endfunction()
