@@ -1,7 +1,10 @@
 #pragma once
 
+#include <sys/types.h>
 #include <unistd.h>
 
+#include <string>
+#include <string_view>
 #include <utility>
 
 namespace trackloom {
@@ -22,6 +25,13 @@ class FileDescriptor {
 
   explicit operator bool() const { return descriptor_ >= 0; }
   int get() const { return descriptor_; }
+
+  /// Opens a file for one who never waits, as a pipe in the place of a file would have it; a file that the flags make
+  /// has what the user's mask leaves of `permissions`. Throws RuntimeError.
+  static FileDescriptor open(const std::string& path, int flags, mode_t permissions = 0666);
+
+  /// Throws RuntimeError.
+  void writeAll(std::string_view bytes) const;
 
   /// False, with errno: the system could not close it, and what was written may be lost.
   bool close() { return descriptor_ < 0 || ::close(std::exchange(descriptor_, -1)) == 0; }

@@ -7,12 +7,11 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <climits>
 #include <cstdlib>
 #include <filesystem>
-#include <memory>
 #include <utility>
 
+#include "runtime/AsideFile.h"
 #include "runtime/FileDescriptor.h"
 #include "runtime/RuntimeError.h"
 #include "runtime/Text.h"
@@ -23,36 +22,33 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Never waits, as a pipe in the place of a file would have it.
-FileDescriptor opened(const std::string& path, int flags) {
-  FileDescriptor file(::open(path.c_str(), flags | O_CLOEXEC | O_NONBLOCK, 0666));
-  if (file) return file;
-  // A file that would have been made is not the one that is missing.
-  if (errno == ENOENT && (flags & O_CREAT) != 0) throw RuntimeError(RuntimeError::PathNotFound);
-  throw RuntimeError::fromErrno(errno);
-}
-
 void closeWritten(FileDescriptor& file) {
   if (!file.close()) throw RuntimeError::fromErrno(errno);
 }
 
-void writeAll(int fd, std::string_view bytes) {
-  while (!bytes.empty()) {
-    const ssize_t written = ::write(fd, bytes.data(), bytes.size());
-    if (written < 0 && errno == EINTR) continue;
-    if (written < 0) throw RuntimeError::fromErrno(errno);
-    bytes.remove_prefix(static_cast<std::size_t>(written));
-  }
-}
-
-bool entryExists(const std::string& path) {
+bool exists(const std::string& path) {
   struct stat entry {};
-  return ::lstat(path.c_str(), &entry) == 0;
+  return ::stat(path.c_str(), &entry) == 0;
 }
 
-std::string linkTarget(const std::string& path) {
-  const std::unique_ptr<char, decltype(&std::free)> resolved(::realpath(path.c_str(), nullptr), &std::free);
-  return resolved ? std::string(resolved.get()) : path;
+/// The file that a write to the path reaches: links are followed, also those that lead to nothing yet.
+std::string linkTarget(std::string path) {
+  constexpr int MostLinks = 40;
+  for (int links = 0; links < MostLinks; ++links) {
+    std::error_code noLink;
+    const fs::path next = fs::read_symlink(path, noLink);
+    if (noLink) return path;
+    path = (fs::path(path).parent_path() / next).string();
+  }
+  throw RuntimeError::fromErrno(ELOOP);
+}
+
+/// What could not be written in place is not replaced either: a device to which a link leads would be gone for the
+/// whole system, and a file that the user protects stays as it is.
+void requireReplaceable(const std::string& path) {
+  if (!exists(path)) return;
+  if (!FileExists(HostPath(path))) throw RuntimeError(RuntimeError::PathFileAccess);
+  if (::eaccess(path.c_str(), W_OK) != 0) throw RuntimeError::fromErrno(errno);
 }
 
 bool endsIn(std::string_view name, std::string_view upperExtension) {
@@ -105,12 +101,12 @@ void MakeFolder(const HostPath& path) {
 }
 
 void TouchFile(const HostPath& path) {
-  FileDescriptor file = opened(path.text, O_WRONLY | O_CREAT | O_TRUNC);
+  FileDescriptor file = FileDescriptor::open(path.text, O_WRONLY | O_CREAT | O_TRUNC);
   closeWritten(file);
 }
 
 std::string ReadStart(const HostPath& path, std::size_t length) {
-  const FileDescriptor file = opened(path.text, O_RDONLY);
+  const FileDescriptor file = FileDescriptor::open(path.text, O_RDONLY);
   std::array<char, 4096> buffer;
   std::string bytes;
   while (bytes.size() < length) {
@@ -124,32 +120,18 @@ std::string ReadStart(const HostPath& path, std::size_t length) {
 }
 
 void WriteStart(const HostPath& path, std::string_view bytes) {
-  const bool isNew = !entryExists(path.text);
-  try {
-    FileDescriptor file = opened(path.text, O_RDWR | O_CREAT);
-    writeAll(file.get(), bytes);
-    closeWritten(file);
-  } catch (const RuntimeError&) {
-    if (isNew) ::unlink(path.text.c_str());
-    throw;
-  }
+  if (!exists(path.text)) return ReplaceFile(path, bytes);
+  FileDescriptor file = FileDescriptor::open(path.text, O_WRONLY);
+  file.writeAll(bytes);
+  closeWritten(file);
 }
 
 void ReplaceFile(const HostPath& path, std::string_view bytes) {
   const std::string target = linkTarget(path.text);
-  // A device to which a link leads would be gone for the whole system.
-  if (entryExists(target) && !FileExists(HostPath(target))) throw RuntimeError(RuntimeError::PathFileAccess);
-  // A short name of its own, so that the longest name that a folder takes can be replaced too.
-  const std::string aside = target.substr(0, target.rfind(HostSep) + 1) + ".new" + std::to_string(::getpid());
-  try {
-    FileDescriptor file = opened(aside, O_WRONLY | O_CREAT | O_TRUNC);
-    writeAll(file.get(), bytes);
-    if (::fsync(file.get()) != 0 || !file.close()) throw RuntimeError::fromErrno(errno);
-    if (::rename(aside.c_str(), target.c_str()) != 0) throw RuntimeError::fromErrno(errno);
-  } catch (const RuntimeError&) {
-    ::unlink(aside.c_str());
-    throw;
-  }
+  requireReplaceable(target);
+  AsideFile file(target);
+  file.write(bytes);
+  file.takePlace();
 }
 
 }  // namespace trackloom

@@ -32,12 +32,13 @@ void TouchFile(const HostPath& path);
 /// What the first `length` bytes of the file hold; shorter when the file is. Throws RuntimeError.
 std::string ReadStart(const HostPath& path, std::size_t length);
 
-/// Writes `bytes` over the start of the file, creating it if it is missing; a longer file keeps its tail. Throws
-/// RuntimeError, and a file that was missing is missing still.
+/// Writes `bytes` over the start of the file; a longer file keeps its tail. A missing file comes into being with all of
+/// them or not at all. Throws RuntimeError.
 void WriteStart(const HostPath& path, std::string_view bytes);
 
-/// Replaces the file as a whole: a crash or a full disk at any moment leaves the old file or the new one. Follows
-/// links, and replaces nothing but regular files. Throws RuntimeError, and the old file stands.
+/// Replaces the file as a whole: a crash, a full disk or a power cut at any moment leaves the old file or the new one.
+/// Follows links, keeps the permissions, and replaces nothing but regular files that the user may write. Throws
+/// RuntimeError, and the old file stands.
 void ReplaceFile(const HostPath& path, std::string_view bytes);
 
 }  // namespace trackloom

@@ -71,4 +71,8 @@ RuntimeError RuntimeError::fromErrno(int systemError) {
   }
 }
 
+RuntimeError RuntimeError::fromFailedMaking(int systemError) {
+  return systemError == ENOENT ? RuntimeError(PathNotFound) : fromErrno(systemError);
+}
+
 }  // namespace trackloom

@@ -33,6 +33,8 @@ class RuntimeError : public std::exception {
 
   /// The error that stands for a failed system call with this `errno`.
   static RuntimeError fromErrno(int systemError);
+  /// The same for a call that makes a file: what is missing then is the folder.
+  static RuntimeError fromFailedMaking(int systemError);
 
   int number() const { return number_; }
   const std::string& description() const { return description_; }

@@ -1,16 +1,55 @@
 #include "runtime/Files.h"
 
+#include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 
 #include <catch2/catch.hpp>
 #include <filesystem>
+#include <functional>
 
+#include "fakes/ChildProcess.h"
 #include "fakes/ErrorNumber.h"
 #include "fakes/TempFolder.h"
+#include "runtime/FileDescriptor.h"
 
 namespace trackloom {
 
+using fakes::ChildProcess;
 using fakes::TempFolder;
+using Lines = std::vector<std::string>;
+
+namespace {
+
+/// Hears of every fsync of this program.
+std::function<void(int)>& fsyncWatcher() {
+  static std::function<void(int)> watcher;
+  return watcher;
+}
+
+Lines namesIn(const std::string& folder) {
+  Lines names;
+  for (const auto& entry : std::filesystem::directory_iterator(folder)) names.push_back(entry.path().filename());
+  std::sort(names.begin(), names.end());
+  return names;
+}
+
+mode_t permissionsOf(const std::string& path) {
+  struct stat entry {};
+  return ::stat(path.c_str(), &entry) == 0 ? entry.st_mode & 07777 : 0;
+}
+
+/// Does it as a user who is not allowed everything.
+ChildProcess asPlainUser(const std::function<int()>& work) {
+  return ChildProcess([&] {
+    constexpr uid_t Nobody = 65534;
+    if (::geteuid() == 0 && ::setresuid(Nobody, Nobody, Nobody) != 0) return -1;
+    return work();
+  });
+}
+
+}  // namespace
 
 TEST_CASE("A file is a regular file and a folder a folder, after following links") {
   TempFolder folder;
@@ -88,6 +127,100 @@ TEST_CASE("Replacing a file writes through links, and a failure leaves the old f
   CHECK(entries == 2);
 }
 
+TEST_CASE("A link to a file that is not there yet is written through") {
+  TempFolder folder;
+  std::filesystem::create_directory(folder / "real");
+  std::filesystem::create_symlink("real/second", folder / "first");
+  std::filesystem::create_symlink("file", folder / "real/second");
+  ReplaceFile(HostPath(folder / "first"), "new");
+  CHECK(namesIn(folder / "real") == Lines{"file", "second"});
+  CHECK(folder.read("real/file") == "new");
+  std::filesystem::remove(folder / "real/file");
+  WriteStart(HostPath(folder / "first"), "again");
+  CHECK(std::filesystem::is_symlink(folder / "first"));
+  CHECK(folder.read("real/file") == "again");
+  std::filesystem::create_symlink("circle", folder / "circle");
+  CHECK(fakes::errorNumberOf([&] { ReplaceFile(HostPath(folder / "circle"), "x"); }) == 76);
+}
+
+TEST_CASE("A replaced file keeps its permissions, and a new one has what the mask leaves") {
+  TempFolder folder;
+  folder.write("secret", "old");
+  ::chmod((folder / "secret").c_str(), 0600);
+  ReplaceFile(HostPath(folder / "secret"), "new");
+  CHECK(permissionsOf(folder / "secret") == 0600);
+  const mode_t before = ::umask(027);
+  ReplaceFile(HostPath(folder / "fresh"), "new");
+  ::umask(before);
+  CHECK(permissionsOf(folder / "fresh") == 0640);
+}
+
+TEST_CASE("A file that the user has protected is not replaced") {
+  TempFolder folder;
+  ::chmod(folder.path().c_str(), 0777);
+  folder.write("file", "old");
+  ::chmod((folder / "file").c_str(), 0444);
+  const ChildProcess save =
+      asPlainUser([&] { return fakes::errorNumberOf([&] { ReplaceFile(HostPath(folder / "file"), "new"); }); });
+  CHECK(save.status() == 70);
+  CHECK(folder.read("file") == "old");
+  CHECK(namesIn(folder.path()) == Lines{"file"});
+}
+
+TEST_CASE("A process that is killed while it makes a file leaves no part of it under its name") {
+  TempFolder folder;
+  const HostPath file(folder / "Options.dat");
+  CHECK(fakes::killedWhenWriting(0, [&] { WriteStart(file, "whole"); }).signal() == SIGXFSZ);
+  CHECK_FALSE(folder.has("Options.dat"));
+  CHECK(fakes::killedWhenWriting(2, [&] { WriteStart(file, "whole"); }).signal() == SIGXFSZ);
+  CHECK_FALSE(folder.has("Options.dat"));
+  WriteStart(file, "whole");
+  CHECK(folder.read("Options.dat") == "whole");
+}
+
+TEST_CASE("What a killed save leaves beside the old file is gone after the next save") {
+  TempFolder folder;
+  folder.write("a", "old");
+  const auto killedSave = [&] {
+    return fakes::killedWhenWriting(2, [&] { ReplaceFile(HostPath(folder / "a"), "new"); }).signal();
+  };
+  REQUIRE(killedSave() == SIGXFSZ);
+  REQUIRE(killedSave() == SIGXFSZ);
+  CHECK(folder.read("a") == "old");
+  CHECK(namesIn(folder.path()).size() == 2);
+  ReplaceFile(HostPath(folder / "b"), "new");
+  CHECK(namesIn(folder.path()) == Lines{"a", "b"});
+}
+
+TEST_CASE("What another program is saving, and what is no file of this user's, is left alone") {
+  TempFolder folder;
+  folder.write(".trackloom-new1", "in the making");
+  folder.write("elsewhere", "kept");
+  std::filesystem::create_symlink("elsewhere", folder / ".trackloom-new2");
+  std::filesystem::create_directory(folder / ".trackloom-new3");
+  const FileDescriptor other(::open((folder / ".trackloom-new1").c_str(), O_RDONLY));
+  REQUIRE(::flock(other.get(), LOCK_EX | LOCK_NB) == 0);
+  ReplaceFile(HostPath(folder / "file"), "new");
+  CHECK(namesIn(folder.path()) == Lines{".trackloom-new1", ".trackloom-new2", ".trackloom-new3", "elsewhere", "file"});
+  CHECK(folder.read(".trackloom-new1") == "in the making");
+  CHECK(folder.read("elsewhere") == "kept");
+  CHECK(folder.read("file") == "new");
+}
+
+TEST_CASE("A file is on the disk before it takes its place, and its folder before the save is over") {
+  TempFolder folder;
+  folder.write("file", "old");
+  Lines synced;
+  fsyncWatcher() = [&](int descriptor) {
+    struct stat entry {};
+    ::fstat(descriptor, &entry);
+    synced.push_back((S_ISDIR(entry.st_mode) ? "the folder with the " : "a file beside the ") + folder.read("file"));
+  };
+  ReplaceFile(HostPath(folder / "file"), "new");
+  fsyncWatcher() = {};
+  CHECK(synced == Lines{"a file beside the old", "the folder with the new"});
+}
+
 TEST_CASE("A failed call has the number that the language gives it") {
   CHECK(fakes::errorNumberOf([] { WriteStart(HostPath("/dev/full"), "x"); }) == 61);
   CHECK(fakes::errorNumberOf([] { FileLength(HostPath("/no/such/file")); }) == 53);
@@ -96,3 +229,9 @@ TEST_CASE("A failed call has the number that the language gives it") {
 }
 
 }  // namespace trackloom
+
+/// Stands in for the system's own, which it calls.
+extern "C" int fsync(int descriptor) {
+  if (trackloom::fsyncWatcher()) trackloom::fsyncWatcher()(descriptor);
+  return static_cast<int>(::syscall(SYS_fsync, descriptor));
+}
