@@ -13,7 +13,9 @@ namespace trackloom {
 template <class T>
 class FormSlot {
  public:
-  explicit FormSlot(std::function<std::shared_ptr<T>()> make) : make_(std::move(make)) {}
+  /// The form is made of `parts`, which outlive the slot.
+  template <class... Parts>
+  explicit FormSlot(Parts&... parts) : make_([&parts...] { return std::make_shared<T>(parts...); }) {}
   FormSlot(const FormSlot&) = delete;
   FormSlot& operator=(const FormSlot&) = delete;
 

@@ -4,7 +4,8 @@
 
 namespace trackloom {
 
-PictureBox::PictureBox(Form& form, std::string name) : Control(form, std::move(name)) {}
+PictureBox::PictureBox(Form& form, std::string name, std::string picture)
+    : Control(form, std::move(name)), Picture(changed, std::move(picture)) {}
 
 void PictureBox::accept(ControlVisitor& visitor) {
   visitor.visit(*this);

@@ -1,5 +1,6 @@
 #include "layout/LayoutFile.h"
 
+#include "model/Layout.h"
 #include "model/Session.h"
 #include "model/TrackRow.h"
 #include "runtime/Files.h"
@@ -14,9 +15,9 @@ std::string quotedLine(const std::string& text) {
 }
 
 std::string layoutText(Session& session) {
-  const bool audio = session.mod.LayoutType == AudioLayout;
+  const bool audio = isAudioLayout(session);
   const ListView& listing = session.frmListing().ListView1;
-  std::string text = quotedLine(audio ? "Audio" : "MP3");
+  std::string text = quotedLine(layoutKind(session).fileWord);
   text += std::to_string(listing.Count()) + CrLf;
   text += quotedLine(session.mod.LayoutTotalText);
   for (int row = 1; row <= listing.Count(); ++row) {
@@ -28,16 +29,12 @@ std::string layoutText(Session& session) {
 
 }  // namespace
 
-HostPath layoutFilePath(const Session& session, const std::string& name) {
-  return HostPath(session.mod.AppFolder + "Layouts" + HostSep + name + LayoutExtension);
-}
-
 void writeLayoutFile(Session& session, const HostPath& path) {
   ReplaceFile(path, layoutText(session));
 }
 
 void SaveLayout(Session& session) {
-  writeLayoutFile(session, HostPath(session.mod.AppFolder + "Layouts" + HostSep + session.mod.LayoutFileName));
+  writeLayoutFile(session, layoutFilePath(session, session.mod.LayoutFileName));
   session.mod.LayoutSaved = true;
 }
 

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <memory>
-
 #include "controls/FormSlot.h"
 #include "layout/frmChooseSort.h"
 #include "layout/frmFiles.h"
@@ -12,22 +10,17 @@
 
 namespace trackloom {
 
+struct Session;
+
 /// The dialogs that change a layout.
 struct LayoutForms {
-  explicit LayoutForms(Session& session)
-      : frmNewOption([&session] { return std::make_shared<class frmNewOption>(session); }),
-        frmFiles([&session] { return std::make_shared<class frmFiles>(session); }),
-        frmSave([&session] { return std::make_shared<class frmSave>(session); }),
-        frmOpenLayout([&session] { return std::make_shared<class frmOpenLayout>(session); }),
-        frmFolder([&session] { return std::make_shared<class frmFolder>(session); }),
-        frmChooseSort([&session] { return std::make_shared<class frmChooseSort>(session); }) {}
-
-  FormSlot<class frmNewOption> frmNewOption;
-  FormSlot<class frmFiles> frmFiles;
-  FormSlot<class frmSave> frmSave;
-  FormSlot<class frmOpenLayout> frmOpenLayout;
-  FormSlot<class frmFolder> frmFolder;
-  FormSlot<class frmChooseSort> frmChooseSort;
+  Session& session;
+  FormSlot<class frmNewOption> frmNewOption{session, *this};
+  FormSlot<class frmFiles> frmFiles{session, *this};
+  FormSlot<class frmSave> frmSave{session, *this};
+  FormSlot<class frmOpenLayout> frmOpenLayout{session, *this};
+  FormSlot<class frmFolder> frmFolder{session, *this};
+  FormSlot<class frmChooseSort> frmChooseSort{session, *this};
 };
 
 }  // namespace trackloom

@@ -1,5 +1,6 @@
 #include "layout/TrackRemoval.h"
 
+#include "model/Layout.h"
 #include "model/Session.h"
 #include "model/TrackRow.h"
 #include "runtime/Statements.h"
@@ -38,7 +39,7 @@ void RemoveTrack(Session& session) {
   if (answer == BoxAnswer::Cancel) return;
   ListView& listing = session.frmListing().ListView1;
   const int row = listing.SelectedRow();
-  if (session.mod.LayoutType == AudioLayout)
+  if (isAudioLayout(session))
     skipOnError([&] { removeFromAudioQueue(session); });
   else
     skipOnError([&] { removeFromDataQueue(session, row); });

@@ -2,17 +2,21 @@
 
 #include "model/Session.h"
 #include "model/TrackRow.h"
+#include "model/frmImages.h"
 
 namespace trackloom {
 
-frmChooseSort::frmChooseSort(Session& session)
+frmChooseSort::frmChooseSort(Session& session, LayoutForms&)
     : Form(session.host, "frmChooseSort", "Choose Sort Type"), session_(session) {
-  Image1.Picture = "Sort";
   optName.select();
   cmdOK.Default = true;
   cmdCancel.Cancel = true;
   cmdOK.Click = [this] { cmdOK_Click(); };
   cmdCancel.Click = [this] { cmdCancel_Click(); };
+}
+
+void frmChooseSort::Load() {
+  takePicture(session_, &frmImages::imgSort, Image1);
 }
 
 void frmChooseSort::cmdOK_Click() {

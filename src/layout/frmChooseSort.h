@@ -9,12 +9,13 @@
 namespace trackloom {
 
 struct Session;
+struct LayoutForms;
 
 /// Asks for the order in which an unsorted MP3 layout is printed. Only its Cancel stops the printing, its close box
 /// does not.
 class frmChooseSort final : public Form {
  public:
-  explicit frmChooseSort(Session& session);
+  frmChooseSort(Session& session, LayoutForms& forms);
 
   PictureBox Image1{*this, "Image1"};
   Label Label1{*this, "Label1", "MP3 Layout Sorting"};
@@ -30,6 +31,7 @@ class frmChooseSort final : public Form {
   Button cmdCancel{*this, "cmdCancel", "&Cancel"};
 
  private:
+  void Load() override;
   void cmdOK_Click();
   void cmdCancel_Click();
 

@@ -3,15 +3,17 @@
 #include "help/HelpLaunch.h"
 #include "model/AddTrack.h"
 #include "model/Capacity.h"
+#include "model/Layout.h"
 #include "model/Session.h"
+#include "model/frmImages.h"
 #include "runtime/Files.h"
 #include "runtime/Statements.h"
 #include "runtime/Text.h"
 
 namespace trackloom {
 
-frmFiles::frmFiles(Session& session) : Form(session.host, "frmFiles", "File Selection"), session_(session) {
-  Image1.Picture = "Files";
+frmFiles::frmFiles(Session& session, LayoutForms&)
+    : Form(session.host, "frmFiles", "File Selection"), session_(session) {
   cmdCheckAll.Enabled = false;
   cmdClearAll.Enabled = false;
   cmdOK.Enabled = false;
@@ -26,6 +28,7 @@ frmFiles::frmFiles(Session& session) : Form(session.host, "frmFiles", "File Sele
 }
 
 void frmFiles::Load() {
+  takePicture(session_, &frmImages::imgFiles, Image1);
   skipOnError([this] { FT1.SetSelectedFolder(RTrim(session_.mod.Options.LastFolder)); });
 }
 
@@ -34,7 +37,7 @@ void frmFiles::listFolder(const std::string& path) {
   const std::string folder = EnsureTrailingSep(path);
   Found found;
   listFiles(folder, ".mp3", found);
-  if (session_.mod.LayoutType == AudioLayout) listFiles(folder, ".wav", found);
+  if (isAudioLayout(session_)) listFiles(folder, ".wav", found);
   if (ListView1.Count() == 0) return;
   const Separators& signs = session_.ports.separators;
   StatusBar1.SetPanelText(

@@ -15,11 +15,12 @@
 namespace trackloom {
 
 struct Session;
+struct LayoutForms;
 
 /// Picks audio files folder by folder, and adds the checked ones to the open layout.
 class frmFiles final : public Form {
  public:
-  explicit frmFiles(Session& session);
+  frmFiles(Session& session, LayoutForms& forms);
 
   PictureBox Image1{*this, "Image1"};
   Label Label1{*this, "Label1", "Browse for Audio Tracks to Add to your Layout"};

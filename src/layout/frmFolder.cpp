@@ -2,18 +2,23 @@
 
 #include "help/HelpLaunch.h"
 #include "model/Session.h"
+#include "model/frmImages.h"
 
 namespace trackloom {
 
-frmFolder::frmFolder(Session& session) : Form(session.host, "frmFolder", "MP3 CD Folder") {
-  Image1.Picture = "Folder";
+frmFolder::frmFolder(Session& session, LayoutForms&)
+    : Form(session.host, "frmFolder", "MP3 CD Folder"), session_(session) {
   // A folder is given to tracks of the list, so an empty list leaves nothing to confirm.
   cmdOK.Enabled = false;
   cmdOK.Default = true;
   cmdCancel.Cancel = true;
   txtFolder.GotFocus = [this] { txtFolder.SelectAll(); };
   cmdCancel.Click = [this] { unload(); };
-  cmdHelp.Click = [&session] { showHelpTopic(session, FolderTopic); };
+  cmdHelp.Click = [this] { showHelpTopic(session_, FolderTopic); };
+}
+
+void frmFolder::Load() {
+  takePicture(session_, &frmImages::imgFolder, Image1);
 }
 
 }  // namespace trackloom

@@ -11,11 +11,12 @@
 namespace trackloom {
 
 struct Session;
+struct LayoutForms;
 
 /// Names a folder of the disc for selected tracks of an MP3 layout.
 class frmFolder final : public Form {
  public:
-  explicit frmFolder(Session& session);
+  frmFolder(Session& session, LayoutForms& forms);
 
   PictureBox Image1{*this, "Image1"};
   Label Label1{*this, "Label1", "Define MP3 CD Folders"};
@@ -27,6 +28,11 @@ class frmFolder final : public Form {
   Button cmdOK{*this, "cmdOK", "&OK"};
   Button cmdCancel{*this, "cmdCancel", "&Cancel"};
   Button cmdHelp{*this, "cmdHelp", "&Help"};
+
+ private:
+  void Load() override;
+
+  Session& session_;
 };
 
 }  // namespace trackloom

@@ -1,22 +1,27 @@
 #include "layout/frmNewOption.h"
 
 #include "help/HelpLaunch.h"
-#include "model/AddTrack.h"
 #include "model/CommandStates.h"
 #include "model/DriveReadiness.h"
+#include "model/Layout.h"
 #include "model/Session.h"
+#include "model/frmImages.h"
 #include "runtime/Files.h"
 
 namespace trackloom {
 
-frmNewOption::frmNewOption(Session& session) : Form(session.host, "frmNewOption", "Select Option"), session_(session) {
-  Image1.Picture = "NewLayout";
+frmNewOption::frmNewOption(Session& session, LayoutForms&)
+    : Form(session.host, "frmNewOption", "Select Option"), session_(session) {
   optStandard.select();
   cmdOK.Default = true;
   cmdCancel.Cancel = true;
   cmdOK.Click = [this] { cmdOK_Click(); };
   cmdCancel.Click = [this] { unload(); };
   cmdHelp.Click = [this] { showHelpTopic(session_, NewOptionTopic); };
+}
+
+void frmNewOption::Load() {
+  takePicture(session_, &frmImages::imgNewLayout, Image1);
 }
 
 void frmNewOption::cmdOK_Click() {
@@ -31,18 +36,16 @@ void frmNewOption::cmdOK_Click() {
 }
 
 void frmNewOption::chooseKind() {
-  ListingWindow& window = session_.frmListing();
   const bool audio = optStandard.selected();
-  session_.mod.LayoutType = audio ? AudioLayout : Mp3Layout;
-  window.panel1.Text = audio ? "Standard Audio CD (JOLIET)" : "MP3 Data CD (JOLIET)";
+  setLayoutKind(session_, audio ? AudioKind : Mp3Kind);
   session_.mod.LayoutOpen = true;
-  if (audio) window.ListView1.SetSorted(false);
+  if (audio) session_.frmListing().ListView1.SetSorted(false);
 }
 
 void frmNewOption::beginLayout() {
   session_.mod.NextTrackNumber = 1;
   session_.frmListing().ListView1.Enabled = true;
-  if (session_.mod.LayoutType != Mp3Layout) return;
+  if (!isMp3Layout(session_)) return;
   addFolderColumn(session_);
   ApplyListingSort(session_);
 }

@@ -10,11 +10,12 @@
 namespace trackloom {
 
 struct Session;
+struct LayoutForms;
 
 /// Asks for the kind of a new layout, and begins it.
 class frmNewOption final : public Form {
  public:
-  explicit frmNewOption(Session& session);
+  frmNewOption(Session& session, LayoutForms& forms);
 
   PictureBox Image1{*this, "Image1"};
   Label Label1{*this, "Label1", "Select CD Layout Style"};
@@ -33,6 +34,7 @@ class frmNewOption final : public Form {
   Button cmdHelp{*this, "cmdHelp", "&Help"};
 
  private:
+  void Load() override;
   void cmdOK_Click();
   void chooseKind();
   void beginLayout();

@@ -2,17 +2,22 @@
 
 #include "help/HelpLaunch.h"
 #include "model/Session.h"
+#include "model/frmImages.h"
 
 namespace trackloom {
 
-frmOpenLayout::frmOpenLayout(Session& session) : Form(session.host, "frmOpenLayout", "Open CD Layout") {
-  Image1.Picture = "OpenLayout";
+frmOpenLayout::frmOpenLayout(Session& session, LayoutForms&)
+    : Form(session.host, "frmOpenLayout", "Open CD Layout"), session_(session) {
   cmdOK.Enabled = false;
   cmdDelete.Enabled = false;
   cmdOK.Default = true;
   cmdCancel.Cancel = true;
   cmdCancel.Click = [this] { unload(); };
-  cmdHelp.Click = [&session] { showHelpTopic(session, OpenLayoutTopic); };
+  cmdHelp.Click = [this] { showHelpTopic(session_, OpenLayoutTopic); };
+}
+
+void frmOpenLayout::Load() {
+  takePicture(session_, &frmImages::imgOpenLayout, Image1);
 }
 
 }  // namespace trackloom

@@ -9,11 +9,12 @@
 namespace trackloom {
 
 struct Session;
+struct LayoutForms;
 
 /// Lists the saved layouts, for opening and deleting. A layout must be listed before either can be done.
 class frmOpenLayout final : public Form {
  public:
-  explicit frmOpenLayout(Session& session);
+  frmOpenLayout(Session& session, LayoutForms& forms);
 
   PictureBox Image1{*this, "Image1"};
   Label Label1{*this, "Label1", "Open a Saved CD Layout"};
@@ -27,6 +28,11 @@ class frmOpenLayout final : public Form {
   Button cmdDelete{*this, "cmdDelete", "&Delete"};
   Button cmdCancel{*this, "cmdCancel", "&Close"};
   Button cmdHelp{*this, "cmdHelp", "&Help"};
+
+ private:
+  void Load() override;
+
+  Session& session_;
 };
 
 }  // namespace trackloom

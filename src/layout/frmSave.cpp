@@ -2,14 +2,15 @@
 
 #include "help/HelpLaunch.h"
 #include "layout/LayoutFile.h"
+#include "model/Layout.h"
 #include "model/Session.h"
+#include "model/frmImages.h"
 #include "runtime/Files.h"
 #include "runtime/Text.h"
 
 namespace trackloom {
 
-frmSave::frmSave(Session& session) : Form(session.host, "frmSave", "Save CD Layout"), session_(session) {
-  Image1.Picture = "Save";
+frmSave::frmSave(Session& session, LayoutForms&) : Form(session.host, "frmSave", "Save CD Layout"), session_(session) {
   cmdOK.Enabled = false;
   cmdOK.Default = true;
   cmdCancel.Cancel = true;
@@ -18,6 +19,10 @@ frmSave::frmSave(Session& session) : Form(session.host, "frmSave", "Save CD Layo
   cmdOK.Click = [this] { cmdOK_Click(); };
   cmdCancel.Click = [this] { unload(); };
   cmdHelp.Click = [this] { showHelpTopic(session_, SaveTopic); };
+}
+
+void frmSave::Load() {
+  takePicture(session_, &frmImages::imgSave, Image1);
 }
 
 void frmSave::suggest(const std::string& name) {
@@ -39,7 +44,7 @@ bool frmSave::nameIsAllowed() {
 }
 
 bool frmSave::mayOverwrite(const std::string& name) {
-  if (!FileExists(layoutFilePath(session_, name))) return true;
+  if (!FileExists(layoutFilePath(session_, layoutFileName(name)))) return true;
   return session_.ask({"Overwrite Layout",
                        "A layout by that name already exists.  Do you wish to save this layout anyway?",
                        BoxButtons::OkCancel, BoxIcon::Question}) == BoxAnswer::Ok;
@@ -51,8 +56,8 @@ void frmSave::cmdOK_Click() {
     txtName.SetFocus();
     return;
   }
-  writeLayoutFile(session_, layoutFilePath(session_, name));
-  session_.mod.LayoutFileName = name + LayoutExtension;
+  writeLayoutFile(session_, layoutFilePath(session_, layoutFileName(name)));
+  session_.mod.LayoutFileName = layoutFileName(name);
   session_.mod.LayoutHasFile = true;
   session_.mod.LayoutSaved = true;
   unload();

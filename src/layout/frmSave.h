@@ -9,11 +9,12 @@
 namespace trackloom {
 
 struct Session;
+struct LayoutForms;
 
 /// Asks for the name of the open layout, and saves it under that name.
 class frmSave final : public Form {
  public:
-  explicit frmSave(Session& session);
+  frmSave(Session& session, LayoutForms& forms);
 
   PictureBox Image1{*this, "Image1"};
   Label Label1{*this, "Label1", "Save CD Layout"};
@@ -30,6 +31,7 @@ class frmSave final : public Form {
   void suggest(const std::string& name);
 
  private:
+  void Load() override;
   void txtName_Change();
   void cmdOK_Click();
   bool nameIsAllowed();

@@ -2,6 +2,7 @@
 
 #include "model/Capacity.h"
 #include "model/CommandStates.h"
+#include "model/Layout.h"
 #include "model/Session.h"
 #include "model/TrackRow.h"
 #include "runtime/Text.h"
@@ -9,10 +10,6 @@
 namespace trackloom {
 
 namespace {
-
-bool isAudioLayout(const Session& session) {
-  return session.mod.LayoutType == AudioLayout;
-}
 
 void refuseAudio(Session& session, const Candidate& candidate, const AddTrackRules& rules) {
   const std::string kind = rules.saysStereo ? "44khz Stereo Audio file" : "44khz Audio file";
@@ -120,20 +117,6 @@ std::string SplitPath(Session& session, const std::string& path) {
   const PathParts parts = splitPathText(path);
   if (parts.hasFolder) session.mod.PathFolder = parts.folder;
   return parts.name;
-}
-
-void ApplyListingSort(Session& session) {
-  ListView& listing = session.frmListing().ListView1;
-  const std::int16_t mode = session.mod.Options.SortMode;
-  const bool sorted = !isAudioLayout(session) && mode <= 1;
-  if (sorted) listing.SetSortKey(mode == 1 ? FolderColumn : 0);
-  listing.SetSorted(sorted);
-}
-
-void addFolderColumn(Session& session) {
-  ListView& listing = session.frmListing().ListView1;
-  if (listing.columns().size() != 3) return;
-  listing.AddColumn({"CD Folder", "CD Folder", listing.Width / 4.5, true});
 }
 
 }  // namespace trackloom

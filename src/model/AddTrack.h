@@ -49,10 +49,4 @@ std::string MeasureTrack(Session& session, const HostPath& path);
 /// The name behind the last separator; leaves the part before it in PathFolder. Without a separator nothing changes.
 std::string SplitPath(Session& session, const std::string& path);
 
-/// Gives the listing of an MP3 layout the order of the user's option; an audio layout is never sorted.
-void ApplyListingSort(Session& session);
-
-/// Gives an MP3 layout its fourth column, if the listing has exactly three.
-void addFolderColumn(Session& session);
-
 }  // namespace trackloom

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <limits>
 
+#include "model/Layout.h"
 #include "model/Session.h"
 
 namespace trackloom {
@@ -36,12 +37,12 @@ void drawMeter(Session& session, std::int32_t blocks) {
 }  // namespace
 
 std::int32_t layoutBlockKind(const Session& session) {
-  return session.mod.LayoutType == AudioLayout ? AudioBlocks : DataBlocks;
+  return isAudioLayout(session) ? AudioBlocks : DataBlocks;
 }
 
 std::int32_t layoutQueueBlocks(Session& session) {
   CDWriterXP& writer = *session.frmListing().CDR1;
-  return session.mod.LayoutType == AudioLayout ? writer.AudioQueueBlocks() : writer.DataQueueBlocks();
+  return isAudioLayout(session) ? writer.AudioQueueBlocks() : writer.DataQueueBlocks();
 }
 
 std::string FormatSize(double bytes, const Separators& separators) {
@@ -63,7 +64,7 @@ void UpdateCapacityDisplay(Session& session) {
   const std::int32_t charged = chargedBlocks(session, window.ListView1.Count());
   drawMeter(session, charged);
 
-  if (mod.LayoutType == AudioLayout) {
+  if (isAudioLayout(session)) {
     mod.LayoutTotalText = writer.BlocksToTime(charged);
     window.panel3.Text =
         "Layout Time:  " + mod.LayoutTotalText + " - Disc Time:  " + writer.BlocksToTime(mod.DiscBlocks) + " ";

@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "model/Layout.h"
 #include "model/Session.h"
 
 namespace trackloom {
@@ -47,7 +48,7 @@ constexpr const char* discGroup[] = {"mnuToolsInformation", "mnuToolsErase", "mn
 Situation situationOf(Session& session) {
   if (!session.mod.LayoutOpen) return NoLayout;
   if (session.frmListing().ListView1.Count() == 0) return EmptyLayout;
-  return session.mod.LayoutType == Mp3Layout ? Mp3Tracks : AudioTracks;
+  return isMp3Layout(session) ? Mp3Tracks : AudioTracks;
 }
 
 }  // namespace

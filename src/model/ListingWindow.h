@@ -23,8 +23,12 @@ class ListingWindow : public Form {
 
   DockStudio DockStudio1;
   ListView ListView1;
-  Timer Timer1{*this, "Timer1", 3000};
-  Timer Timer2{*this, "Timer2", 3000};
+  /// Milliseconds between two steps of a recording, in which the drive settles.
+  static constexpr int StepPause = 3000;
+  /// The pause between a test that has passed and the real write.
+  Timer Timer1{*this, "Timer1", StepPause};
+  /// The pause between a copy and the next one.
+  Timer Timer2{*this, "Timer2", StepPause};
 
   /// The writer engine of all disc operations.
   std::unique_ptr<CDWriterXP> CDR1;

@@ -1,9 +1,11 @@
 #pragma once
 
 #include "controls/FormHost.h"
+#include "controls/FormSlot.h"
 #include "model/ListingWindow.h"
 #include "model/Ports.h"
 #include "model/Trackloom50Mod1.h"
+#include "model/frmImages.h"
 
 namespace trackloom {
 
@@ -18,6 +20,8 @@ struct Session {
   Trackloom50Mod1 mod;
   /// Set by the program before any feature runs.
   ListingWindow* mainWindow = nullptr;
+  /// Here and not with the shell's forms, since every dialog of every feature takes its picture from it.
+  FormSlot<class frmImages> frmImages{*this};
 
   ListingWindow& frmListing() { return *mainWindow; }
   BoxAnswer ask(const MessageBox& box) { return ports.boxes.show(box); }

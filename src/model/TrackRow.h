@@ -12,8 +12,8 @@ namespace trackloom {
 /// The word that stands in the fourth column for the root of the disc.
 inline constexpr const char* NoFolder = "No Folder";
 
-/// The sub-items of a track row.
-enum TrackColumn : int { LocationColumn = 1, TimeColumn = 2, FolderColumn = 3 };
+/// The cells of a track row: its Text, and its sub-items by their numbers.
+enum TrackColumn : int { NameColumn = 0, LocationColumn = 1, TimeColumn = 2, FolderColumn = 3 };
 
 /// Splits a path behind its last separator. The folder's length is that of the trimmed path less that of the name;
 /// without a separator both parts are empty.

@@ -1,21 +1,18 @@
 #pragma once
 
-#include <memory>
-
 #include "controls/FormSlot.h"
 #include "printing/frmPrintList.h"
 #include "printing/frmReadStatus.h"
 
 namespace trackloom {
 
+struct Session;
+
 /// The windows on the way from the listing to paper.
 struct PrintingForms {
-  explicit PrintingForms(Session& session)
-      : frmReadStatus([&session] { return std::make_shared<class frmReadStatus>(session); }),
-        frmPrintList([&session] { return std::make_shared<class frmPrintList>(session); }) {}
-
-  FormSlot<class frmReadStatus> frmReadStatus;
-  FormSlot<class frmPrintList> frmPrintList;
+  Session& session;
+  FormSlot<class frmReadStatus> frmReadStatus{session, *this};
+  FormSlot<class frmPrintList> frmPrintList{session, *this};
 };
 
 }  // namespace trackloom

@@ -1,7 +1,9 @@
 #include "printing/frmPrintList.h"
 
 #include "help/HelpLaunch.h"
+#include "model/Layout.h"
 #include "model/Session.h"
+#include "model/frmImages.h"
 #include "runtime/Text.h"
 
 namespace trackloom {
@@ -10,14 +12,11 @@ namespace {
 
 constexpr int Blue = 3;
 constexpr int TenPoints = 1;
-/// What a layout's file name has behind the name of the layout.
-constexpr std::size_t ExtensionLength = 5;
 
 }  // namespace
 
-frmPrintList::frmPrintList(Session& session)
+frmPrintList::frmPrintList(Session& session, PrintingForms&)
     : Form(session.host, "frmPrintList", "Print Current Layout Track Listing"), session_(session) {
-  Image1.Picture = "Print";
   // Only tracks of the list can be edited and printed, and the list is empty.
   cmdEdit.Enabled = false;
   cmdPrint.Enabled = false;
@@ -28,6 +27,7 @@ frmPrintList::frmPrintList(Session& session)
 }
 
 void frmPrintList::Load() {
+  takePicture(session_, &frmImages::imgPrint, Image1);
   offerStyles();
   suggestTitle();
   for (const char* colour : {"Red", "Green", "Yellow", "Blue", "Magenta", "White", "Cyan"}) ImageCombo1.AddItem(colour);
@@ -37,20 +37,20 @@ void frmPrintList::Load() {
 }
 
 void frmPrintList::offerStyles() {
-  const bool mp3 = session_.mod.LayoutType == Mp3Layout;
+  const bool mp3 = isMp3Layout(session_);
   optAudio.Enabled = !mp3;
   (mp3 ? optStandard : optAudio).select();
 }
 
 void frmPrintList::suggestTitle() {
   const std::string& file = session_.mod.LayoutFileName;
-  const std::string name = Trim(file).empty() ? "Untitled Layout" : Left(file, Len(file) - ExtensionLength);
+  const std::string name = Trim(file).empty() ? "Untitled Layout" : layoutName(file);
   txtTitle.Text = "Trackloom - " + name;
 }
 
 void frmPrintList::Unload() {
   // The order that frmChooseSort gave the rows stays, but new rows go to the end again.
-  if (session_.mod.Options.SortMode == 2) session_.frmListing().ListView1.SetSorted(false);
+  if (session_.mod.Options.SortMode == NoSorting) session_.frmListing().ListView1.SetSorted(false);
 }
 
 }  // namespace trackloom

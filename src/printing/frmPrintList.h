@@ -13,11 +13,12 @@
 namespace trackloom {
 
 struct Session;
+struct PrintingForms;
 
 /// Shows the tracks that were read for printing, and takes the settings of the page. An MP3 layout has no insert.
 class frmPrintList final : public Form {
  public:
-  explicit frmPrintList(Session& session);
+  frmPrintList(Session& session, PrintingForms& forms);
 
   PictureBox Image1{*this, "Image1"};
   Label Label1{*this, "Label1", "Print Current Layout Track Listing"};

@@ -7,17 +7,21 @@
 namespace trackloom {
 
 struct Session;
+struct PrintingForms;
 
 /// Stands while the tracks are read for printing, and goes by itself when nothing is left to read.
 class frmReadStatus final : public Form {
  public:
-  explicit frmReadStatus(Session& session);
+  frmReadStatus(Session& session, PrintingForms& forms);
 
   PictureBox Image1{*this, "Image1"};
   Label Label1{*this, "Label1", ""};
 
  private:
+  void Load() override;
   void Activate() override { unload(); }
+
+  Session& session_;
 };
 
 }  // namespace trackloom

@@ -2,11 +2,12 @@
 
 #include "help/HelpLaunch.h"
 #include "model/Session.h"
+#include "model/frmImages.h"
 
 namespace trackloom {
 
-frmRipMain::frmRipMain(Session& session) : Form(session.host, "frmRipMain", "CD Ripper"), session_(session) {
-  Image1.Picture = "Ripper";
+frmRipMain::frmRipMain(Session& session, RipperForms&)
+    : Form(session.host, "frmRipMain", "CD Ripper"), session_(session) {
   chkCDDB.Value = true;
   // A disc is read in a drive of the list, and the list is empty.
   cmdRead.Enabled = false;
@@ -16,6 +17,10 @@ frmRipMain::frmRipMain(Session& session) : Form(session.host, "frmRipMain", "CD 
   cmdExit.Cancel = true;
   cmdExit.Click = [this] { unload(); };
   cmdHelp.Click = [this] { showHelpTopic(session_, RipMainTopic); };
+}
+
+void frmRipMain::Load() {
+  takePicture(session_, &frmImages::imgRipper, Image1);
 }
 
 void frmRipMain::Unload() {

@@ -13,11 +13,12 @@
 namespace trackloom {
 
 struct Session;
+struct RipperForms;
 
 /// The ripper's own main window: it stands in for the program's, which comes back when this one is unloaded.
 class frmRipMain final : public Form {
  public:
-  explicit frmRipMain(Session& session);
+  frmRipMain(Session& session, RipperForms& forms);
 
   PictureBox Image1{*this, "Image1"};
   Label Label3{*this, "Label3", "Trackloom CD Ripper for Ripping Audio Tracks"};
@@ -44,6 +45,7 @@ class frmRipMain final : public Form {
   StatusBar StatusBar1{*this, "StatusBar1"};
 
  private:
+  void Load() override;
   void Unload() override;
 
   Session& session_;

@@ -1,18 +1,16 @@
 #pragma once
 
-#include <memory>
-
 #include "controls/FormSlot.h"
 #include "search/frmSearch.h"
 
 namespace trackloom {
 
+struct Session;
+
 /// The window of the search for audio files.
 struct SearchForms {
-  explicit SearchForms(Session& session)
-      : frmSearch([&session] { return std::make_shared<class frmSearch>(session); }) {}
-
-  FormSlot<class frmSearch> frmSearch;
+  Session& session;
+  FormSlot<class frmSearch> frmSearch{session, *this};
 };
 
 }  // namespace trackloom

@@ -1,12 +1,14 @@
 #include "search/frmSearch.h"
 
 #include "help/HelpLaunch.h"
+#include "model/Layout.h"
 #include "model/Session.h"
+#include "model/frmImages.h"
 
 namespace trackloom {
 
-frmSearch::frmSearch(Session& session) : Form(session.host, "frmSearch", "Search for Audio Files"), session_(session) {
-  Image1.Picture = "Search";
+frmSearch::frmSearch(Session& session, SearchForms&)
+    : Form(session.host, "frmSearch", "Search for Audio Files"), session_(session) {
   // A search walks the hard drives of the machine, and can begin only where these are known.
   cmdStart.Enabled = false;
   cmdCheckAll.Enabled = false;
@@ -19,8 +21,9 @@ frmSearch::frmSearch(Session& session) : Form(session.host, "frmSearch", "Search
 }
 
 void frmSearch::Load() {
+  takePicture(session_, &frmImages::imgSearch, Image1);
   Combo1.AddItem("MP3 Files");
-  if (session_.mod.LayoutType != Mp3Layout) {
+  if (!isMp3Layout(session_)) {
     Combo1.AddItem("WAV Files");
     Combo1.AddItem("All Audio Files");
   }

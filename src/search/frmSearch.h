@@ -10,11 +10,12 @@
 namespace trackloom {
 
 struct Session;
+struct SearchForms;
 
 /// Searches the hard drives for audio files, and adds the checked ones to the open layout.
 class frmSearch final : public Form {
  public:
-  explicit frmSearch(Session& session);
+  frmSearch(Session& session, SearchForms& forms);
 
   PictureBox Image1{*this, "Image1"};
   Label Label1{*this, "Label1", "Search your Computer for Audio Files"};

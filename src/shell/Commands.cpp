@@ -1,10 +1,10 @@
 #include "shell/Commands.h"
 
 #include "help/HelpLaunch.h"
-#include "layout/LayoutFile.h"
 #include "layout/TrackRemoval.h"
 #include "model/Capacity.h"
 #include "model/CommandStates.h"
+#include "model/Layout.h"
 #include "model/Session.h"
 #include "model/TrackRow.h"
 #include "runtime/Statements.h"
@@ -20,8 +20,6 @@ namespace {
 
 constexpr const char* WebPage = "https://trackloom.example/";
 constexpr int ShowNormal = 1;
-/// The option "No Sorting".
-constexpr std::int16_t Unsorted = 2;
 
 bool hasTrackWithoutFolder(const ListView& listing) {
   for (int row = 1; row <= listing.Count(); ++row)
@@ -87,7 +85,7 @@ void Commands::resize() {
   listing.Height = area.height;
   constexpr double Mp3Shares[] = {2.7, 3.3, 7, 7};
   constexpr double AudioShares[] = {2.2, 3.5, 6.5};
-  const bool four = session_.mod.LayoutType > AudioLayout;
+  const bool four = isMp3Layout(session_);
   const auto columns = static_cast<int>(listing.columns().size());
   // Between two layouts the kind is still that of the last one while the fourth column is gone.
   for (int column = 1; column <= columns && column <= (four ? 4 : 3); ++column)
@@ -174,8 +172,7 @@ void Commands::save() {
 }
 
 void Commands::saveAs() {
-  const std::string& file = session_.mod.LayoutFileName;
-  if (session_.mod.LayoutHasFile) forms_.layout.frmSave->suggest(Left(file, Len(file) - Len(LayoutExtension)));
+  if (session_.mod.LayoutHasFile) forms_.layout.frmSave->suggest(layoutName(session_.mod.LayoutFileName));
   showModal(forms_.layout.frmSave);
 }
 
@@ -215,7 +212,7 @@ void Commands::PlaySelectedTrack() {
 
 void Commands::print() {
   Trackloom50Mod1& mod = session_.mod;
-  if (mod.LayoutType == Mp3Layout && mod.Options.SortMode == Unsorted) {
+  if (isMp3Layout(session_) && mod.Options.SortMode == NoSorting) {
     mod.SortChoiceCancelled = false;
     showModal(forms_.layout.frmChooseSort);
     if (mod.SortChoiceCancelled) return;

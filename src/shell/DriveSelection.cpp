@@ -2,11 +2,10 @@
 
 #include <algorithm>
 
-#include "controls/FormSlot.h"
 #include "model/Session.h"
 #include "runtime/Statements.h"
 #include "runtime/Text.h"
-#include "shell/frmNOCD.h"
+#include "shell/ShellForms.h"
 
 namespace trackloom {
 
@@ -42,14 +41,14 @@ void showSelection(Session& session, int position, bool opened) {
 
 }  // namespace
 
-void InitDrives(Session& session, FormSlot<frmNOCD>& noDrive) {
+void InitDrives(Session& session, ShellForms& forms) {
   Trackloom50Mod1& mod = session.mod;
   ListingWindow& window = session.frmListing();
   const std::int16_t count = window.CDR1->DriveCount();
   mod.DriveOpen = false;
   if (count <= 0) {
     window.panel2.Text = "No Recording Drive Found";
-    noDrive->showModal(&window);
+    forms.frmNOCD->showModal(&window);
     return;
   }
   fillDriveList(session, count);

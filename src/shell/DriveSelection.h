@@ -5,13 +5,11 @@
 namespace trackloom {
 
 struct Session;
-class frmNOCD;
-template <class T>
-class FormSlot;
+struct ShellForms;
 
 /// Fills the drive list and takes the remembered drive into use. Without any drive it shows frmNOCD and never comes
 /// back.
-void InitDrives(Session& session, FormSlot<frmNOCD>& noDrive);
+void InitDrives(Session& session, ShellForms& forms);
 
 /// The user's or the program's choice in the drive list; ignored while the window is loading.
 void driveChosen(Session& session, const Tool& tool, const ComboEntry& entry);

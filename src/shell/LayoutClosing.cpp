@@ -3,6 +3,7 @@
 #include "layout/LayoutFile.h"
 #include "layout/LayoutForms.h"
 #include "model/CommandStates.h"
+#include "model/Layout.h"
 #include "model/Session.h"
 
 namespace trackloom {
@@ -12,11 +13,11 @@ void closeQuestion(Session& session, LayoutForms& forms) {
 }
 
 void PromptSaveLayout(Session& session, LayoutForms& forms) {
-  const ListView& listing = session.frmListing().ListView1;
-  if (session.mod.LayoutSaved || (listing.Count() == 0 && session.mod.LayoutFileName.empty())) return;
-  const BoxAnswer answer =
-      session.ask({"Save Layout", "Save the currently open layout?", BoxButtons::YesNo, BoxIcon::Question});
-  if (answer == BoxAnswer::Yes) saveOrAskName(session, forms);
+  if (needsSaving(session) && askToSave(session, BoxButtons::YesNo) == BoxAnswer::Yes) saveOrAskName(session, forms);
+}
+
+BoxAnswer askToSave(Session& session, BoxButtons buttons) {
+  return session.ask({"Save Layout", "Save the currently open layout?", buttons, BoxIcon::Question});
 }
 
 void CloseLayout(Session& session) {
@@ -32,7 +33,7 @@ void CloseLayout(Session& session) {
   session.mod.LayoutOpen = false;
   session.mod.LayoutHasFile = false;
   session.mod.LayoutFileName.clear();
-  if (session.mod.LayoutType == Mp3Layout && window.ListView1.columns().size() == 4) window.ListView1.RemoveColumn(4);
+  if (isMp3Layout(session)) removeFolderColumn(session);
   UpdateCommandStates(session);
 }
 

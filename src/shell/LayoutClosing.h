@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ports/MessageBoxes.h"
+
 namespace trackloom {
 
 struct LayoutForms;
@@ -10,6 +12,9 @@ void closeQuestion(Session& session, LayoutForms& forms);
 
 /// Asks whether to save the open layout, and saves it; does nothing where there is nothing to save.
 void PromptSaveLayout(Session& session, LayoutForms& forms);
+
+/// The question that New, Open, Close and the exit have in common; each with its own buttons.
+BoxAnswer askToSave(Session& session, BoxButtons buttons);
 
 /// Empties the window and the queues. Whether the layout counts as saved is the caller's affair.
 void CloseLayout(Session& session);

@@ -17,7 +17,7 @@ constexpr int InternalError = 51;
 
 Program::Program(FormHost& host, Ports ports)
     : session_(host, std::move(ports)),
-      forms_(session_),
+      forms_{session_},
       writeProgress_(session_, forms_.writing),
       mainWindow_(std::make_shared<frmListing>(session_, forms_, writeProgress_)) {
   session_.mainWindow = mainWindow_.get();

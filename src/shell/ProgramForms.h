@@ -9,17 +9,17 @@
 
 namespace trackloom {
 
+struct Session;
+
 /// Every window of the program but the main one.
 struct ProgramForms {
-  explicit ProgramForms(Session& session)
-      : shell(session), layout(session), writing(session), search(session), printing(session), ripper(session) {}
-
-  ShellForms shell;
-  LayoutForms layout;
-  WritingForms writing;
-  SearchForms search;
-  PrintingForms printing;
-  RipperForms ripper;
+  Session& session;
+  ShellForms shell{session};
+  LayoutForms layout{session};
+  WritingForms writing{session};
+  SearchForms search{session};
+  PrintingForms printing{session};
+  RipperForms ripper{session};
 };
 
 }  // namespace trackloom

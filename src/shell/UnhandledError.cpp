@@ -1,6 +1,7 @@
 #include "shell/UnhandledError.h"
 
 #include "layout/LayoutFile.h"
+#include "model/Layout.h"
 #include "model/Session.h"
 #include "runtime/Files.h"
 #include "runtime/RuntimeError.h"
@@ -17,17 +18,17 @@ constexpr std::size_t LongestBase = 50;
 /// The first free name in the folder for a rescued copy of the open layout, without its extension.
 std::string freeRescueName(const Session& session, const std::string& folder) {
   const std::string& file = session.mod.LayoutFileName;
-  const std::string name = file.empty() ? "layout" : Left(file, Len(file) - Len(LayoutExtension));
+  const std::string name = file.empty() ? "layout" : layoutName(file);
   const std::string base = "Rescued " + Left(name, LongestBase) + " ";
   int number = 1;
-  while (FileExists(HostPath(folder + base + std::to_string(number) + LayoutExtension))) ++number;
+  while (FileExists(HostPath(folder + layoutFileName(base + std::to_string(number))))) ++number;
   return base + std::to_string(number);
 }
 
 /// The name of the copy that it makes.
 std::string copyInto(Session& session, const std::string& folder) {
   std::string name = freeRescueName(session, folder);
-  writeLayoutFile(session, HostPath(folder + name + LayoutExtension));
+  writeLayoutFile(session, HostPath(folder + layoutFileName(name)));
   return name;
 }
 
@@ -36,11 +37,11 @@ std::string copyInto(Session& session, const std::string& folder) {
 std::string savedCopy(Session& session) {
   std::string saved;
   if (session.mod.LayoutSaved || session.frmListing().ListView1.Count() == 0) return saved;
-  const std::string layouts = session.mod.AppFolder + "Layouts" + HostSep;
+  const std::string layouts = layoutsFolder(session);
   if (!FolderExists(HostPath(layouts))) skipOnError([&] { MakeFolder(HostPath(layouts)); });
   skipOnError([&] { saved = copyInto(session, layouts); });
   const std::string home = EnsureTrailingSep(HomeFolder().text);
-  if (saved.empty()) skipOnError([&] { saved = home + copyInto(session, home) + LayoutExtension; });
+  if (saved.empty()) skipOnError([&] { saved = home + layoutFileName(copyInto(session, home)); });
   return saved;
 }
 

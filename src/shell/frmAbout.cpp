@@ -1,20 +1,19 @@
 #include "shell/frmAbout.h"
 
 #include "model/Session.h"
-#include "shell/frmImages.h"
+#include "model/frmImages.h"
 
 namespace trackloom {
 
-frmAbout::frmAbout(Session& session, FormSlot<frmImages>& images)
-    : Form(session.host, "frmAbout", "About Trackloom"), images_(images) {
+frmAbout::frmAbout(Session& session, ShellForms&)
+    : Form(session.host, "frmAbout", "About Trackloom"), session_(session) {
   cmdOK.Default = true;
   cmdOK.Cancel = true;
   cmdOK.Click = [this] { unload(); };
 }
 
 void frmAbout::Load() {
-  Image1.Picture = images_->imgAbout.Picture.get();
-  images_.unload();
+  takePicture(session_, &frmImages::imgAbout, Image1);
 }
 
 }  // namespace trackloom

@@ -2,19 +2,18 @@
 
 #include "controls/Button.h"
 #include "controls/Form.h"
-#include "controls/FormSlot.h"
 #include "controls/Label.h"
 #include "controls/PictureBox.h"
 
 namespace trackloom {
 
 struct Session;
-class frmImages;
+struct ShellForms;
 
 /// Names the program, its version and its licence.
 class frmAbout final : public Form {
  public:
-  frmAbout(Session& session, FormSlot<frmImages>& images);
+  frmAbout(Session& session, ShellForms& forms);
 
   PictureBox Image1{*this, "Image1"};
   Label Label1{*this, "Label1", "Trackloom"};
@@ -26,7 +25,7 @@ class frmAbout final : public Form {
  private:
   void Load() override;
 
-  FormSlot<frmImages>& images_;
+  Session& session_;
 };
 
 }  // namespace trackloom

@@ -1,16 +1,16 @@
 #include "shell/frmDefaultOptions.h"
 
 #include "help/HelpLaunch.h"
-#include "model/AddTrack.h"
+#include "model/Layout.h"
 #include "model/OptionsFile.h"
 #include "model/Session.h"
+#include "model/frmImages.h"
 #include "runtime/Statements.h"
-#include "shell/frmImages.h"
 
 namespace trackloom {
 
-frmDefaultOptions::frmDefaultOptions(Session& session, FormSlot<frmImages>& images)
-    : Form(session.host, "frmDefaultOptions", "Default Options"), session_(session), images_(images) {
+frmDefaultOptions::frmDefaultOptions(Session& session, ShellForms&)
+    : Form(session.host, "frmDefaultOptions", "Default Options"), session_(session) {
   cmdOK.Default = true;
   cmdCancel.Cancel = true;
   cmdOK.Click = [this] { cmdOK_Click(); };
@@ -19,8 +19,7 @@ frmDefaultOptions::frmDefaultOptions(Session& session, FormSlot<frmImages>& imag
 }
 
 void frmDefaultOptions::Load() {
-  Image1.Picture = images_->imgDefaultOptions.Picture.get();
-  images_.unload();
+  takePicture(session_, &frmImages::imgDefaultOptions, Image1);
   skipOnError([this] { readOptionsFile(session_); });
   const OptionsRecord& options = session_.mod.Options;
   chkBack.Value = options.ThemeColours == 1;
@@ -37,7 +36,7 @@ void frmDefaultOptions::cmdOK_Click() {
   session_.frmListing().DockStudio1.UseThemeColours = options.ThemeColours;
   options.PromptSave = chkPrompt.Value ? 1 : 0;
   options.SortMode = ToInt16(cboSort.ListIndex());
-  if (session_.mod.LayoutOpen && session_.mod.LayoutType == Mp3Layout) ApplyListingSort(session_);
+  if (session_.mod.LayoutOpen && isMp3Layout(session_)) ApplyListingSort(session_);
   skipOnError([this] { writeOptionsFile(session_); });
   unload();
 }

@@ -4,7 +4,6 @@
 #include "controls/CheckBox.h"
 #include "controls/ComboBox.h"
 #include "controls/Form.h"
-#include "controls/FormSlot.h"
 #include "controls/Frame.h"
 #include "controls/Label.h"
 #include "controls/PictureBox.h"
@@ -12,13 +11,13 @@
 namespace trackloom {
 
 struct Session;
-class frmImages;
+struct ShellForms;
 
 /// The user's three choices of `Options.dat`. Merely opening it replaces the whole record in memory by the file's; a
 /// file that cannot be read or written is passed over.
 class frmDefaultOptions final : public Form {
  public:
-  frmDefaultOptions(Session& session, FormSlot<frmImages>& images);
+  frmDefaultOptions(Session& session, ShellForms& forms);
 
   PictureBox Image1{*this, "Image1"};
   Label Label1{*this, "Label1", "Choose Default Options"};
@@ -40,7 +39,6 @@ class frmDefaultOptions final : public Form {
   void cmdOK_Click();
 
   Session& session_;
-  FormSlot<frmImages>& images_;
 };
 
 }  // namespace trackloom

@@ -4,6 +4,7 @@
 #include "model/Capacity.h"
 #include "model/CommandStates.h"
 #include "model/DockState.h"
+#include "model/Layout.h"
 #include "model/OptionsFile.h"
 #include "model/Session.h"
 #include "runtime/Files.h"
@@ -62,7 +63,7 @@ void frmListing::Load() {
   LoadOptions(session_);
   RestoreWindowPlacement();
   Loading = true;
-  skipOnError([this] { InitDrives(session_, forms_.shell.frmNOCD); });
+  skipOnError([this] { InitDrives(session_, forms_.shell); });
   session_.mod.LayoutOpen = false;
   session_.mod.LayoutSaved = true;
   session_.mod.LayoutFileName.clear();
@@ -88,7 +89,7 @@ void frmListing::SaveDockLayout() {
 }
 
 void frmListing::EnsureLayoutsFolder() {
-  const HostPath folder(session_.mod.AppFolder + "Layouts");
+  const HostPath folder(layoutsFolder(session_));
   if (!FolderExists(folder)) skipOnError([&] { MakeFolder(folder); });
 }
 
@@ -113,11 +114,8 @@ void frmListing::Activate() {
 }
 
 bool frmListing::QueryUnload(CloseReason) {
-  const Trackloom50Mod1& mod = session_.mod;
-  const bool nothingToSave = ListView1.Count() == 0 && mod.LayoutFileName.empty();
-  if (mod.LayoutSaved || mod.Options.PromptSave != 1 || nothingToSave) return true;
-  const BoxAnswer answer =
-      session_.ask({"Save Layout", "Save the currently open layout?", BoxButtons::YesNoCancel, BoxIcon::Question});
+  if (session_.mod.Options.PromptSave != 1 || !needsSaving(session_)) return true;
+  const BoxAnswer answer = askToSave(session_, BoxButtons::YesNoCancel);
   if (answer == BoxAnswer::Yes) saveBeforeClose();
   return answer != BoxAnswer::Cancel;
 }

@@ -8,11 +8,12 @@
 namespace trackloom {
 
 struct Session;
+struct ShellForms;
 
 /// Tells that there is no usable drive. However it is unloaded, the process ends, with nothing saved.
 class frmNOCD final : public Form {
  public:
-  explicit frmNOCD(Session& session);
+  frmNOCD(Session& session, ShellForms& forms);
 
   PictureBox Image1{*this, "Image1"};
   Label Label1{*this, "Label1", "No CD Recording Drives Found"};
@@ -28,6 +29,7 @@ class frmNOCD final : public Form {
   Button cmdOK{*this, "cmdOK", "&OK"};
 
  private:
+  void Load() override;
   void Unload() override;
 
   Session& session_;

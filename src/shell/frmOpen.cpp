@@ -13,9 +13,8 @@ constexpr std::int32_t SplashHeight = 4965;
 
 }  // namespace
 
-frmOpen::frmOpen(Session& session) : Form(session.host, "frmOpen", ""), session_(session) {
+frmOpen::frmOpen(Session& session, ShellForms&) : Form(session.host, "frmOpen", ""), session_(session) {
   InitXPControls(session.ports.commonControls);
-  Picture1.Picture = "splash";
   Timer1.Tick = [this] { Timer1_Tick(); };
 }
 

@@ -7,14 +7,17 @@
 namespace trackloom {
 
 struct Session;
+struct ShellForms;
 
 /// The splash: stands for one second, and while it still stands the main window loads.
 class frmOpen final : public Form {
  public:
-  explicit frmOpen(Session& session);
+  frmOpen(Session& session, ShellForms& forms);
 
-  PictureBox Picture1{*this, "Picture1"};
-  Timer Timer1{*this, "Timer1", 1000};
+  PictureBox Picture1{*this, "Picture1", "splash"};
+  /// Milliseconds that the splash stands.
+  static constexpr int SplashTime = 1000;
+  Timer Timer1{*this, "Timer1", SplashTime};
 
  private:
   void Load() override;

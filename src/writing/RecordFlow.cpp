@@ -1,6 +1,7 @@
 #include "writing/RecordFlow.h"
 
 #include "model/Capacity.h"
+#include "model/Layout.h"
 #include "model/Session.h"
 #include "model/TrackRow.h"
 #include "runtime/Files.h"
@@ -36,7 +37,7 @@ bool discIsWritable(Session& session) {
 }
 
 bool rewritableIsWanted(Session& session) {
-  if (session.mod.LayoutType != AudioLayout || !writerOf(session).DiscRewritable()) return true;
+  if (!isAudioLayout(session) || !writerOf(session).DiscRewritable()) return true;
   return session.ask({"CDRW Disc Inserted",
                       std::string("The inserted disc in the selected drive appears to be a CDRW disc (rewritable disc) "
                                   "which should not be used to create standard Audio CD's, as most CD players will not "
@@ -74,7 +75,7 @@ bool layoutFits(Session& session) {
 /// The engine's cache bar means something only when the engine caches.
 void showStatus(Session& session, WritingForms& forms) {
   CDWriterXP& writer = writerOf(session);
-  const bool audio = session.mod.LayoutType == AudioLayout;
+  const bool audio = isAudioLayout(session);
   if (!(audio ? writer.CacheAudioTracks() : writer.CacheDataTrack())) forms.frmStatus->Frame2.Enabled = false;
   forms.frmStatus->show();
 }
@@ -113,7 +114,7 @@ void StartDiscWrite(Session& session, WritingForms& forms) {
   mod.DiscCloseActive = false;
   writerOf(session).SetDiscMode(layoutBlockKind(session));
   showStatus(session, forms);
-  if (mod.LayoutType == AudioLayout)
+  if (isAudioLayout(session))
     queueAudioRows(session);
   else
     queueDataRows(session, forms);

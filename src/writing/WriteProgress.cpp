@@ -3,6 +3,7 @@
 #include <cmath>
 #include <limits>
 
+#include "model/Layout.h"
 #include "model/QueueNumber.h"
 #include "model/Session.h"
 #include "runtime/Statements.h"
@@ -27,17 +28,13 @@ std::string percentText(std::int16_t percent) {
 
 }  // namespace
 
-bool WriteProgress::isAudio() const {
-  return session_.mod.LayoutType == AudioLayout;
-}
-
 frmStatus& WriteProgress::status() {
   return forms_.frmStatus.get();
 }
 
 void WriteProgress::OnWriteStarting() {
   ListingWindow& window = session_.frmListing();
-  window.TotalTracks = isAudio() ? ToInt16(window.ListView1.Count()) : std::int16_t{1};
+  window.TotalTracks = isAudioLayout(session_) ? ToInt16(window.ListView1.Count()) : std::int16_t{1};
   frmStatus::say(status().lblOperation, Preparing);
 }
 
@@ -45,8 +42,8 @@ void WriteProgress::OnTrackCacheStart(std::int16_t track, std::int32_t blocks) {
   status().pbTrack.SetValue(0);
   status().cmdCancel.Enabled = false;
   status().pbCache.SetMax(blocks);
-  frmStatus::say(status().lblOperation,
-                 isAudio() ? "Caching Track #" + std::to_string(track) + "..." : "Caching Entire Data Track...");
+  frmStatus::say(status().lblOperation, isAudioLayout(session_) ? "Caching Track #" + std::to_string(track) + "..."
+                                                                : "Caching Entire Data Track...");
 }
 
 void WriteProgress::OnCacheProgress(std::int32_t position) {
@@ -56,7 +53,8 @@ void WriteProgress::OnCacheProgress(std::int32_t position) {
 void WriteProgress::OnTrackWriteStart(std::int16_t track, std::int32_t blocks) {
   status().pbCache.SetValue(0);
   status().cmdCancel.Enabled = true;
-  const std::string what = isAudio() ? "Writing Track #" + std::to_string(track) + "..." : "Writing Data Track...";
+  const std::string what =
+      isAudioLayout(session_) ? "Writing Track #" + std::to_string(track) + "..." : "Writing Data Track...";
   frmStatus::say(status().lblOperation, (session_.frmListing().CDR1->TestMode() ? "Test " : "") + what);
   status().pbTrack.SetMax(blocks);
   session_.frmListing().TrackBlocks = blocks;
@@ -80,8 +78,9 @@ void WriteProgress::OnReadBufferLevel(std::int16_t percent) {
 void WriteProgress::OnTrackClosing(std::int16_t track) {
   const std::string total = std::to_string(session_.frmListing().TotalTracks);
   const std::string number = std::to_string(track);
-  frmStatus::say(status().lblOperation, isAudio() ? "Closing Track #" + number + "..." : "Closing Data Track...");
-  frmStatus::say(status().lblTracks, isAudio() ? number + " of " + total : "1 of 1");
+  frmStatus::say(status().lblOperation,
+                 isAudioLayout(session_) ? "Closing Track #" + number + "..." : "Closing Data Track...");
+  frmStatus::say(status().lblTracks, isAudioLayout(session_) ? number + " of " + total : "1 of 1");
 }
 
 void WriteProgress::OnSessionClosing() {

@@ -31,7 +31,6 @@ class WriteProgress final : public CDWriterEvents {
   void OnAudioTrackListed(const HostPath& path, std::int32_t, std::int32_t, std::int32_t, std::int16_t number) override;
 
  private:
-  bool isAudio() const;
   frmStatus& status();
   void showClosing(const std::string& text);
   void prepareRealPass();

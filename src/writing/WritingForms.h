@@ -1,7 +1,5 @@
 #pragma once
 
-#include <memory>
-
 #include "controls/FormSlot.h"
 #include "writing/frmDiskInfo.h"
 #include "writing/frmDone.h"
@@ -13,24 +11,18 @@
 
 namespace trackloom {
 
+struct Session;
+
 /// The windows of a recording and of the other disc operations.
 struct WritingForms {
-  explicit WritingForms(Session& session)
-      : frmOptions([&session] { return std::make_shared<class frmOptions>(session); }),
-        frmStatus([&session] { return std::make_shared<class frmStatus>(session); }),
-        frmDone([&session] { return std::make_shared<class frmDone>(session); }),
-        frmError([&session] { return std::make_shared<class frmError>(session); }),
-        frmISO([&session] { return std::make_shared<class frmISO>(session); }),
-        frmDiskInfo([&session] { return std::make_shared<class frmDiskInfo>(session); }),
-        frmErase([&session] { return std::make_shared<class frmErase>(session); }) {}
-
-  FormSlot<class frmOptions> frmOptions;
-  FormSlot<class frmStatus> frmStatus;
-  FormSlot<class frmDone> frmDone;
-  FormSlot<class frmError> frmError;
-  FormSlot<class frmISO> frmISO;
-  FormSlot<class frmDiskInfo> frmDiskInfo;
-  FormSlot<class frmErase> frmErase;
+  Session& session;
+  FormSlot<class frmOptions> frmOptions{session, *this};
+  FormSlot<class frmStatus> frmStatus{session, *this};
+  FormSlot<class frmDone> frmDone{session, *this};
+  FormSlot<class frmError> frmError{session, *this};
+  FormSlot<class frmISO> frmISO{session, *this};
+  FormSlot<class frmDiskInfo> frmDiskInfo{session, *this};
+  FormSlot<class frmErase> frmErase{session, *this};
 };
 
 }  // namespace trackloom

@@ -6,15 +6,17 @@
 #include "controls/ListView.h"
 #include "controls/PictureBox.h"
 #include "controls/Timer.h"
+#include "writing/Blink.h"
 
 namespace trackloom {
 
 struct Session;
+struct WritingForms;
 
 /// Tells about the disc in the drive. Only a disc whose last session is known to be incomplete can be closed here.
 class frmDiskInfo final : public Form {
  public:
-  explicit frmDiskInfo(Session& session);
+  frmDiskInfo(Session& session, WritingForms& forms);
 
   PictureBox Image1{*this, "Image1"};
   Label Label1{*this, "Label1", "Inserted Disc Information"};
@@ -23,9 +25,14 @@ class frmDiskInfo final : public Form {
   Button cmdCloseDisc{*this, "cmdCloseDisc", "C&lose Disc"};
   Button cmdOK{*this, "cmdOK", "&OK"};
   Button cmdHelp{*this, "cmdHelp", "&Help"};
-  PictureBox imgStatus{*this, "imgStatus"};
+  PictureBox imgStatus{*this, "imgStatus", "Status"};
   Label lblStatus{*this, "lblStatus", ""};
-  Timer Timer1{*this, "Timer1", 2000};
+  Timer Timer1{*this, "Timer1", BlinkTime};
+
+ private:
+  void Load() override;
+
+  Session& session_;
 };
 
 }  // namespace trackloom

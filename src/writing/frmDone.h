@@ -11,11 +11,12 @@
 namespace trackloom {
 
 struct Session;
+struct WritingForms;
 
 /// Tells that a record operation has ended well, and what the disc is good for now.
 class frmDone final : public Form {
  public:
-  explicit frmDone(Session& session);
+  frmDone(Session& session, WritingForms& forms);
 
   PictureBox Image1{*this, "Image1"};
   Label Label1{*this, "Label1", "Operation Complete"};

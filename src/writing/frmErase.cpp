@@ -2,12 +2,11 @@
 
 #include "help/HelpLaunch.h"
 #include "model/Session.h"
+#include "model/frmImages.h"
 
 namespace trackloom {
 
-frmErase::frmErase(Session& session) : Form(session.host, "frmErase", "Erase CD") {
-  Image1.Picture = "Erase";
-  imgStatus.Picture = "Status";
+frmErase::frmErase(Session& session, WritingForms&) : Form(session.host, "frmErase", "Erase CD"), session_(session) {
   imgStatus.Visible = false;
   optQuick.select();
   // Nothing can be erased before somebody hears the engine tell that an erase has ended or failed.
@@ -15,7 +14,11 @@ frmErase::frmErase(Session& session) : Form(session.host, "frmErase", "Erase CD"
   cmdOK.Default = true;
   cmdCancel.Cancel = true;
   cmdCancel.Click = [this] { unload(); };
-  cmdHelp.Click = [&session] { showHelpTopic(session, EraseTopic); };
+  cmdHelp.Click = [this] { showHelpTopic(session_, EraseTopic); };
+}
+
+void frmErase::Load() {
+  takePicture(session_, &frmImages::imgErase, Image1);
 }
 
 }  // namespace trackloom

@@ -9,11 +9,12 @@
 namespace trackloom {
 
 struct Session;
+struct WritingForms;
 
 /// Tells why a write has failed; closing it ejects the disc.
 class frmError final : public Form {
  public:
-  explicit frmError(Session& session);
+  frmError(Session& session, WritingForms& forms);
 
   PictureBox Image1{*this, "Image1"};
   Label Label1{*this, "Label1", "Operation Error Details"};
@@ -21,6 +22,11 @@ class frmError final : public Form {
   Label lblError{*this, "lblError", ""};
   Button cmdClose{*this, "cmdClose", "&Close"};
   Button cmdHelp{*this, "cmdHelp", "&Help"};
+
+ private:
+  void Load() override;
+
+  Session& session_;
 };
 
 }  // namespace trackloom

@@ -2,11 +2,12 @@
 
 #include "help/HelpLaunch.h"
 #include "model/Session.h"
+#include "model/frmImages.h"
 
 namespace trackloom {
 
-frmISO::frmISO(Session& session) : Form(session.host, "frmISO", "Create MP3 CD ISO Image"), session_(session) {
-  Image1.Picture = "ISO";
+frmISO::frmISO(Session& session, WritingForms&)
+    : Form(session.host, "frmISO", "Create MP3 CD ISO Image"), session_(session) {
   txtImage.Locked = true;
   // Nothing can be browsed for without a file dialog, and without a file no image can be made.
   cmdBrowse.Enabled = false;
@@ -15,6 +16,10 @@ frmISO::frmISO(Session& session) : Form(session.host, "frmISO", "Create MP3 CD I
   cmdCancel.Cancel = true;
   cmdCancel.Click = [this] { cmdCancel_Click(); };
   cmdHelp.Click = [this] { showHelpTopic(session_, IsoTopic); };
+}
+
+void frmISO::Load() {
+  takePicture(session_, &frmImages::imgISO, Image1);
 }
 
 void frmISO::cmdCancel_Click() {

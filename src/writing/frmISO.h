@@ -11,11 +11,12 @@
 namespace trackloom {
 
 struct Session;
+struct WritingForms;
 
 /// Makes an image file of the open MP3 layout. The file is chosen by browsing alone.
 class frmISO final : public Form {
  public:
-  explicit frmISO(Session& session);
+  frmISO(Session& session, WritingForms& forms);
 
   PictureBox Image1{*this, "Image1"};
   Label Label1{*this, "Label1", "Create MP3 CD ISO Image"};
@@ -33,6 +34,7 @@ class frmISO final : public Form {
   Button cmdHelp{*this, "cmdHelp", "&Help"};
 
  private:
+  void Load() override;
   void cmdCancel_Click();
 
   Session& session_;

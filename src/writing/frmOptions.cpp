@@ -1,7 +1,9 @@
 #include "writing/frmOptions.h"
 
 #include "help/HelpLaunch.h"
+#include "model/Layout.h"
 #include "model/Session.h"
+#include "model/frmImages.h"
 #include "runtime/Text.h"
 
 namespace trackloom {
@@ -18,8 +20,8 @@ std::int16_t nextSpeed(std::int16_t speed) {
 
 }  // namespace
 
-frmOptions::frmOptions(Session& session) : Form(session.host, "frmOptions", "CD Creation Options"), session_(session) {
-  Image1.Picture = "Options";
+frmOptions::frmOptions(Session& session, WritingForms&)
+    : Form(session.host, "frmOptions", "CD Creation Options"), session_(session) {
   optCreateOnly.select();
   optClose.select();
   txtCopies.Locked = true;
@@ -38,12 +40,9 @@ frmOptions::frmOptions(Session& session) : Form(session.host, "frmOptions", "CD 
   cmdHelp.Click = [this] { showHelpTopic(session_, OptionsTopic); };
 }
 
-bool frmOptions::isAudio() const {
-  return session_.mod.LayoutType == AudioLayout;
-}
-
 void frmOptions::Load() {
-  const bool audio = isAudio();
+  takePicture(session_, &frmImages::imgOptions, Image1);
+  const bool audio = isAudioLayout(session_);
   optTrack.Enabled = audio;
   lblTrack.Enabled = audio;
   optLeaveOpen.Enabled = !audio;
@@ -72,7 +71,7 @@ void frmOptions::cmdOK_Click() {
   mod.RecordConfirmed = true;
   takeCloseMode();
   takeCache();
-  if (!isAudio()) {
+  if (!isAudioLayout(session_)) {
     const std::string label = Trim(txtVolume.Text.get());
     mod.DiscVolumeLabel = label.empty() ? DesignedVolume : label;
   }
@@ -87,10 +86,10 @@ void frmOptions::takeCloseMode() {
   if (optClose.selected()) {
     writer.SetCloseDisc(true);
     writer.SetCloseSession(true);
-  } else if (!isAudio() && optLeaveOpen.selected()) {
+  } else if (!isAudioLayout(session_) && optLeaveOpen.selected()) {
     writer.SetCloseSession(true);
     writer.SetCloseDisc(false);
-  } else if (isAudio() && optTrack.selected()) {
+  } else if (isAudioLayout(session_) && optTrack.selected()) {
     writer.SetCloseSession(false);
     writer.SetCloseDisc(false);
   }
@@ -98,7 +97,7 @@ void frmOptions::takeCloseMode() {
 
 void frmOptions::takeCache() {
   CDWriterXP& writer = *session_.frmListing().CDR1;
-  if (isAudio())
+  if (isAudioLayout(session_))
     writer.SetCacheAudioTracks(chkCache.Value);
   else
     writer.SetCacheDataTrack(chkCache.Value);

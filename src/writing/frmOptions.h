@@ -15,11 +15,12 @@
 namespace trackloom {
 
 struct Session;
+struct WritingForms;
 
 /// Takes the settings of a recording: what kind of pass, how fast, how often, and what becomes of the disc.
 class frmOptions final : public Form {
  public:
-  explicit frmOptions(Session& session);
+  frmOptions(Session& session, WritingForms& forms);
 
   PictureBox Image1{*this, "Image1"};
   Label Label1{*this, "Label1", "Select CD Creation Options"};
@@ -69,7 +70,6 @@ class frmOptions final : public Form {
   void takeCloseMode();
   void takeCache();
   void takeTestMode();
-  bool isAudio() const;
 
   Session& session_;
 };

@@ -1,16 +1,18 @@
 #include "writing/frmStatus.h"
 
 #include "model/Session.h"
+#include "model/frmImages.h"
 #include "runtime/Text.h"
 
 namespace trackloom {
 
-frmStatus::frmStatus(Session& session) : Form(session.host, "frmStatus", "CD Creation Status"), session_(session) {
-  Image1.Picture = "Status";
+frmStatus::frmStatus(Session& session, WritingForms&)
+    : Form(session.host, "frmStatus", "CD Creation Status"), session_(session) {
   cmdCancel.Click = [this] { cmdCancel_Click(); };
 }
 
 void frmStatus::Load() {
+  takePicture(session_, &frmImages::imgStatus, Image1);
   lblSpeed.Caption = session_.mod.WriteSpeedText;
 }
 

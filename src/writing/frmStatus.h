@@ -12,11 +12,12 @@
 namespace trackloom {
 
 struct Session;
+struct WritingForms;
 
 /// Shows how a write goes on. The user cannot close it, only cancel the write.
 class frmStatus final : public Form {
  public:
-  explicit frmStatus(Session& session);
+  frmStatus(Session& session, WritingForms& forms);
 
   PictureBox Image1{*this, "Image1"};
   Frame Frame1{*this, "Frame1", "Operation Details"};

@@ -40,7 +40,7 @@ struct Sample : Form {
 struct Slots {
   fakes::ScriptedDesk host;
   std::string log;
-  FormSlot<Sample> slot{[this] { return std::make_shared<Sample>(host, log); }};
+  FormSlot<Sample> slot{host, log};
 };
 
 }  // namespace
@@ -52,7 +52,7 @@ TEST_CASE("A form that unloads itself in its Load can still be read, is not show
   };
   fakes::ScriptedDesk host;
   std::string log;
-  FormSlot<Sample> slot([&] { return std::make_shared<Shy>(host, log); });
+  FormSlot<Shy> slot(host, log);
   Sample& form = slot.get();
   CHECK(form.button.Caption == std::string("&Go"));
   CHECK(form.closed());

@@ -33,7 +33,7 @@ void ScriptedDesk::hide(Form& form) {
 }
 
 void ScriptedDesk::discard(Form& form) {
-  transcript.push_back("unload " + form.name());
+  if (form.name() != "frmImages") transcript.push_back("unload " + form.name());
 }
 
 void ScriptedDesk::repaint(Control& control) {

@@ -29,7 +29,8 @@ class ScriptedDesk final : public FormHost, public MessageBoxes {
   /// The boxes that have been shown, the last one at the end.
   std::vector<MessageBox> boxes;
   const MessageBox& lastBox() const { return boxes.back(); }
-  /// What was shown, hidden and unloaded, such as "show frmOpen", and painted out of turn.
+  /// What was shown, hidden and unloaded, such as "show frmOpen", and painted out of turn. frmImages is left out: no
+  /// user ever sees it come or go.
   std::vector<std::string> transcript;
   /// Runs before each box is answered; for what happens while one is open.
   std::function<void(const MessageBox&)> whileBoxIsOpen;

@@ -221,25 +221,6 @@ TEST_CASE("A sorted MP3 layout takes each new row at its place") {
   CHECK(layout.rows().Item(3).Text == "c.mp3");
 }
 
-TEST_CASE("The sort of an MP3 layout follows the option, whatever its value") {
-  Layout layout(Mp3Layout);
-  struct Case {
-    std::int16_t mode;
-    bool sorted;
-    int key;
-  };
-  for (const Case& c : {Case{1, true, 3}, Case{-7, true, 0}, Case{2, false, 0}, Case{1, true, 3}, Case{9, false, 3}}) {
-    layout.mod().Options.SortMode = c.mode;
-    ApplyListingSort(layout.session());
-    CHECK(layout.rows().Sorted() == c.sorted);
-    CHECK(layout.rows().SortKey() == c.key);
-  }
-  layout.mod().LayoutType = AudioLayout;
-  layout.mod().Options.SortMode = 0;
-  ApplyListingSort(layout.session());
-  CHECK_FALSE(layout.rows().Sorted());
-}
-
 TEST_CASE("A command that closes the layout while a batch lets events run leaves nothing of the batch") {
   Layout layout(AudioLayout);
   const std::string first = layout.makeTrack("a.mp3", 10);

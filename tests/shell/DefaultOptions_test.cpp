@@ -174,7 +174,7 @@ TEST_CASE("The dialog has its words and shows what the file holds") {
     CHECK(form.chkPrompt.Value);
     form.cmdCancel.click();
   });
-  CHECK_FALSE(machine.program().forms().shell.frmImages.exists());
+  CHECK_FALSE(machine.session().frmImages.exists());
 }
 
 TEST_CASE("OK sorts an open MP3 layout at once") {

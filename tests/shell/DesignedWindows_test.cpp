@@ -217,7 +217,38 @@ TEST_CASE("frmAbout names program, version and licence") {
     form.cmdOK.click();
   });
   machine.click("mnuHelpAbout");
-  CHECK_FALSE(machine.forms().shell.frmImages.exists());
+  CHECK_FALSE(machine.session().frmImages.exists());
+}
+
+TEST_CASE("Every dialog copies its picture from frmImages when it loads, which is unloaded at once") {
+  Running machine(Mp3Layout);
+  ProgramForms& forms = machine.forms();
+  const auto checkPicture = [&machine](auto& slot, const std::string& picture) {
+    slot.unload();
+    INFO(slot->name());
+    CHECK(slot->Image1.Picture == picture);
+    CHECK_FALSE(machine.session().frmImages.exists());
+  };
+  checkPicture(forms.shell.frmAbout, "About");
+  checkPicture(forms.shell.frmDefaultOptions, "DefaultOptions");
+  checkPicture(forms.layout.frmNewOption, "NewLayout");
+  checkPicture(forms.layout.frmFiles, "Files");
+  checkPicture(forms.layout.frmSave, "Save");
+  checkPicture(forms.layout.frmOpenLayout, "OpenLayout");
+  checkPicture(forms.layout.frmFolder, "Folder");
+  checkPicture(forms.layout.frmChooseSort, "Sort");
+  checkPicture(forms.writing.frmOptions, "Options");
+  checkPicture(forms.writing.frmStatus, "Status");
+  checkPicture(forms.writing.frmDone, "Done");
+  checkPicture(forms.writing.frmError, "Error");
+  checkPicture(forms.writing.frmISO, "ISO");
+  checkPicture(forms.writing.frmDiskInfo, "DiskInfo");
+  checkPicture(forms.writing.frmErase, "Erase");
+  checkPicture(forms.search.frmSearch, "Search");
+  checkPicture(forms.printing.frmReadStatus, "Tags");
+  checkPicture(forms.printing.frmPrintList, "Print");
+  checkPicture(forms.ripper.frmRipMain, "Ripper");
+  checkPicture(forms.shell.frmNOCD, "NoDrive");
 }
 
 TEST_CASE("Each of these windows has one button for Esc") {
