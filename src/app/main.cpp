@@ -35,6 +35,7 @@ int runProgram() {
   NoHelpViewer help;
   NoCommonControls commonControls;
   const HostPath programFolder(process.executableFolder());
+  process.whenFirst = [&programFolder] { explainEngineSettings(programFolder); };
   const EngineSettings settings = loadEngineSettings(programFolder);
   DiscWriters writers(settings.virtualRecorders ? findVirtualRecorders(programFolder) : RecorderList(),
                       std::make_shared<AudioFiles>(), events, {settings.pause, HostPath(ScratchFolder)});

@@ -6,9 +6,11 @@
 
 #include <QLocale>
 #include <cerrno>
+#include <csignal>
 #include <cstdio>
 #include <filesystem>
 #include <iostream>
+#include <utility>
 
 namespace trackloom {
 
@@ -18,8 +20,9 @@ constexpr const char* Executable = "/proc/self/exe";
 
 }  // namespace
 
-LinuxProcess::~LinuxProcess() {
-  if (lock_ >= 0) close(lock_);
+LinuxProcess::LinuxProcess() {
+  std::signal(SIGPIPE, SIG_IGN);
+  std::signal(SIGXFSZ, SIG_IGN);
 }
 
 std::string LinuxProcess::executableFolder() {
@@ -27,16 +30,13 @@ std::string LinuxProcess::executableFolder() {
 }
 
 bool LinuxProcess::isSecondInstance() {
-  if (lock_ >= 0) return false;
-  const int file = open(Executable, O_RDONLY | O_CLOEXEC);
-  if (file < 0) return false;
-  const bool locked = flock(file, LOCK_EX | LOCK_NB) == 0;
-  const bool heldByAnother = !locked && errno == EWOULDBLOCK;
-  if (locked)
-    lock_ = file;
-  else
-    close(file);
-  return heldByAnother;
+  if (first_) return false;
+  FileDescriptor folder(::open(executableFolder().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  if (folder && ::flock(folder.get(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) return true;
+  folder_ = std::move(folder);
+  first_ = true;
+  if (whenFirst) whenFirst();
+  return false;
 }
 
 void LinuxProcess::end(int status) {

@@ -1,7 +1,10 @@
 #pragma once
 
+#include <functional>
+
 #include "ports/CommonControls.h"
 #include "ports/Process.h"
+#include "runtime/FileDescriptor.h"
 #include "runtime/Numbers.h"
 
 namespace trackloom {
@@ -12,14 +15,12 @@ class NoCommonControls final : public CommonControls {
   bool initialise(std::int32_t /*structureSize*/, std::int32_t /*classFlags*/) override { return true; }
 };
 
-/// The process as Linux sees it. A lock on the executable's own file tells a second instance, so that nothing is left
-/// behind by a crash and two installations do not hinder each other.
+/// The process as Linux sees it. A lock on the program's folder tells a second instance, so that nothing is left behind
+/// by a crash, two installations do not hinder each other, and an executable that is replaced while it runs lets no
+/// second one in. A closed pipe and a limit on the size of files end no process but are errors of the call.
 class LinuxProcess final : public Process {
  public:
-  LinuxProcess() = default;
-  LinuxProcess(const LinuxProcess&) = delete;
-  LinuxProcess& operator=(const LinuxProcess&) = delete;
-  ~LinuxProcess() override;
+  LinuxProcess();
 
   std::string executableFolder() override;
   /// The first call takes the lock, which is held for life. Where the file system knows no locks, no instance is a
@@ -27,8 +28,12 @@ class LinuxProcess final : public Process {
   bool isSecondInstance() override;
   [[noreturn]] void end(int status) override;
 
+  /// Runs once, when this is known to be no second instance.
+  std::function<void()> whenFirst;
+
  private:
-  int lock_ = -1;
+  FileDescriptor folder_;
+  bool first_ = false;
 };
 
 /// The signs of the number format that the user has chosen for the system.

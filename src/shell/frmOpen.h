@@ -21,6 +21,8 @@ class frmOpen final : public Form {
 
  private:
   void Load() override;
+  /// Only its timer ends it: without it the main window would never come, and the process would have no window.
+  bool QueryUnload(CloseReason reason) override { return reason == CloseReason::Program; }
   void Timer1_Tick();
 
   Session& session_;

@@ -1,8 +1,16 @@
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+
 #include <QApplication>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTimer>
+#include <array>
 #include <catch2/catch.hpp>
+#include <cerrno>
+#include <csignal>
+#include <filesystem>
 #include <thread>
 
 #include "desktop/Appearance.h"
@@ -12,6 +20,11 @@
 #include "desktop/QtMessageBoxes.h"
 #include "desktop/Trial.h"
 #include "desktop/User.h"
+#include "fakes/ChildProcess.h"
+#include "fakes/ErrorNumber.h"
+#include "fakes/TempFolder.h"
+#include "runtime/FileDescriptor.h"
+#include "runtime/Files.h"
 
 namespace trackloom {
 
@@ -19,6 +32,12 @@ using trial::comesTrue;
 using Lines = std::vector<std::string>;
 
 namespace {
+
+/// Whether somebody holds a lock on the file or folder.
+bool locks(const std::string& path) {
+  const FileDescriptor file = FileDescriptor::open(path, O_RDONLY);
+  return ::flock(file.get(), LOCK_EX | LOCK_NB) != 0;
+}
 
 /// Shows a box, lets `user` deal with it, and gives the answer.
 BoxAnswer answerTo(const MessageBox& box, const std::function<void(QMessageBox&)>& user) {
@@ -111,13 +130,51 @@ TEST_CASE("A file to open becomes an address that keeps every byte and cannot be
   CHECK(desktopAddress("https://example.org/a?b=c#d").toEncoded() == "https://example.org/a?b=c#d");
 }
 
-TEST_CASE("The executable's own file tells a second instance, and the first goes on being the first") {
+TEST_CASE("A lock on the program's folder tells a second instance, and the first goes on being the first") {
   LinuxProcess first;
   CHECK_FALSE(first.isSecondInstance());
   CHECK_FALSE(first.isSecondInstance());
   LinuxProcess second;
   CHECK(second.isSecondInstance());
+  CHECK(second.isSecondInstance());
   CHECK(QApplication::applicationDirPath().toStdString() == first.executableFolder());
+  CHECK_FALSE(locks("/proc/self/exe"));
+  CHECK(locks(first.executableFolder()));
+}
+
+TEST_CASE("The first instance is told once that it is, and a second one is not") {
+  int told = 0;
+  LinuxProcess first;
+  first.whenFirst = [&] { ++told; };
+  CHECK(told == 0);
+  CHECK_FALSE(first.isSecondInstance());
+  CHECK_FALSE(first.isSecondInstance());
+  CHECK(told == 1);
+  LinuxProcess second;
+  second.whenFirst = [&] { told = 99; };
+  CHECK(second.isSecondInstance());
+  CHECK(told == 1);
+}
+
+TEST_CASE("A first instance that has gone leaves its place to the next") {
+  { CHECK_FALSE(LinuxProcess().isSecondInstance()); }
+  CHECK_FALSE(LinuxProcess().isSecondInstance());
+}
+
+TEST_CASE("A closed pipe and a limit on the size of files are errors, and end no process") {
+  const fakes::TempFolder folder;
+  const fakes::ChildProcess child([&] {
+    std::signal(SIGPIPE, SIG_DFL);
+    std::signal(SIGXFSZ, SIG_DFL);
+    const LinuxProcess process;
+    std::array<int, 2> pipe{};
+    if (::pipe(pipe.data()) != 0 || ::close(pipe[0]) != 0) return 1;
+    if (::write(pipe[1], "x", 1) != -1 || errno != EPIPE) return 2;
+    fakes::limitFiles(2);
+    return fakes::errorNumberOf([&] { ReplaceFile(HostPath(folder / "file"), "whole"); });
+  });
+  CHECK(child.status() == RuntimeError::DiskFull);
+  CHECK(std::filesystem::is_empty(folder.path()));
 }
 
 TEST_CASE("On a dark desktop every text stands out from its ground, disabled ones too") {

@@ -128,6 +128,20 @@ TEST_CASE("E007: Cancel at the exit question leaves window, layout and files as 
   CHECK_FALSE(machine.folder.has("Trackloom.dsl"));
 }
 
+TEST_CASE("A close request leaves the splash, which only its timer ends") {
+  Machine machine;
+  machine.start();
+  REQUIRE(machine.desk.transcript == Lines{"show frmOpen", "show frmListing", "unload frmOpen"});
+
+  frmOpen& splash = machine.program().forms().shell.frmOpen.get();
+  splash.show();
+  splash.closeBox();
+  CHECK_FALSE(splash.closed());
+  CHECK(splash.Timer1.Enabled);
+  splash.Timer1.tick();
+  CHECK(splash.closed());
+}
+
 TEST_CASE("E008: A second instance ends with nothing written") {
   Machine machine;
   machine.startQuietly();

@@ -11,6 +11,10 @@ namespace {
 /// A minute of silence; more is a slip of the keyboard.
 constexpr std::int32_t LongestPause = 60 * 75;
 
+HostPath settingsPath(const HostPath& programFolder) {
+  return HostPath(EnsureTrailingSep(programFolder.text) + "Engines.ini");
+}
+
 std::string explainedDefaults(const EngineSettings& settings) {
   return IniWriter()
       .comment("Settings of Trackloom's engines. Every line may be left out.")
@@ -26,15 +30,17 @@ std::string explainedDefaults(const EngineSettings& settings) {
 }  // namespace
 
 EngineSettings loadEngineSettings(const HostPath& programFolder) {
-  const HostPath path(EnsureTrailingSep(programFolder.text) + "Engines.ini");
   EngineSettings settings;
-  if (const auto file = IniFile::load(path)) {
+  if (const auto file = IniFile::load(settingsPath(programFolder))) {
     settings.pause = file->number("Writing", "pause", 0, LongestPause).value_or(settings.pause);
     settings.virtualRecorders = file->flag("Recorders", "virtual").value_or(settings.virtualRecorders);
-  } else if (!FileExists(path)) {
-    skipOnError([&] { ReplaceFile(path, explainedDefaults(settings)); });
   }
   return settings;
+}
+
+void explainEngineSettings(const HostPath& programFolder) {
+  const HostPath path = settingsPath(programFolder);
+  if (!FileExists(path)) skipOnError([&] { ReplaceFile(path, explainedDefaults(EngineSettings())); });
 }
 
 }  // namespace trackloom

@@ -14,8 +14,11 @@ struct EngineSettings {
   bool virtualRecorders = true;
 };
 
-/// Reads the settings; a key that is missing or makes no sense has its default. Without a file, one is made that
-/// explains every key; where that fails nothing is said, since the defaults serve.
+/// Reads the settings; a key that is missing or makes no sense has its default.
 EngineSettings loadEngineSettings(const HostPath& programFolder);
+
+/// Where there is no file of settings, makes one that explains every key. Where that fails nothing is said, since the
+/// defaults serve.
+void explainEngineSettings(const HostPath& programFolder);
 
 }  // namespace trackloom

@@ -8,13 +8,20 @@ namespace trackloom {
 
 using fakes::TempFolder;
 
-TEST_CASE("The first start of the engines leaves a settings file that gives the defaults again") {
+TEST_CASE("Settings are only read, and their explanation gives the defaults again") {
   TempFolder folder;
   CHECK(loadEngineSettings(HostPath(folder.path())).pause == 150);
+  CHECK_FALSE(folder.has("Engines.ini"));
+  explainEngineSettings(HostPath(folder.path()));
   CHECK(folder.read("Engines.ini").find("pause = 150") != std::string::npos);
-  const std::string written = folder.read("Engines.ini");
   CHECK(loadEngineSettings(HostPath(folder.path())).virtualRecorders);
-  CHECK(folder.read("Engines.ini") == written);
+}
+
+TEST_CASE("The explanation leaves a file that is there already as it is") {
+  TempFolder folder;
+  folder.write("Engines.ini", "; mine");
+  explainEngineSettings(HostPath(folder.path()));
+  CHECK(folder.read("Engines.ini") == "; mine");
 }
 
 TEST_CASE("What the user set is taken, and what makes no sense is not") {
@@ -28,6 +35,7 @@ TEST_CASE("What the user set is taken, and what makes no sense is not") {
 }
 
 TEST_CASE("A program folder that cannot be written gives the defaults in silence") {
+  explainEngineSettings(HostPath("/no/such/folder"));
   CHECK(loadEngineSettings(HostPath("/no/such/folder")).pause == 150);
 }
 
