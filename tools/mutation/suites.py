@@ -1,0 +1,146 @@
+"""The tests: which faults each of them comes by, and whether one of them notices a fault."""
+
+import collections
+import json
+import math
+import os
+import pathlib
+import resource
+import shutil
+import signal
+import subprocess
+import tempfile
+import time
+
+# Tests of the house say nothing about a fault in the program; the tour and the attacks are too slow to be asked.
+NOT_ASKED = "attack|house|tour"
+
+# What a test may take: this many times what it took without a fault, and this many seconds, of the processor's time and
+# of the clock's. A hang is noticed; a busy machine, which costs the clock's time only, is none.
+LONGER = 8
+BUSY = 4
+PATIENCE = 40
+
+# Nobody knows yet how long a test takes, in seconds.
+FIRST_RUN = 300
+
+# The tests of one program run together as long as they last no longer than this, in seconds.
+BATCH = 4
+
+
+class Test:
+    """A test as CTest knows it."""
+
+    def __init__(self, row):
+        properties = {entry["name"]: entry["value"] for entry in row.get("properties", [])}
+        self.name = row["name"]
+        self.program, *self.words = row["command"]
+        self.environment = tuple(properties.get("ENVIRONMENT", []))
+        self.folder = properties.get("WORKING_DIRECTORY", ".")
+        self.seconds = 0.0
+        self.reached = frozenset()
+
+
+Outcome = collections.namedtuple("Outcome", "passed seconds words")
+
+
+class Suites:
+    def __init__(self, built, jobs):
+        self.tests = [Test(row) for row in _listed(built) if "command" in row]
+        self.jobs = jobs
+        self.broken = []
+
+    def measure(self, pool, faults):
+        """Runs each test by itself without a fault and notes what it comes by. A test that fails so is asked no more."""
+        outcomes = list(pool.map(lambda test: self._measure(test, max(faults, default=0) + 1), self.tests))
+        self.broken = [test.name for test, outcome in zip(self.tests, outcomes) if not outcome.passed]
+        self.tests = [test for test, outcome in zip(self.tests, outcomes) if outcome.passed and test.reached]
+
+    def _measure(self, test, size):
+        with tempfile.NamedTemporaryFile() as file:
+            file.truncate(size)
+            outcome = run([test], {"MUTATION_REACHED": file.name}, FIRST_RUN)
+            test.reached = frozenset(number for number, mark in enumerate(pathlib.Path(file.name).read_bytes()) if mark)
+        test.seconds = outcome.seconds
+        return outcome
+
+    def noticed(self, number):
+        """The name of what noticed the fault, or None. The quickest tests come first."""
+        for batch in self._batches(number):
+            outcome = run(batch, {"MUTATION_FAULT": str(number)}, LONGER * sum(test.seconds for test in batch))
+            if not outcome.passed:
+                return batch[0].name if len(batch) == 1 else os.path.basename(batch[0].program)
+        return None
+
+    def reaching(self, number):
+        return [test for test in self.tests if number in test.reached]
+
+    def _batches(self, number):
+        """Tests of one program and environment run in one process, the quickest of them in the first batch."""
+        programs = collections.defaultdict(list)
+        for test in self.reaching(number):
+            programs[test.program, test.environment, test.folder].append(test)
+        batches = [batch for tests in programs.values() for batch in _cut(sorted(tests, key=lambda test: test.seconds))]
+        return sorted(batches, key=lambda batch: sum(test.seconds for test in batch))
+
+
+def _cut(tests):
+    batch, seconds = [], 0
+    for test in tests:
+        if batch and seconds + test.seconds > BATCH:
+            yield batch
+            batch, seconds = [], 0
+        batch.append(test)
+        seconds += test.seconds
+    if batch:
+        yield batch
+
+
+def _listed(built):
+    command = ["ctest", "--test-dir", str(built), "--show-only=json-v1", "-LE", NOT_ASKED]
+    return json.loads(subprocess.run(command, check=True, stdout=subprocess.PIPE).stdout)["tests"]
+
+
+def run(tests, told, seconds):
+    """Runs tests of one program in one process, in a temporary folder of their own. `seconds` is how long they may take, with
+    some grace; who takes longer has failed."""
+    scratch = tempfile.mkdtemp(prefix="mutate-")
+    environment = {**os.environ, **dict(entry.split("=", 1) for entry in tests[0].environment), "TMPDIR": scratch, **told}
+    command = [tests[0].program, *(word for test in tests for word in test.words)]
+    if len(tests) > 1:
+        command.append("--abort")
+    began = time.monotonic()
+    try:
+        status, words = _finished(command, environment, tests[0].folder, seconds)
+    finally:
+        shutil.rmtree(scratch, ignore_errors=True)
+    return Outcome(status == 0, time.monotonic() - began, words)
+
+
+def _finished(command, environment, folder, seconds):
+    """The exit status and the words of the command; negative where it was ended."""
+
+    def bounded():
+        resource.setrlimit(resource.RLIMIT_CPU, (math.ceil(BUSY + seconds),) * 2)
+        resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
+        resource.setrlimit(resource.RLIMIT_AS, (8 << 30, 8 << 30))
+
+    with subprocess.Popen(
+        command, env=environment, cwd=folder, start_new_session=True, preexec_fn=bounded,
+        stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, errors="replace",
+    ) as process:
+        try:
+            words, _ = process.communicate(timeout=PATIENCE + seconds)
+        except subprocess.TimeoutExpired:
+            words = "hangs"
+        finally:
+            _end(process.pid)
+        return process.wait(), words
+
+
+def _end(group):
+    """Whoever the test left behind goes with it."""
+    try:
+        os.killpg(group, signal.SIGKILL)
+    except ProcessLookupError:
+        pass
