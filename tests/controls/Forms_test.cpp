@@ -209,4 +209,138 @@ TEST_CASE("A tool that is disabled raises nothing, and an unknown one is error 9
   CHECK_THROWS_AS(form.dock.SelectEntry(box, 2), RuntimeError);
 }
 
+namespace {
+
+/// Writes down each event of its life together with what can be read of it then.
+struct Diary : Form {
+  explicit Diary(FormHost& host) : Form(host, "Diary", "caption") {}
+  std::string log;
+  bool willing = true;
+
+  void note(const std::string& event) { log += event + (visible() ? "+" : "-") + (closed() ? "closed " : " "); }
+
+ protected:
+  void Load() override {
+    note("load");
+    load();
+  }
+  bool QueryUnload(CloseReason reason) override {
+    note(reason == CloseReason::User ? "user?" : "program?");
+    return willing;
+  }
+  void Unload() override {
+    note("unload");
+    unload();
+  }
+  void Activate() override { note("activate"); }
+};
+
+/// What the host is told, and what the form looks like at that moment.
+struct Mirror final : FormHost {
+  std::string log;
+  Form* owner = nullptr;
+  void show(Form& form) override { note("show", form); }
+  void showModal(Form& form, Form* before) override {
+    owner = before;
+    note("modal", form);
+  }
+  void hide(Form& form) override { note("hide", form); }
+  void discard(Form& form) override { note("discard", form); }
+  void repaint(Control& control) override { log += "repaint " + control.name(); }
+
+ private:
+  void note(const std::string& event, const Form& form) { log += event + (form.visible() ? "+ " : "- "); }
+};
+
+}  // namespace
+
+TEST_CASE("A form starts loaded once, hidden, open, in its normal state at no place") {
+  Mirror host;
+  const auto form = std::make_shared<Diary>(host);
+  CHECK_FALSE(form->visible());
+  CHECK_FALSE(form->closed());
+  CHECK(form->placement == Placement{WindowState::Normal, 0, 0, 0, 0});
+  form->load();
+  form->load();
+  CHECK(form->log == "load- ");
+}
+
+TEST_CASE("The host hears of a form that is already in its new state") {
+  Mirror host;
+  const auto form = std::make_shared<Diary>(host);
+  form->show();
+  form->hide();
+  form->hide();
+  form->show();
+  CHECK(host.log == "show+ hide- show+ ");
+  CHECK(form->unload());
+  CHECK(host.log == "show+ hide- show+ discard- ");
+  CHECK(form->log == "load- program?+ unload+closed ");
+  CHECK_FALSE(form->visible());
+}
+
+TEST_CASE("A modal form is loaded, visible and before its owner") {
+  Mirror host;
+  const auto owner = std::make_shared<Diary>(host);
+  const auto form = std::make_shared<Diary>(host);
+  form->showModal(owner.get());
+  CHECK(form->log == "load- ");
+  CHECK(host.log == "modal+ ");
+  CHECK(host.owner == owner.get());
+}
+
+TEST_CASE("A form that refuses to go stays, whoever asks, and an unloaded one goes once and comes no more") {
+  Mirror host;
+  const auto form = std::make_shared<Diary>(host);
+  int told = 0;
+  form->onUnloaded = [&] { ++told; };
+  form->show();
+  form->willing = false;
+  form->closeBox();
+  CHECK_FALSE(form->unload());
+  CHECK_FALSE(form->closed());
+  CHECK(form->log == "load- user?+ program?+ ");
+  form->willing = true;
+  form->closeBox();
+  CHECK(form->closed());
+  CHECK(form->unload());
+  CHECK(told == 1);
+  form->show();
+  form->showModal(nullptr);
+  CHECK(host.log == "show+ discard- ");
+}
+
+TEST_CASE("Only an open form hears of its activation") {
+  Mirror host;
+  const auto form = std::make_shared<Diary>(host);
+  form->activated();
+  form->unload();
+  form->activated();
+  CHECK(form->log == "activate- program?- unload-closed ");
+}
+
+TEST_CASE("A form that is unloaded while it is asked about that goes once") {
+  struct Hasty : Diary {
+    using Diary::Diary;
+    bool QueryUnload(CloseReason reason) override {
+      if (std::exchange(first, false)) unload();
+      return Diary::QueryUnload(reason);
+    }
+    bool first = true;
+  };
+  Mirror host;
+  const auto form = std::make_shared<Hasty>(host);
+  CHECK(form->unload());
+  CHECK(host.log == "discard- ");
+  CHECK(form->log == "program?- unload-closed program?-closed ");
+}
+
+TEST_CASE("A control is painted at once when it asks for it") {
+  Mirror host;
+  Diary form(host);
+  Button button(form, "button", "");
+  button.Refresh();
+  CHECK(host.log == "repaint button");
+}
+
 }  // namespace trackloom

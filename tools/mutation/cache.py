@@ -1,4 +1,4 @@
-"""Keeps the faults of a source as long as the source and the tool stay what they are, since clang reads slowly."""
+"""Keeps the faults of a source as long as it and those who find them stay what they are, since clang reads slowly."""
 
 import concurrent.futures
 import hashlib
@@ -12,8 +12,8 @@ class FaultCache:
     def __init__(self, tree):
         self.tree = tree
         self.folder = tree.work / "faults"
-        tools = sorted(pathlib.Path(__file__).parent.glob("*.py"))
-        self.tool = b"".join(path.read_bytes() for path in tools)
+        here = pathlib.Path(__file__).parent
+        self.finders = b"".join((here / name).read_bytes() for name in ("cache.py", "faults.py", "finding.py"))
 
     def faults_of(self, names, jobs):
         """All faults of these sources, in their order."""
@@ -23,7 +23,7 @@ class FaultCache:
 
     def _one(self, name):
         path = self.tree.root / name
-        kept = self.folder / hashlib.sha256(self.tool + name.encode() + path.read_bytes()).hexdigest()
+        kept = self.folder / hashlib.sha256(self.finders + name.encode() + path.read_bytes()).hexdigest()
         if kept.exists():
             return pickle.loads(kept.read_bytes())
         faults = faults_of(path, name, self.tree.arguments(name))
