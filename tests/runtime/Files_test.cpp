@@ -221,6 +221,109 @@ TEST_CASE("A file is on the disk before it takes its place, and its folder befor
   CHECK(synced == Lines{"a file beside the old", "the folder with the new"});
 }
 
+TEST_CASE("A file has the length that was written into it, also through a link") {
+  TempFolder folder;
+  folder.write("empty", "");
+  folder.write("file", std::string(5000, 'x'));
+  std::filesystem::create_symlink("file", folder / "link");
+  CHECK(FileLength(HostPath(folder / "empty")) == 0);
+  CHECK(FileLength(HostPath(folder / "link")) == 5000);
+}
+
+TEST_CASE("The start of a file is what was asked for, over any number of reads, and no more") {
+  TempFolder folder;
+  std::string bytes;
+  for (int i = 0; i < 10000; ++i) bytes += static_cast<char>('a' + i % 23);
+  folder.write("file", bytes);
+  for (const std::size_t length : {std::size_t{0}, std::size_t{1}, std::size_t{4096}, std::size_t{4097}, bytes.size()})
+    CHECK(ReadStart(HostPath(folder / "file"), length) == bytes.substr(0, length));
+  CHECK(ReadStart(HostPath(folder / "file"), 20000) == bytes);
+  CHECK(fakes::errorNumberOf([&] { ReadStart(HostPath(folder.path()), 1); }) == 75);
+}
+
+TEST_CASE("An extension is found at the end of a name alone, a name of nothing else included") {
+  TempFolder folder;
+  for (const char* name : {".mp3", "a.mp3x", "a.mp3.wav", "mp3", "b.MP3"}) folder.write(name, "");
+  std::filesystem::create_symlink("nowhere.mp3", folder / "dangling.mp3");
+  CHECK(ListFiles(HostPath(folder.path()), ".mp3") == Lines{".mp3", "b.MP3"});
+  CHECK(ListFiles(HostPath(folder.path()), ".flac").empty());
+}
+
+TEST_CASE("The home folder is the user's where that is a path from the root, and the root where it is none") {
+  const char* const before = std::getenv("HOME");
+  const std::string kept = before == nullptr ? "" : before;
+  ::setenv("HOME", "/home/somebody", 1);
+  CHECK(HomeFolder().text == "/home/somebody");
+  ::setenv("HOME", "somewhere", 1);
+  CHECK(HomeFolder().text == "/");
+  ::setenv("HOME", "", 1);
+  CHECK(HomeFolder().text == "/");
+  ::unsetenv("HOME");
+  CHECK(HomeFolder().text == "/");
+  if (before != nullptr) ::setenv("HOME", kept.c_str(), 1);
+}
+
+TEST_CASE("A folder is made once, with all that the mask leaves, and in a folder that is there") {
+  TempFolder folder;
+  const mode_t before = ::umask(0);
+  MakeFolder(HostPath(folder / "new"));
+  ::umask(before);
+  CHECK(permissionsOf(folder / "new") == 0777);
+  CHECK(FolderExists(HostPath(folder / "new")));
+  CHECK(fakes::errorNumberOf([&] { MakeFolder(HostPath(folder / "new")); }) == 75);
+  CHECK(fakes::errorNumberOf([&] { MakeFolder(HostPath(folder / "none/new")); }) == 53);
+}
+
+TEST_CASE("Touching makes an empty file, and empties the one there is") {
+  TempFolder folder;
+  folder.write("full", "words");
+  TouchFile(HostPath(folder / "full"));
+  TouchFile(HostPath(folder / "fresh"));
+  CHECK(folder.read("full").empty());
+  CHECK(folder.has("fresh"));
+}
+
+TEST_CASE("A folder's name gets one separator at its end") {
+  CHECK(EnsureTrailingSep("") == "/");
+  CHECK(EnsureTrailingSep("/") == "/");
+  CHECK(EnsureTrailingSep("/a") == "/a/");
+  CHECK(EnsureTrailingSep("/a/") == "/a/");
+  CHECK(DiscSep == '\\');
+}
+
+TEST_CASE("A descriptor is open until it is closed, moved away or dropped") {
+  TempFolder folder;
+  folder.write("file", "x");
+  int number = -1;
+  {
+    FileDescriptor file = FileDescriptor::open(folder / "file", O_RDONLY);
+    number = file.get();
+    CHECK(file);
+    FileDescriptor taken = std::move(file);
+    CHECK(taken.get() == number);
+    FileDescriptor other;
+    CHECK_FALSE(other);
+    CHECK(other.close());
+    other = std::move(taken);
+    CHECK(other.get() == number);
+    CHECK(::fcntl(number, F_GETFD) != -1);
+  }
+  CHECK(::fcntl(number, F_GETFD) == -1);
+  CHECK_FALSE(FileDescriptor(number).close());
+}
+
+TEST_CASE("The lowest descriptor of all is one like any other") {
+  const int kept = ::dup(0);
+  {
+    FileDescriptor lowest(0);
+    CHECK(lowest);
+    CHECK(lowest.close());
+    CHECK(::fcntl(0, F_GETFD) == -1);
+  }
+  ::dup2(kept, 0);
+  ::close(kept);
+}
+
 TEST_CASE("A failed call has the number that the language gives it") {
   CHECK(fakes::errorNumberOf([] { WriteStart(HostPath("/dev/full"), "x"); }) == 61);
   CHECK(fakes::errorNumberOf([] { FileLength(HostPath("/no/such/file")); }) == 53);

@@ -117,6 +117,71 @@ TEST_CASE("What the writer puts together is plain lines, and no value breaks out
   CHECK(ini.text() == "; words\n\n[disc]\ntext = a  [evil] b = 1\nnumber = -7\n");
 }
 
+TEST_CASE("Each of the eight words is a flag in any case, and no other word is") {
+  const IniFile file =
+      IniFile::parse("[f]\na = yes\nb = True\nc = ON\nd = 1\ne = no\nf = False\ng = OFF\nh = 0\ni = 2\nj =\nk = ~yes");
+  for (const char* key : {"a", "b", "c", "d"}) CHECK(file.flag("f", key) == true);
+  for (const char* key : {"e", "f", "g", "h"}) CHECK(file.flag("f", key) == false);
+  for (const char* key : {"i", "j", "k"}) CHECK(file.flag("f", key) == std::nullopt);
+}
+
+TEST_CASE("Every ASCII letter of a name has two cases, and what stands beside the alphabet has one") {
+  const IniFile file = IniFile::parse("[ABYZ@[]\nABYZ@[ = 1\n");
+  CHECK(file.value("abyz@[", "abyz@[") == "1");
+  CHECK_FALSE(file.value("abyz`{", "abyz@["));
+  CHECK_FALSE(file.value("abyz@[", "abyz`{"));
+}
+
+TEST_CASE("All blanks around names and values fall away, and none within") {
+  const IniFile file = IniFile::parse(" \t\f\v[ \t a b \v] \r\n\f\tkey one\t=\v\tvalue  two \t\r\n");
+  CHECK(file.sections() == std::vector<std::string>{"a b"});
+  CHECK(file.value("a b", "key one") == "value  two");
+}
+
+TEST_CASE("A section without keys is there, keys before the first heading are in none, and a comment is neither") {
+  const IniFile file = IniFile::parse("first = 1\n[empty]\n;[not]\n#x = 1\n[last]\n= nothing\nz=1\n;z=2");
+  CHECK(file.sections() == std::vector<std::string>{"empty", "last"});
+  CHECK(file.value("", "first") == "1");
+  CHECK(file.value("last", "") == "nothing");
+  CHECK(file.value("last", "z") == "1");
+  CHECK_FALSE(file.value("last", ";z"));
+  CHECK_FALSE(file.value("empty", "#x"));
+  CHECK_FALSE(file.value("empty", "z"));
+}
+
+TEST_CASE("A byte order mark is passed over at the start alone") {
+  CHECK(IniFile::parse("\xEF\xBB\xBFkey=1").value("", "key") == "1");
+  CHECK(IniFile::parse("key=1").value("", "key") == "1");
+  CHECK(IniFile::parse("a=1\n\xEF\xBB\xBFkey=1").value("", "\xEF\xBB\xBFkey") == "1");
+}
+
+TEST_CASE("A heading with anything behind it is no heading, and one of a bracket alone neither") {
+  const IniFile file = IniFile::parse("[a] x\n[\nk=1\n[b]\n[c = 2\n");
+  CHECK(file.sections() == std::vector<std::string>{"b"});
+  CHECK(file.value("", "k") == "1");
+  CHECK_FALSE(file.value("b", "[c"));
+}
+
+TEST_CASE("A number at either of its bounds is within them") {
+  const IniFile file = IniFile::parse("[n]\nlow = 5\nhigh = 9\nnone = 0\n");
+  CHECK(file.number("n", "low", 5, 9) == 5);
+  CHECK(file.number("n", "high", 5, 9) == 9);
+  CHECK(file.number("n", "none", 0, 0) == 0);
+  CHECK_FALSE(file.number("n", "low", 6, 9));
+  CHECK_FALSE(file.number("n", "high", 5, 8));
+}
+
+TEST_CASE("A file of just the size limit is loaded") {
+  const TempFile temp;
+  std::string text = "[a]\nkey = 1\n;";
+  text.append(IniFile::sizeLimit - text.size(), 'x');
+  std::ofstream(temp.path().text) << text;
+  const auto file = IniFile::load(temp.path());
+  REQUIRE(file);
+  CHECK(file->value("a", "key") == "1");
+  CHECK(IniFile::sizeLimit == 65536);
+}
+
 TEST_CASE("No bytes whatever make the reader of settings fail") {
   std::mt19937 random(20240517);
   const std::string base = sample;

@@ -56,4 +56,50 @@ TEST_CASE("Two decimals round halves of the decimal value away from zero") {
   CHECK(FormatFixed2(123456789012345678.0, English) == "123456789012345680.00");
 }
 
+TEST_CASE("The ends of 16 and of 32 bits are numbers, what lies beyond them is an overflow") {
+  CHECK(ToInt16(32767) == 32767);
+  CHECK(ToInt16(-32768) == -32768);
+  CHECK(ToInt16(-32768.5) == -32768);
+  CHECK(fakes::errorNumberOf([] { ToInt16(-32768.6); }) == 6);
+  CHECK(ToInt32(2147483647) == 2147483647);
+  CHECK(ToInt32(-2147483648LL) == -2147483647 - 1);
+  CHECK(fakes::errorNumberOf([] { ToInt32(2147483648LL); }) == 6);
+  CHECK(fakes::errorNumberOf([] { ToInt32(-2147483649LL); }) == 6);
+}
+
+TEST_CASE("Val takes no other writing of numbers, and no number that is none") {
+  CHECK(Val("   7") == 7);
+  CHECK(Val("~7") == 0);
+  CHECK(Val("+ 7") == 0);
+  CHECK(Val("1e3") == 1);
+  CHECK(Val("ff") == 0);
+  CHECK(Val("inf") == 0);
+  CHECK(Val("nan") == 0);
+  CHECK(Val(std::string(400, '9')) == 0);
+}
+
+TEST_CASE("Groups begin where a third digit ends") {
+  CHECK(FormatGrouped(999, English) == "999");
+  CHECK(FormatGrouped(-1, English) == "-1");
+  CHECK(FormatGrouped(-999, English) == "-999");
+  CHECK(FormatGrouped(100000, English) == "100,000");
+  CHECK(FormatGrouped(-9223372036854775807LL - 1, English) == "-9,223,372,036,854,775,808");
+}
+
+TEST_CASE("Two decimals stand behind any number, in the signs of the user") {
+  CHECK(Separators{}.group == ",");
+  CHECK(Separators{}.decimal == ".");
+  CHECK(FormatFixed2(1, English) == "1.00");
+  CHECK(FormatFixed2(0.1, English) == "0.10");
+  CHECK(FormatFixed2(0.5, English) == "0.50");
+  CHECK(FormatFixed2(0.004, English) == "0.00");
+  CHECK(FormatFixed2(0.005, English) == "0.01");
+  CHECK(FormatFixed2(0.094, English) == "0.09");
+  CHECK(FormatFixed2(0.095, English) == "0.10");
+  CHECK(FormatFixed2(99.995, English) == "100.00");
+  CHECK(FormatFixed2(1023.994, English) == "1023.99");
+  CHECK(FormatFixed2(999999999999.99, English) == "999999999999.99");
+  CHECK(FormatFixed2(0.1 + 0.2 + 4.7, English) == "5.00");
+}
+
 }  // namespace trackloom

@@ -212,7 +212,12 @@ class Finder:
                 self._negate(part)
         elif range_of(inner) not in self.negated and inner.kind != CursorKind.CXX_BOOL_LITERAL_EXPR:
             self.negated.add(range_of(inner))
-            text = self._text(inner)
+            self._negate_whole(inner)
+
+    def _negate_whole(self, inner):
+        """Clang gives some questions that it has turned around no text."""
+        text = self._text(inner)
+        if text:
             self._add(f"negated `{shown(text)}`", [self._change(inner, f"!({text})", "truth")])
 
     def _comparison(self, cursor):
