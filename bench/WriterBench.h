@@ -73,7 +73,7 @@ class Workplace {
   explicit Workplace(const std::string& name) : folder_(std::filesystem::temp_directory_path() / name) {
     std::filesystem::remove_all(folder_);
     std::filesystem::create_directories(folder_ + "/files");
-    createVirtualRecorder(HostPath(folder_ + "/Virtual Recorder"));
+    engines::virtualrecorder::createVirtualRecorder(HostPath(folder_ + "/Virtual Recorder"));
   }
   ~Workplace() { std::filesystem::remove_all(folder_); }
   Workplace(const Workplace&) = delete;
@@ -85,8 +85,9 @@ class Workplace {
   /// Writes what `queue` puts into the engine, and closes the disc.
   void writeDisc(const std::function<void(CDWriterXP&)>& queue) const {
     Loop loop;
-    DiscWriters writers(findVirtualRecorders(HostPath(folder_)), std::make_shared<AudioFiles>(), loop,
-                        {150, HostPath(folder_ + "/scratch")});
+    engines::writer::DiscWriters writers(engines::virtualrecorder::findVirtualRecorders(HostPath(folder_)),
+                                         std::make_shared<engines::audio::AudioFiles>(), loop,
+                                         {150, HostPath(folder_ + "/scratch")});
     const auto writer = writers.create(loop);
     writer->SelectDrive(0);
     writer->SetCloseDisc(true);

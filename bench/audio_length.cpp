@@ -56,16 +56,16 @@ void benchLengths(const Music& music) {
   for (const std::string name : {"header.mp3", "bare.mp3", "sound.wav"}) {
     const HostPath path = music.at(name);
     const std::string what = "Length of " + std::to_string(Minutes) + " minutes, " + name;
-    AudioFiles known;
+    engines::audio::AudioFiles known;
     known.blocks(path);
     row(what + ", asked again", secondsOf(10'000, [&] { known.blocks(path); }) * 1e6, "us");
-    row(what + ", asked first", secondsOf(100, [&] { AudioFiles().blocks(path); }) * 1e6, "us");
+    row(what + ", asked first", secondsOf(100, [&] { engines::audio::AudioFiles().blocks(path); }) * 1e6, "us");
   }
 }
 
 void decode(const HostPath& path) {
   std::vector<std::byte> sectors(std::size_t{32} * 2352);
-  const auto stream = AudioFiles().open(path);
+  const auto stream = engines::audio::AudioFiles().open(path);
   while (stream->read(sectors) > 0) {
   }
 }

@@ -8,7 +8,7 @@
 
 #include "YieldingDesk.h"
 #include "engines/writer/DiscWriters.h"
-#include "fakes/FakeRecorder.h"
+#include "engines/writer/FakeRecorder.h"
 #include "fakes/FakeWorld.h"
 #include "fakes/TempFolder.h"
 #include "shell/Program.h"
@@ -57,7 +57,8 @@ double addingTime(const std::vector<std::string>& files) {
   fakes::FakeHelp help;
   fakes::FakeCommonControls commonControls;
   NoEvents events;
-  DiscWriters writers({std::make_shared<fakes::FakeRecorder>()}, std::make_shared<AudioFiles>(), events, {});
+  engines::writer::DiscWriters writers({std::make_shared<engines::writer::FakeRecorder>()},
+                                       std::make_shared<engines::audio::AudioFiles>(), events, {});
   Program program(desk, {desk, pump, process, writers, opener, help, commonControls, Separators{}});
   program.start();
   program.forms().shell.frmOpen->Timer1.tick();
@@ -73,7 +74,7 @@ double addingTime(const std::vector<std::string>& files) {
 }
 
 double readingTime(const std::vector<std::string>& files) {
-  AudioFiles audio;
+  engines::audio::AudioFiles audio;
   return secondsOf([&] {
     for (const std::string& file : files) audio.blocks(HostPath(file));
   });

@@ -6,7 +6,7 @@
 #include "desktop/QtDesk.h"
 #include "desktop/QtEvents.h"
 #include "desktop/QtMessageBoxes.h"
-#include "engines/drives/EngineSettings.h"
+#include "engines/ground/EngineSettings.h"
 #include "engines/virtual/VirtualRecorders.h"
 #include "engines/writer/DiscWriters.h"
 #include "shell/Program.h"
@@ -35,10 +35,12 @@ int runProgram() {
   NoHelpViewer help;
   NoCommonControls commonControls;
   const HostPath programFolder(process.executableFolder());
-  process.whenFirst = [&programFolder] { explainEngineSettings(programFolder); };
-  const EngineSettings settings = loadEngineSettings(programFolder);
-  DiscWriters writers(settings.virtualRecorders ? findVirtualRecorders(programFolder) : RecorderList(),
-                      std::make_shared<AudioFiles>(), events, {settings.pause, HostPath(ScratchFolder)});
+  process.whenFirst = [&programFolder] { engines::explainEngineSettings(programFolder); };
+  const engines::EngineSettings settings = engines::loadEngineSettings(programFolder);
+  engines::writer::DiscWriters writers(
+      settings.virtualRecorders ? engines::virtualrecorder::findVirtualRecorders(programFolder)
+                                : engines::RecorderList(),
+      std::make_shared<engines::audio::AudioFiles>(), events, {settings.pause, HostPath(ScratchFolder)});
   Program program(desk, {boxes, pump, process, writers, opener, help, commonControls, systemSeparators()});
   desk.setTrap([&program](const std::function<void()>& event) { program.run(event); });
   desk.enter([&program] { program.start(); });

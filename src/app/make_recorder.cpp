@@ -10,7 +10,7 @@ int main(int argc, char** argv) {
     return 2;
   }
   try {
-    trackloom::createVirtualRecorder(trackloom::HostPath(argv[1]));
+    trackloom::engines::virtualrecorder::createVirtualRecorder(trackloom::HostPath(argv[1]));
   } catch (const trackloom::RuntimeError& error) {
     std::fprintf(stderr, "make-recorder: %s: %s\n", argv[1], error.what());
     return 1;

@@ -44,8 +44,8 @@ TEST_CASE("The rule of edges gives the desktop the forms and nothing else of a f
 
 TEST_CASE("The rule of edges lets the virtual recorder know the drives but not the writer") {
   const SourceTree tree =
-      treeOf({{"src/engines/virtual/A.cpp", "#include \"engines/drives/B.h\"\n#include \"engines/writer/C.h\"\n"},
-              {"src/engines/drives/B.h", ""},
+      treeOf({{"src/engines/virtual/A.cpp", "#include \"engines/disc/B.h\"\n#include \"engines/writer/C.h\"\n"},
+              {"src/engines/disc/B.h", ""},
               {"src/engines/writer/C.h", ""}});
   CHECK(forbiddenEdges(tree).size() == 1);
 }
@@ -87,12 +87,12 @@ TEST_CASE("The rule of circles finds files that include each other") {
 }
 
 TEST_CASE("The rule of circles finds folders that include each other through different files") {
-  const SourceTree tree = treeOf({{"src/engines/audio/A.h", "#include \"engines/drives/B.h\"\n"},
+  const SourceTree tree = treeOf({{"src/engines/audio/A.h", "#include \"engines/disc/B.h\"\n"},
                                   {"src/engines/audio/D.h", ""},
-                                  {"src/engines/drives/B.h", ""},
-                                  {"src/engines/drives/C.h", "#include \"engines/audio/D.h\"\n"}});
+                                  {"src/engines/disc/B.h", ""},
+                                  {"src/engines/disc/C.h", "#include \"engines/audio/D.h\"\n"}});
   REQUIRE(includeCycles(tree).size() == 1);
-  CHECK(includeCycles(tree)[0] == "engines/audio includes engines/drives includes engines/audio");
+  CHECK(includeCycles(tree)[0] == "engines/audio includes engines/disc includes engines/audio");
 }
 
 TEST_CASE("The rule of file sizes counts headers and sources apart") {

@@ -7,6 +7,8 @@
 #include <iterator>
 #include <string>
 
+#include "runtime/Paths.h"
+
 namespace trackloom::fakes {
 
 /// A folder of a test's own; it goes with everything in it.
@@ -26,6 +28,12 @@ class TempFolder {
 
   std::string operator/(const std::string& name) const { return path_ + "/" + name; }
   const std::string& path() const { return path_; }
+  HostPath host(const std::string& name) const { return HostPath(*this / name); }
+  /// Writes the file and tells its path.
+  HostPath file(const std::string& name, const std::string& bytes) const {
+    write(name, bytes);
+    return host(name);
+  }
 
   void write(const std::string& name, const std::string& bytes) const {
     std::filesystem::create_directories(std::filesystem::path(path_ + "/" + name).parent_path());

@@ -6,8 +6,9 @@
 
 namespace trackloom {
 
-using test::contentOf;
-using test::outputOf;
+using fakes::contentOf;
+using fakes::noise;
+using fakes::outputOf;
 using test::RealMachine;
 namespace fs = std::filesystem;
 
@@ -274,7 +275,7 @@ TEST_CASE("An MP3 disc is read by other programs, closed or left open") {
   CHECK_THAT(outputOf("isoinfo -d -i " + image), Catch::Contains("Volume id: Robust"));
   CHECK_THAT(outputOf("iso-info -l " + image), Catch::Contains("two.mp3"));
   CHECK_THAT(outputOf("xorriso -indev " + image + " -lsl /"), Catch::Contains("70000") && Catch::Contains("one.mp3"));
-  CHECK(outputOf("isoinfo -J -x /two.mp3 -i " + image) == test::noise(70000, 70000));
+  CHECK(outputOf("isoinfo -J -x /two.mp3 -i " + image) == noise(70000, 70000));
   const std::string ini = contentOf(machine.finished(1) / "disc.ini");
   CHECK_THAT(ini, Catch::Contains(leftOpen ? "status = open" : "status = closed"));
 }

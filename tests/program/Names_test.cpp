@@ -8,8 +8,9 @@
 
 namespace trackloom {
 
-using test::contentOf;
-using test::outputOf;
+using fakes::contentOf;
+using fakes::noise;
+using fakes::outputOf;
 using test::RealMachine;
 
 namespace {
@@ -113,7 +114,7 @@ TEST_CASE("MP3 files of any name are recorded with their bytes, and nothing else
   CHECK_THAT(listed, Catch::Contains("/back\n") && Catch::Contains("/back/slash.mp3\n"));
   CHECK_THAT(listed, Catch::Contains("/" + std::string(60, 'n') + ".mp3\n"));
   const std::string name = "100%s%n%d.mp3";
-  CHECK(outputOf("isoinfo -J -x '/" + name + "' -i " + image) == test::noise(3000 + name.size(), 3000 + name.size()));
+  CHECK(outputOf("isoinfo -J -x '/" + name + "' -i " + image) == noise(3000 + name.size(), 3000 + name.size()));
   CHECK_THAT(outputOf("xorriso -indev " + image + " -check_media --"), Catch::Contains("+ good"));
 }
 

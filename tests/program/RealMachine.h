@@ -8,18 +8,24 @@
 
 #include "engines/virtual/VirtualRecorders.h"
 #include "engines/writer/DiscWriters.h"
-#include "engines/writer/TestFiles.h"
 #include "fakes/FakeEventQueue.h"
 #include "fakes/Machine.h"
+#include "fakes/TempFolder.h"
+#include "fakes/TestFiles.h"
 #include "writing/WritingForms.h"
 
 namespace trackloom::test {
+
+using fakes::noise;
+using fakes::TempFolder;
+using fakes::wav;
 
 /// A machine whose program has the real engine, with virtual recorders beside it.
 class RealMachine : public fakes::Machine {
  public:
   explicit RealMachine(int recorders = 1) {
-    for (int number = 1; number <= recorders; ++number) createVirtualRecorder(HostPath(recorder(number).string()));
+    for (int number = 1; number <= recorders; ++number)
+      engines::virtualrecorder::createVirtualRecorder(HostPath(recorder(number).string()));
   }
   ~RealMachine() override { forgetProgram(); }
 
@@ -79,9 +85,10 @@ class RealMachine : public fakes::Machine {
 
  protected:
   WriterEngines& writers() override {
-    writers_ =
-        std::make_unique<DiscWriters>(findVirtualRecorders(HostPath(folder.path())), std::make_shared<AudioFiles>(),
-                                      events, WriterSettings{150, HostPath(folder / "scratch")});
+    writers_ = std::make_unique<engines::writer::DiscWriters>(
+        engines::virtualrecorder::findVirtualRecorders(HostPath(folder.path())),
+        std::make_shared<engines::audio::AudioFiles>(), events,
+        engines::writer::WriterSettings{150, HostPath(folder / "scratch")});
     return *writers_;
   }
 
@@ -90,7 +97,7 @@ class RealMachine : public fakes::Machine {
     std::ofstream(path, std::ios::binary) << bytes;
   }
 
-  std::unique_ptr<DiscWriters> writers_;
+  std::unique_ptr<engines::writer::DiscWriters> writers_;
 };
 
 }  // namespace trackloom::test

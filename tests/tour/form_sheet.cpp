@@ -103,7 +103,7 @@ void showAllRows() {
 bool makeSheet(const QString& file) {
   const QTemporaryDir folder;
   const std::string home = folder.path().toStdString();
-  createVirtualRecorder(HostPath(home + "/Virtual Recorder"));
+  engines::virtualrecorder::createVirtualRecorder(HostPath(home + "/Virtual Recorder"));
   QtDesk desk;
   QtEventPump pump;
   QtEventQueue events(desk);
@@ -111,8 +111,8 @@ bool makeSheet(const QString& file) {
   SheetProcess process(home);
   Nobody nobody;
   NoCommonControls commonControls;
-  DiscWriters writers(findVirtualRecorders(HostPath(home)), std::make_shared<AudioFiles>(), events,
-                      {0, HostPath(home)});
+  engines::writer::DiscWriters writers(engines::virtualrecorder::findVirtualRecorders(HostPath(home)),
+                                       std::make_shared<engines::audio::AudioFiles>(), events, {0, HostPath(home)});
   Program program(desk, {boxes, pump, process, writers, nobody, nobody, commonControls, Separators{}});
   program.start();
   program.forms().shell.frmOpen->Timer1.tick();

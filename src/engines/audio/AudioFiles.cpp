@@ -15,7 +15,7 @@
 #include "engines/audio/OpenedFile.h"
 #include "engines/audio/WavSource.h"
 
-namespace trackloom {
+namespace trackloom::engines::audio {
 
 namespace {
 
@@ -167,4 +167,4 @@ std::unique_ptr<AudioStream> AudioFiles::open(const HostPath& path) {
   return std::make_unique<SectorStream>(sourceOf(std::move(file)), *blocks);
 }
 
-}  // namespace trackloom
+}  // namespace trackloom::engines::audio

@@ -8,7 +8,7 @@
 
 #include "runtime/Paths.h"
 
-namespace trackloom {
+namespace trackloom::engines::audio {
 
 /// One audio file as the sectors of a disc: 16-bit little-endian stereo at 44,100 Hz, 588 frames to a block, the last
 /// block padded with silence. Gives exactly blocks() sectors, whatever the file turns out to hold.
@@ -44,4 +44,4 @@ class AudioFiles {
   std::unique_ptr<Cache> cache_;
 };
 
-}  // namespace trackloom
+}  // namespace trackloom::engines::audio

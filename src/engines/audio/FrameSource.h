@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <span>
 
-namespace trackloom {
+namespace trackloom::engines::audio {
 
 inline constexpr std::size_t ChannelCount = 2;
 
@@ -18,4 +18,4 @@ class FrameSource {
   virtual std::size_t read(std::span<std::int16_t> samples) = 0;
 };
 
-}  // namespace trackloom
+}  // namespace trackloom::engines::audio

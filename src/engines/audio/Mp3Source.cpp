@@ -10,9 +10,9 @@
 #include <utility>
 #include <vector>
 
-#include "engines/audio/Mp3Layout.h"
+#include "engines/audio/Mp3Extent.h"
 
-namespace trackloom {
+namespace trackloom::engines::audio {
 
 namespace {
 
@@ -21,7 +21,7 @@ namespace {
 /// Remembers the error that ended reading, which the library does not tell.
 class Window {
  public:
-  Window(const OpenedFile& file, const Mp3Layout& layout) : file_(file), layout_(layout) {}
+  Window(const OpenedFile& file, const Mp3Extent& extent) : file_(file), extent_(extent) {}
 
   const OpenedFile& file() const { return file_; }
   const std::optional<RuntimeError>& failure() const { return failure_; }
@@ -36,7 +36,7 @@ class Window {
  private:
   static constexpr std::int64_t readAhead = 32'768;  // bytes
 
-  std::int64_t size() const { return layout_.end - layout_.begin; }
+  std::int64_t size() const { return extent_.end - extent_.begin; }
 
   ssize_t read(std::span<std::uint8_t> bytes) noexcept {
     try {
@@ -56,7 +56,7 @@ class Window {
     const std::int64_t wanted = std::clamp<std::int64_t>(size() - position_, 0, readAhead);
     ahead_.resize(static_cast<std::size_t>(wanted));
     aheadAt_ = position_;
-    ahead_.resize(file_.readAt(layout_.begin + position_, ahead_));
+    ahead_.resize(file_.readAt(extent_.begin + position_, ahead_));
   }
 
   off_t seek(off_t offset, int whence) noexcept {
@@ -68,7 +68,7 @@ class Window {
   }
 
   const OpenedFile& file_;
-  Mp3Layout layout_;
+  Mp3Extent extent_;
   std::int64_t position_ = 0;        // bytes from the first frame
   std::vector<std::uint8_t> ahead_;  // what lies from aheadAt_ on
   std::int64_t aheadAt_ = 0;
@@ -78,7 +78,7 @@ class Window {
 /// An MP3 file open in libmpg123, set to 16-bit samples as the file has them: nothing is resampled, mixed or amplified.
 class Decoder {
  public:
-  Decoder(const OpenedFile& file, const Mp3Layout& layout) : window_(file, layout) {
+  Decoder(const OpenedFile& file, const Mp3Extent& extent) : window_(file, extent) {
     if (!handle_) throw file.failure(ENOMEM);
     constexpr long flags = MPG123_QUIET | MPG123_GAPLESS | MPG123_SKIP_ID3V2;
     const bool ready =
@@ -140,7 +140,7 @@ class Decoder {
 
 class Mp3Source : public FrameSource {
  public:
-  Mp3Source(OpenedFile file, const Mp3Layout& layout) : file_(std::move(file)), decoder_(file_, layout) {
+  Mp3Source(OpenedFile file, const Mp3Extent& extent) : file_(std::move(file)), decoder_(file_, extent) {
     decoder_.scan();
   }
 
@@ -154,16 +154,16 @@ class Mp3Source : public FrameSource {
 }  // namespace
 
 std::optional<std::int64_t> mp3Frames(const OpenedFile& file) {
-  const auto layout = findMp3(file);
-  if (!layout) return std::nullopt;
-  if (layout->announcedFrames) return layout->announcedFrames;
-  return Decoder(file, *layout).scan();
+  const auto extent = findMp3(file);
+  if (!extent) return std::nullopt;
+  if (extent->announcedFrames) return extent->announcedFrames;
+  return Decoder(file, *extent).scan();
 }
 
 std::unique_ptr<FrameSource> openMp3(OpenedFile file) {
-  const auto layout = findMp3(file);
-  if (!layout) throw file.failure("it holds no MP3 sound");
-  return std::make_unique<Mp3Source>(std::move(file), *layout);
+  const auto extent = findMp3(file);
+  if (!extent) throw file.failure("it holds no MP3 sound");
+  return std::make_unique<Mp3Source>(std::move(file), *extent);
 }
 
-}  // namespace trackloom
+}  // namespace trackloom::engines::audio

@@ -8,7 +8,7 @@
 #include <system_error>
 #include <utility>
 
-namespace trackloom {
+namespace trackloom::engines::audio {
 
 namespace {
 
@@ -74,4 +74,4 @@ RuntimeError OpenedFile::failure(int systemError) const {
   return failureOf(path_, systemError);
 }
 
-}  // namespace trackloom
+}  // namespace trackloom::engines::audio

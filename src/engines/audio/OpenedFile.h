@@ -10,7 +10,7 @@
 #include "runtime/Paths.h"
 #include "runtime/RuntimeError.h"
 
-namespace trackloom {
+namespace trackloom::engines::audio {
 
 /// What tells one state of a file from another; equal identities mean that what was learned of the file still holds.
 struct FileIdentity {
@@ -54,4 +54,4 @@ class OpenedFile {
   FileIdentity identity_;
 };
 
-}  // namespace trackloom
+}  // namespace trackloom::engines::audio

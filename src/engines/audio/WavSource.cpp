@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-namespace trackloom {
+namespace trackloom::engines::audio {
 
 namespace {
 
@@ -106,4 +106,4 @@ std::unique_ptr<FrameSource> openWav(OpenedFile file) {
   return std::make_unique<WavSource>(std::move(file), std::move(*wav));
 }
 
-}  // namespace trackloom
+}  // namespace trackloom::engines::audio

@@ -7,7 +7,7 @@
 #include "engines/audio/FrameSource.h"
 #include "engines/audio/OpenedFile.h"
 
-namespace trackloom {
+namespace trackloom::engines::audio {
 
 /// The count of stereo frames that a RIFF/WAVE file really holds, also where it was cut short or its header tells no
 /// true size. Nothing: not 44,100 Hz in two channels as PCM of 16, 24 or 32 bits or 32-bit float, or no frame at all.
@@ -17,4 +17,4 @@ std::optional<std::int64_t> wavFrames(const OpenedFile& file);
 /// Throws RuntimeError.
 std::unique_ptr<FrameSource> openWav(OpenedFile file);
 
-}  // namespace trackloom
+}  // namespace trackloom::engines::audio

@@ -11,7 +11,7 @@
 
 #include "runtime/IniFile.h"
 
-namespace trackloom {
+namespace trackloom::engines::virtualrecorder {
 
 namespace {
 
@@ -85,4 +85,4 @@ std::int64_t DiscFolder::roomOnHost() const {
   return static_cast<std::int64_t>(std::min(bytes, most));
 }
 
-}  // namespace trackloom
+}  // namespace trackloom::engines::virtualrecorder

@@ -4,10 +4,10 @@
 #include <string>
 #include <utility>
 
-#include "engines/virtual/OpenFiles.h"
+#include "engines/ground/OpenFiles.h"
 #include "engines/virtual/VirtualDisc.h"
 
-namespace trackloom {
+namespace trackloom::engines::virtualrecorder {
 
 /// Bytes of one block in the file that holds this kind: user data of a sector in mode 1 (ECMA-130, clause 14), or a
 /// whole sector of audio.
@@ -43,4 +43,4 @@ class DiscFolder {
   FileDescriptor folder_;
 };
 
-}  // namespace trackloom
+}  // namespace trackloom::engines::virtualrecorder

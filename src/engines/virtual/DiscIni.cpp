@@ -7,7 +7,7 @@
 #include "engines/virtual/VirtualDisc.h"
 #include "runtime/IniFile.h"
 
-namespace trackloom {
+namespace trackloom::engines::virtualrecorder {
 
 namespace {
 
@@ -177,4 +177,4 @@ std::string VirtualDisc::cueSheet() const {
   return sheet;
 }
 
-}  // namespace trackloom
+}  // namespace trackloom::engines::virtualrecorder

@@ -12,7 +12,7 @@
 
 #include "runtime/IniFile.h"
 
-namespace trackloom {
+namespace trackloom::engines::virtualrecorder {
 
 namespace {
 
@@ -122,4 +122,4 @@ void RecorderFolder::layOut() const {
   if (!hadTray) feedBlank();
 }
 
-}  // namespace trackloom
+}  // namespace trackloom::engines::virtualrecorder

@@ -7,7 +7,7 @@
 #include "engines/virtual/RecorderSettings.h"
 #include "runtime/Paths.h"
 
-namespace trackloom {
+namespace trackloom::engines::virtualrecorder {
 
 /// The folder of a recorder, opened for one look or one operation: recorder.ini, tray/ and shelf/. Whatever else lies
 /// in them (files, links, names that begin with a dot) is no disc and is left alone. All calls throw std::system_error.
@@ -38,4 +38,4 @@ class RecorderFolder {
   FileDescriptor folder_;
 };
 
-}  // namespace trackloom
+}  // namespace trackloom::engines::virtualrecorder

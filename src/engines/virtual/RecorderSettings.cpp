@@ -7,7 +7,7 @@
 #include "runtime/IniFile.h"
 #include "runtime/Text.h"
 
-namespace trackloom {
+namespace trackloom::engines::virtualrecorder {
 
 namespace {
 
@@ -103,4 +103,4 @@ refuseEject = no
 )";
 }
 
-}  // namespace trackloom
+}  // namespace trackloom::engines::virtualrecorder

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-namespace trackloom {
+namespace trackloom::engines::virtualrecorder {
 
 /// What recorder.ini says. Every key is optional, and a value that is none stands as its default, so a recorder works
 /// whatever lies in its file.
@@ -36,4 +36,4 @@ struct RecorderSettings {
   static std::string defaultIni();
 };
 
-}  // namespace trackloom
+}  // namespace trackloom::engines::virtualrecorder

@@ -7,10 +7,10 @@
 #include <system_error>
 #include <utility>
 
-#include "engines/drives/Sense.h"
+#include "engines/disc/Sense.h"
 #include "engines/virtual/DiscFolder.h"
 
-namespace trackloom {
+namespace trackloom::engines::virtualrecorder {
 
 namespace {
 
@@ -60,4 +60,4 @@ void SectorFile::finish() {
   if (fsync(file_.get()) != 0) throw writeFailure(position_ / sectorBytes_, errno);
 }
 
-}  // namespace trackloom
+}  // namespace trackloom::engines::virtualrecorder

@@ -5,10 +5,10 @@
 #include <span>
 #include <vector>
 
-#include "engines/virtual/OpenFiles.h"
+#include "engines/ground/OpenFiles.h"
 #include "ports/CDWriterXP.h"
 
-namespace trackloom {
+namespace trackloom::engines::virtualrecorder {
 
 /// The sectors of one kind, each at its block address; what is left out is a hole that reads as zeros. Sectors are
 /// gathered into large writes. Throws DriveFailure with the block at which the system refused.
@@ -30,4 +30,4 @@ class SectorFile {
   std::vector<std::byte> gathered_;
 };
 
-}  // namespace trackloom
+}  // namespace trackloom::engines::virtualrecorder

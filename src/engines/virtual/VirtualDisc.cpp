@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "engines/drives/Sense.h"
+#include "engines/disc/Sense.h"
 
-namespace trackloom {
+namespace trackloom::engines::virtualrecorder {
 
 namespace {
 
@@ -113,4 +113,4 @@ VirtualDisc VirtualDisc::afterWriting(const WriteOrder& order) const {
   return after;
 }
 
-}  // namespace trackloom
+}  // namespace trackloom::engines::virtualrecorder

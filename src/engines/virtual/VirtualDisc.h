@@ -6,9 +6,9 @@
 #include <string_view>
 #include <vector>
 
-#include "engines/drives/Recorder.h"
+#include "engines/disc/Recorder.h"
 
-namespace trackloom {
+namespace trackloom::engines::virtualrecorder {
 
 /// An 80-minute disc, in blocks.
 inline constexpr std::int32_t blocksOf80Minutes = 359849;
@@ -77,4 +77,4 @@ struct VirtualDisc {
 /// What a look answers for a disc that nobody can make sense of.
 DiscState stateOfDamagedDisc();
 
-}  // namespace trackloom
+}  // namespace trackloom::engines::virtualrecorder

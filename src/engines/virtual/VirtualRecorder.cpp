@@ -4,11 +4,11 @@
 #include <system_error>
 #include <utility>
 
-#include "engines/drives/Sense.h"
+#include "engines/disc/Sense.h"
 #include "engines/virtual/RecorderFolder.h"
 #include "engines/virtual/VirtualWrite.h"
 
-namespace trackloom {
+namespace trackloom::engines::virtualrecorder {
 
 namespace {
 
@@ -90,4 +90,4 @@ std::unique_ptr<DiscWrite> VirtualRecorder::begin(const WriteOrder& order) {
   }
 }
 
-}  // namespace trackloom
+}  // namespace trackloom::engines::virtualrecorder

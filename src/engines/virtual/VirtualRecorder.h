@@ -4,10 +4,10 @@
 #include <memory>
 #include <optional>
 
-#include "engines/drives/Recorder.h"
+#include "engines/disc/Recorder.h"
 #include "runtime/Paths.h"
 
-namespace trackloom {
+namespace trackloom::engines::virtualrecorder {
 
 /// A CD recorder that is a folder: the disc in it is the one folder in tray/. Every call reads the folder as it is at
 /// that moment, so discs may be changed from outside at any time. Safe from any thread.
@@ -34,4 +34,4 @@ class VirtualRecorder : public Recorder {
   std::atomic<bool> writeGuard_ = false;
 };
 
-}  // namespace trackloom
+}  // namespace trackloom::engines::virtualrecorder

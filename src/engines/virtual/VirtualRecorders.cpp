@@ -10,7 +10,7 @@
 #include "runtime/Files.h"
 #include "runtime/RuntimeError.h"
 
-namespace trackloom {
+namespace trackloom::engines::virtualrecorder {
 
 namespace {
 
@@ -39,4 +39,4 @@ void createVirtualRecorder(const HostPath& folder) {
   }
 }
 
-}  // namespace trackloom
+}  // namespace trackloom::engines::virtualrecorder

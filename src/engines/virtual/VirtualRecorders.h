@@ -1,9 +1,9 @@
 #pragma once
 
-#include "engines/drives/Recorder.h"
+#include "engines/disc/Recorder.h"
 #include "runtime/Paths.h"
 
-namespace trackloom {
+namespace trackloom::engines::virtualrecorder {
 
 /// The recorders that are folders beside the executable: "Virtual Recorder", then "Virtual Recorder 2", "Virtual
 /// Recorder 3" and so on; the first number that is missing ends the list.
@@ -13,4 +13,4 @@ RecorderList findVirtualRecorders(const HostPath& programFolder);
 /// of 80 minutes in it. What is there already stays as it is. Throws RuntimeError with words.
 void createVirtualRecorder(const HostPath& folder);
 
-}  // namespace trackloom
+}  // namespace trackloom::engines::virtualrecorder

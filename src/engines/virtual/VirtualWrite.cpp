@@ -6,9 +6,9 @@
 #include <thread>
 #include <utility>
 
-#include "engines/drives/Sense.h"
+#include "engines/disc/Sense.h"
 
-namespace trackloom {
+namespace trackloom::engines::virtualrecorder {
 
 namespace {
 
@@ -159,4 +159,4 @@ void VirtualWrite::fail(const std::string& otherwise) const {
   throw failure(settings_.failNumber, settings_.failText.empty() ? otherwise : settings_.failText);
 }
 
-}  // namespace trackloom
+}  // namespace trackloom::engines::virtualrecorder

@@ -7,11 +7,11 @@
 #include <span>
 #include <vector>
 
-#include "engines/drives/Recorder.h"
+#include "engines/disc/Recorder.h"
 #include "engines/virtual/RecorderFolder.h"
 #include "engines/virtual/SectorFile.h"
 
-namespace trackloom {
+namespace trackloom::engines::virtualrecorder {
 
 /// A write onto the disc in the tray, or a test of one, which makes and refuses the same calls and changes nothing.
 /// Holds the recorder until it is gone. The disc is marked as being written before the first sector goes out and gets
@@ -57,4 +57,4 @@ class VirtualWrite : public DiscWrite {
   std::chrono::steady_clock::time_point started_;
 };
 
-}  // namespace trackloom
+}  // namespace trackloom::engines::virtualrecorder

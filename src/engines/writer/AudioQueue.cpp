@@ -4,9 +4,9 @@
 #include <iterator>
 #include <utility>
 
-#include "engines/writer/Blocks.h"
+#include "engines/ground/Blocks.h"
 
-namespace trackloom {
+namespace trackloom::engines::writer {
 
 void AudioQueue::clear() {
   places_.clear();
@@ -46,4 +46,4 @@ std::vector<HostPath> AudioQueue::discOrder() const {
   return paths;
 }
 
-}  // namespace trackloom
+}  // namespace trackloom::engines::writer

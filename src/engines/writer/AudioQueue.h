@@ -8,7 +8,7 @@
 
 #include "runtime/Paths.h"
 
-namespace trackloom {
+namespace trackloom::engines::writer {
 
 /// A queued track with the number that its owner gave it and its length in blocks.
 struct AudioEntry {
@@ -42,4 +42,4 @@ class AudioQueue {
   std::int64_t blocks_ = 0;
 };
 
-}  // namespace trackloom
+}  // namespace trackloom::engines::writer

@@ -5,14 +5,14 @@
 #include <numeric>
 #include <optional>
 
-#include "engines/drives/Sense.h"
-#include "engines/writer/Blocks.h"
+#include "engines/disc/Sense.h"
+#include "engines/ground/Blocks.h"
 #include "engines/writer/CacheFile.h"
 #include "engines/writer/DataImage.h"
 #include "engines/writer/ReadAhead.h"
 #include "runtime/RuntimeError.h"
 
-namespace trackloom {
+namespace trackloom::engines::writer {
 
 namespace {
 
@@ -208,4 +208,4 @@ void burn(const WriteRequest& request, OperationEvents& events, const std::stop_
   Writing(request, events, stop).run();
 }
 
-}  // namespace trackloom
+}  // namespace trackloom::engines::writer

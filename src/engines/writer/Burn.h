@@ -7,11 +7,11 @@
 #include <vector>
 
 #include "engines/audio/AudioFiles.h"
-#include "engines/drives/Recorder.h"
+#include "engines/disc/Recorder.h"
 #include "engines/writer/DataQueue.h"
 #include "engines/writer/OperationEvents.h"
 
-namespace trackloom {
+namespace trackloom::engines::writer {
 
 /// What an instance of the engine keeps until it is told otherwise.
 struct WriteSettings {
@@ -32,7 +32,7 @@ struct WriteSettings {
 struct WriteRequest {
   /// None: no drive is in use.
   std::shared_ptr<Recorder> recorder;
-  std::shared_ptr<AudioFiles> audioFiles;
+  std::shared_ptr<audio::AudioFiles> audioFiles;
   WriteSettings settings;
   std::vector<HostPath> audioTracks;
   std::vector<DataEntry> dataEntries;
@@ -47,4 +47,4 @@ struct WriteRequest {
 /// sector had gone out, unless it was a test.
 void burn(const WriteRequest& request, OperationEvents& events, const std::stop_token& stop);
 
-}  // namespace trackloom
+}  // namespace trackloom::engines::writer

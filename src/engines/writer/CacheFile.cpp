@@ -13,7 +13,7 @@
 
 #include "runtime/RuntimeError.h"
 
-namespace trackloom {
+namespace trackloom::engines::writer {
 
 namespace {
 
@@ -74,4 +74,4 @@ void CacheFile::read(std::span<std::byte> sectors) {
   }
 }
 
-}  // namespace trackloom
+}  // namespace trackloom::engines::writer

@@ -9,7 +9,7 @@
 #include "runtime/FileDescriptor.h"
 #include "runtime/Paths.h"
 
-namespace trackloom {
+namespace trackloom::engines::writer {
 
 /// The engine's cache could not be made or holds too little.
 class CacheFailure : public std::runtime_error {
@@ -34,4 +34,4 @@ class CacheFile final : public SectorSource {
   std::int64_t position_ = 0;
 };
 
-}  // namespace trackloom
+}  // namespace trackloom::engines::writer

@@ -11,12 +11,12 @@
 #include <unordered_map>
 #include <utility>
 
-#include "engines/writer/Blocks.h"
+#include "engines/ground/Blocks.h"
 #include "engines/writer/ImageNames.h"
 #include "runtime/RuntimeError.h"
 #include "runtime/Text.h"
 
-namespace trackloom {
+namespace trackloom::engines::writer {
 
 namespace {
 
@@ -211,4 +211,4 @@ std::int16_t DataImage::bufferPercent() {
   return static_cast<std::int16_t>(whole == 0 ? 100 : std::min<std::size_t>(100, bytesReady() * 100 / whole));
 }
 
-}  // namespace trackloom
+}  // namespace trackloom::engines::writer

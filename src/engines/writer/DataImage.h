@@ -13,7 +13,7 @@
 #include "engines/writer/FileContent.h"
 #include "engines/writer/SectorSource.h"
 
-namespace trackloom {
+namespace trackloom::engines::writer {
 
 /// What an image does about a source that cannot be opened when the image is sized.
 enum class Unreadable { Refused, LeftOut };
@@ -75,4 +75,4 @@ class DataImage final : public SectorSource {
   std::size_t handedOut_ = 0;
 };
 
-}  // namespace trackloom
+}  // namespace trackloom::engines::writer

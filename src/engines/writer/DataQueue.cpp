@@ -5,10 +5,10 @@
 
 #include <optional>
 
-#include "engines/writer/Blocks.h"
+#include "engines/ground/Blocks.h"
 #include "runtime/FileDescriptor.h"
 
-namespace trackloom {
+namespace trackloom::engines::writer {
 
 namespace {
 
@@ -111,4 +111,4 @@ std::vector<DataEntry> DataQueue::entries() const {
   return entries;
 }
 
-}  // namespace trackloom
+}  // namespace trackloom::engines::writer

@@ -8,7 +8,7 @@
 
 #include "runtime/Paths.h"
 
-namespace trackloom {
+namespace trackloom::engines::writer {
 
 /// A file of a data disc with its source, or a folder without one.
 struct DataEntry {
@@ -54,4 +54,4 @@ class DataQueue {
   std::int64_t blocks_ = 0;
 };
 
-}  // namespace trackloom
+}  // namespace trackloom::engines::writer

@@ -5,11 +5,11 @@
 #include <system_error>
 #include <utility>
 
-#include "engines/writer/Blocks.h"
+#include "engines/ground/Blocks.h"
 #include "engines/writer/ImageFile.h"
 #include "runtime/RuntimeError.h"
 
-namespace trackloom {
+namespace trackloom::engines::writer {
 
 DiscWriter::DiscWriter(std::shared_ptr<const WriterParts> parts, CDWriterEvents& listener)
     : parts_(std::move(parts)), listener_(listener) {}
@@ -177,4 +177,4 @@ bool DiscWriter::CloseLastSession(bool /*alsoDisc*/) {
   return false;
 }
 
-}  // namespace trackloom
+}  // namespace trackloom::engines::writer

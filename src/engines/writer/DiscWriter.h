@@ -6,19 +6,19 @@
 #include <string>
 
 #include "engines/audio/AudioFiles.h"
-#include "engines/drives/Recorder.h"
+#include "engines/disc/Recorder.h"
 #include "engines/writer/AudioQueue.h"
 #include "engines/writer/DataQueue.h"
 #include "engines/writer/OperationEvents.h"
 #include "engines/writer/WriteJob.h"
 #include "ports/CDWriterXP.h"
 
-namespace trackloom {
+namespace trackloom::engines::writer {
 
 /// What all instances of the writer engine share.
 struct WriterParts {
   RecorderList recorders;
-  std::shared_ptr<AudioFiles> audioFiles;
+  std::shared_ptr<audio::AudioFiles> audioFiles;
   /// Outlives every instance.
   EventQueue& events;
   /// Silent blocks between audio tracks.
@@ -114,4 +114,4 @@ class DiscWriter final : public CDWriterXP {
   std::optional<WriteJob> job_;
 };
 
-}  // namespace trackloom
+}  // namespace trackloom::engines::writer

@@ -4,11 +4,11 @@
 #include <memory>
 
 #include "engines/audio/AudioFiles.h"
-#include "engines/drives/Recorder.h"
+#include "engines/disc/Recorder.h"
 #include "ports/CDWriterXP.h"
 #include "ports/EventQueue.h"
 
-namespace trackloom {
+namespace trackloom::engines::writer {
 
 struct WriterParts;
 
@@ -23,7 +23,7 @@ struct WriterSettings {
 class DiscWriters final : public WriterEngines {
  public:
   /// `events` must outlive every instance.
-  DiscWriters(RecorderList recorders, std::shared_ptr<AudioFiles> audioFiles, EventQueue& events,
+  DiscWriters(RecorderList recorders, std::shared_ptr<audio::AudioFiles> audioFiles, EventQueue& events,
               WriterSettings settings);
 
   std::unique_ptr<CDWriterXP> create(CDWriterEvents& listener) override;
@@ -32,4 +32,4 @@ class DiscWriters final : public WriterEngines {
   std::shared_ptr<const WriterParts> parts_;
 };
 
-}  // namespace trackloom
+}  // namespace trackloom::engines::writer

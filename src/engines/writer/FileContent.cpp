@@ -19,7 +19,7 @@ struct iso_stream {
   void* data;
 };
 
-namespace trackloom {
+namespace trackloom::engines::writer {
 
 namespace {
 
@@ -144,4 +144,4 @@ int FileContent::read(void* target, std::size_t count) {
   return static_cast<int>(wanted);
 }
 
-}  // namespace trackloom
+}  // namespace trackloom::engines::writer

@@ -13,7 +13,7 @@
 #include "runtime/FileDescriptor.h"
 #include "runtime/Paths.h"
 
-namespace trackloom {
+namespace trackloom::engines::writer {
 
 /// How far the sources of one image have been read. Written by the library's thread, read by the image's owner.
 class ReadingState {
@@ -74,4 +74,4 @@ class FileContent {
   std::size_t used_ = 0;
 };
 
-}  // namespace trackloom
+}  // namespace trackloom::engines::writer

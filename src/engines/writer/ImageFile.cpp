@@ -9,12 +9,12 @@
 #include <system_error>
 #include <utility>
 
-#include "engines/writer/Blocks.h"
+#include "engines/ground/Blocks.h"
 #include "engines/writer/DataImage.h"
 #include "runtime/FileDescriptor.h"
 #include "runtime/RuntimeError.h"
 
-namespace trackloom {
+namespace trackloom::engines::writer {
 
 namespace {
 
@@ -109,4 +109,4 @@ void writeImageFile(const HostPath& target, std::vector<DataEntry> entries, cons
   report.upTo(image.fileCount(), 0);
 }
 
-}  // namespace trackloom
+}  // namespace trackloom::engines::writer

@@ -6,7 +6,7 @@
 #include "engines/writer/DataQueue.h"
 #include "ports/CDWriterEvents.h"
 
-namespace trackloom {
+namespace trackloom::engines::writer {
 
 /// Writes the image of a data disc to a file, in place of what is there, and tells of each file in the order in which
 /// they lie in the image: OnImageTrackStart, OnTrackCacheStart and OnCacheProgress up to its blocks. Sources that
@@ -14,4 +14,4 @@ namespace trackloom {
 void writeImageFile(const HostPath& target, std::vector<DataEntry> entries, const std::string& label,
                     CDWriterEvents& listener);
 
-}  // namespace trackloom
+}  // namespace trackloom::engines::writer

@@ -8,7 +8,7 @@
 
 #include "runtime/Text.h"
 
-namespace trackloom {
+namespace trackloom::engines::writer {
 
 namespace {
 
@@ -95,4 +95,4 @@ std::string volumeLabel(const std::string& wished) {
   return label;
 }
 
-}  // namespace trackloom
+}  // namespace trackloom::engines::writer

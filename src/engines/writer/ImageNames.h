@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-namespace trackloom {
+namespace trackloom::engines::writer {
 
 /// A name wished for in a folder of a data image.
 struct WishedName {
@@ -21,4 +21,4 @@ std::vector<std::string> imageNames(std::span<const WishedName> wished);
 /// The volume label as the primary descriptor keeps it: at most 32 bytes of valid UTF-8, no character split.
 std::string volumeLabel(const std::string& wished);
 
-}  // namespace trackloom
+}  // namespace trackloom::engines::writer

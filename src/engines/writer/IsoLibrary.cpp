@@ -4,7 +4,7 @@
 
 #include "runtime/RuntimeError.h"
 
-namespace trackloom {
+namespace trackloom::engines::writer {
 
 namespace {
 
@@ -38,4 +38,4 @@ int isoChecked(int result, const std::string& what) {
   throw RuntimeError(RuntimeError::DeviceIoError, what + ": " + (words != nullptr ? words : "unknown error"));
 }
 
-}  // namespace trackloom
+}  // namespace trackloom::engines::writer

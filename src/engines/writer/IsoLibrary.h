@@ -8,7 +8,7 @@
 
 #include <string>
 
-namespace trackloom {
+namespace trackloom::engines::writer {
 
 /// Makes the library that builds ISO 9660 images ready, once for the process: silent, giving up at the first source
 /// that cannot be read, and with UTF-8 for names whatever the locale. Throws RuntimeError when it cannot be used.
@@ -17,4 +17,4 @@ void ensureIsoLibrary();
 /// Throws RuntimeError with the library's own words where `result` is one of its error codes.
 int isoChecked(int result, const std::string& what);
 
-}  // namespace trackloom
+}  // namespace trackloom::engines::writer

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-namespace trackloom {
+namespace trackloom::engines::writer {
 
 OperationEvents::OperationEvents(EventQueue& queue, CDWriterEvents& listener,
                                  std::shared_ptr<std::string> deviceErrorText)
@@ -32,4 +32,4 @@ void OperationEvents::complete() {
   end([this] { listener_.OnOperationComplete(); });
 }
 
-}  // namespace trackloom
+}  // namespace trackloom::engines::writer

@@ -9,7 +9,7 @@
 #include "ports/CDWriterXP.h"
 #include "ports/EventQueue.h"
 
-namespace trackloom {
+namespace trackloom::engines::writer {
 
 /// The way of one operation's events from its thread to the listener. Once silenced, nothing arrives any more, not even
 /// what had been posted before. The state belongs to the UI thread; only raise(), fail() and complete() may be called
@@ -38,4 +38,4 @@ class OperationEvents : public std::enable_shared_from_this<OperationEvents> {
   bool ended_ = false;
 };
 
-}  // namespace trackloom
+}  // namespace trackloom::engines::writer

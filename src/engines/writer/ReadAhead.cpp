@@ -4,10 +4,10 @@
 #include <cstring>
 #include <utility>
 
-#include "engines/writer/Blocks.h"
+#include "engines/ground/Blocks.h"
 #include "runtime/RuntimeError.h"
 
-namespace trackloom {
+namespace trackloom::engines::writer {
 
 namespace {
 
@@ -22,7 +22,7 @@ std::size_t bytesOf(const MeasuredTrack& track) {
 
 }  // namespace
 
-ReadAhead::ReadAhead(AudioFiles& files, const std::vector<MeasuredTrack>& tracks, std::stop_token stop)
+ReadAhead::ReadAhead(audio::AudioFiles& files, const std::vector<MeasuredTrack>& tracks, std::stop_token stop)
     : files_(files), stop_(std::move(stop)) {
   for (const MeasuredTrack& track : tracks) {
     tracks_.push_back({track, {}, false, nullptr});
@@ -123,4 +123,4 @@ std::int16_t ReadAhead::bufferPercent() {
   return static_cast<std::int16_t>(whole == 0 ? 100 : std::min<std::size_t>(100, buffered_ * 100 / whole));
 }
 
-}  // namespace trackloom
+}  // namespace trackloom::engines::writer

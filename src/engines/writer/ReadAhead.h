@@ -15,7 +15,7 @@
 #include "engines/audio/AudioFiles.h"
 #include "engines/writer/SectorSource.h"
 
-namespace trackloom {
+namespace trackloom::engines::writer {
 
 /// An audio file of a disc with its length as measured before the write, in blocks.
 struct MeasuredTrack {
@@ -31,7 +31,7 @@ struct MeasuredTrack {
 class ReadAhead final : public SectorSource {
  public:
   /// `stop` ends a wait in read(); the destructor ends and joins the decoding threads.
-  ReadAhead(AudioFiles& files, const std::vector<MeasuredTrack>& tracks, std::stop_token stop);
+  ReadAhead(audio::AudioFiles& files, const std::vector<MeasuredTrack>& tracks, std::stop_token stop);
   ~ReadAhead() override;
 
   void read(std::span<std::byte> sectors) override;
@@ -53,7 +53,7 @@ class ReadAhead final : public SectorSource {
   bool hasRoom(std::size_t track) const;
   void fetchChunk();
 
-  AudioFiles& files_;
+  audio::AudioFiles& files_;
   std::stop_token stop_;
 
   // The chunk being handed out belongs to the reading thread alone.
@@ -71,4 +71,4 @@ class ReadAhead final : public SectorSource {
   std::array<std::jthread, 2> decoders_;
 };
 
-}  // namespace trackloom
+}  // namespace trackloom::engines::writer

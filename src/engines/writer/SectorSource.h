@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <span>
 
-namespace trackloom {
+namespace trackloom::engines::writer {
 
 /// Thrown out of a running operation that nobody waits for any more.
 struct Stopped {};
@@ -21,4 +21,4 @@ class SectorSource {
   virtual std::int16_t bufferPercent() = 0;
 };
 
-}  // namespace trackloom
+}  // namespace trackloom::engines::writer

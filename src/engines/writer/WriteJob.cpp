@@ -8,7 +8,7 @@
 #include "engines/writer/SectorSource.h"
 #include "runtime/RuntimeError.h"
 
-namespace trackloom {
+namespace trackloom::engines::writer {
 
 namespace {
 
@@ -39,4 +39,4 @@ WriteJob::WriteJob(WriteRequest request, std::shared_ptr<OperationEvents> events
         runWrite(request, *events, stop);
       }) {}
 
-}  // namespace trackloom
+}  // namespace trackloom::engines::writer

@@ -6,7 +6,7 @@
 #include "engines/writer/Burn.h"
 #include "engines/writer/OperationEvents.h"
 
-namespace trackloom {
+namespace trackloom::engines::writer {
 
 /// A write on a thread of its own. It reports every end but a stop as an event; destroying it stops the write and waits
 /// for the thread, which never waits for the UI thread in turn.
@@ -24,4 +24,4 @@ class WriteJob {
   std::jthread thread_;
 };
 
-}  // namespace trackloom
+}  // namespace trackloom::engines::writer

@@ -10,7 +10,7 @@
 #include "engines/audio/SoundFiles.h"
 #include "runtime/RuntimeError.h"
 
-namespace trackloom::testing {
+namespace trackloom::engines::audio {
 
 namespace {
 
@@ -213,4 +213,4 @@ TEST_CASE_METHOD(SoundFolder, "No damage to a file does harm") {
   for (int round = 0; round < 60; ++round) checkHarmless(write("bad", damaged(good, random)));
 }
 
-}  // namespace trackloom::testing
+}  // namespace trackloom::engines::audio

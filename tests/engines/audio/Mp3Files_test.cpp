@@ -9,7 +9,7 @@
 #include "engines/audio/SoundFiles.h"
 #include "runtime/RuntimeError.h"
 
-namespace trackloom::testing {
+namespace trackloom::engines::audio {
 
 namespace {
 
@@ -238,4 +238,4 @@ TEST_CASE_METHOD(Mp3Folder, "An MP3 file is known by its contents, not by its na
   CHECK(largestDifference(readAll(*files.open(path)), decodedByFfmpeg("encoded.mp3")) <= 2);
 }
 
-}  // namespace trackloom::testing
+}  // namespace trackloom::engines::audio

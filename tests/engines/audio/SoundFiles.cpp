@@ -9,7 +9,7 @@
 #include <numbers>
 #include <random>
 
-namespace trackloom::testing {
+namespace trackloom::engines::audio {
 
 namespace {
 
@@ -119,4 +119,4 @@ int largestDifference(const Samples& left, const Samples& right) {
   return largest;
 }
 
-}  // namespace trackloom::testing
+}  // namespace trackloom::engines::audio

@@ -7,7 +7,7 @@
 
 #include "engines/audio/AudioFiles.h"
 
-namespace trackloom::testing {
+namespace trackloom::engines::audio {
 
 using Samples = std::vector<std::int16_t>;
 
@@ -66,4 +66,4 @@ Samples readAll(AudioStream& stream);
 /// The largest difference between samples of the same place; a missing one counts as silence.
 int largestDifference(const Samples& left, const Samples& right);
 
-}  // namespace trackloom::testing
+}  // namespace trackloom::engines::audio

@@ -8,7 +8,7 @@
 #include "engines/audio/SoundFiles.h"
 #include "runtime/RuntimeError.h"
 
-namespace trackloom::testing {
+namespace trackloom::engines::audio {
 
 namespace {
 
@@ -132,4 +132,4 @@ TEST_CASE_METHOD(SoundFolder, "A WAV file that shrinks while it is read is an er
   CHECK_THROWS_WITH(readAll(*stream), Catch::Contains("shrinking.wav") && Catch::Contains("became shorter"));
 }
 
-}  // namespace trackloom::testing
+}  // namespace trackloom::engines::audio

@@ -3,7 +3,7 @@
 
 #include "engines/virtual/Sandbox.h"
 
-namespace trackloom::test {
+namespace trackloom::engines::virtualrecorder {
 
 using Catch::Matchers::Contains;
 namespace fs = std::filesystem;
@@ -94,4 +94,4 @@ TEST_CASE("isoinfo reads both sessions of a data disc that another program compo
   CHECK(outputOf("isoinfo -x '/SECOND.TXT;1' -T " + next + " -i " + quoted(image)) == "second session\n");
 }
 
-}  // namespace trackloom::test
+}  // namespace trackloom::engines::virtualrecorder

@@ -1,9 +1,9 @@
 #include "engines/virtual/RecorderSettings.h"
 
+using trackloom::engines::virtualrecorder::RecorderSettings;
+
 #include <catch2/catch.hpp>
 #include <random>
-
-using trackloom::RecorderSettings;
 
 TEST_CASE("An empty recorder.ini gives the defaults, and the one that is shipped says the same") {
   for (const std::string& ini : {std::string(), RecorderSettings::defaultIni()}) {

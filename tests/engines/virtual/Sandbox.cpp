@@ -20,7 +20,7 @@
 #include "engines/virtual/DiscFolder.h"
 #include "engines/virtual/VirtualRecorders.h"
 
-namespace trackloom::test {
+namespace trackloom::engines::virtualrecorder {
 
 namespace fs = std::filesystem;
 
@@ -183,4 +183,4 @@ std::string outputOf(const std::string& command) {
   return output;
 }
 
-}  // namespace trackloom::test
+}  // namespace trackloom::engines::virtualrecorder

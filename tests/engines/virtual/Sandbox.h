@@ -7,10 +7,10 @@
 #include <string>
 #include <vector>
 
-#include "engines/drives/Recorder.h"
+#include "engines/disc/Recorder.h"
 #include "engines/virtual/VirtualRecorder.h"
 
-namespace trackloom::test {
+namespace trackloom::engines::virtualrecorder {
 
 /// A folder of its own with a freshly laid out recorder in it; gone with the test.
 class Sandbox {
@@ -61,4 +61,4 @@ bool mountSmallFileSystem(const std::filesystem::path& folder, const char* optio
 /// What a tool of the system prints on both streams; `command` is for the shell.
 std::string outputOf(const std::string& command);
 
-}  // namespace trackloom::test
+}  // namespace trackloom::engines::virtualrecorder

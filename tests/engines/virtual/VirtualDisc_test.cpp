@@ -7,7 +7,7 @@
 #include "engines/virtual/Sandbox.h"
 #include "runtime/IniFile.h"
 
-namespace trackloom::test {
+namespace trackloom::engines::virtualrecorder {
 
 using Catch::Matchers::Contains;
 using Catch::Matchers::StartsWith;
@@ -257,4 +257,4 @@ TEST_CASE("Whatever is done to a disc.ini, it is damaged or keeps the laws") {
   CHECK(understood > 100);
 }
 
-}  // namespace trackloom::test
+}  // namespace trackloom::engines::virtualrecorder

@@ -10,7 +10,7 @@
 #include "engines/virtual/VirtualRecorders.h"
 #include "runtime/RuntimeError.h"
 
-namespace trackloom::test {
+namespace trackloom::engines::virtualrecorder {
 
 using Catch::Matchers::Contains;
 using Catch::Matchers::StartsWith;
@@ -445,4 +445,4 @@ TEST_CASE("The rest of a blank disc whose making was cut off is no disc and is u
   CHECK(recorder.look()->status == DiscEmpty);
 }
 
-}  // namespace trackloom::test
+}  // namespace trackloom::engines::virtualrecorder

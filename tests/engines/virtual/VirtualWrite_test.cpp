@@ -17,7 +17,7 @@
 #include "engines/virtual/Sandbox.h"
 #include "engines/virtual/VirtualRecorders.h"
 
-namespace trackloom::test {
+namespace trackloom::engines::virtualrecorder {
 
 using Catch::Matchers::Contains;
 using Catch::Matchers::StartsWith;
@@ -470,4 +470,4 @@ TEST_CASE("With real-time pacing a write takes its time") {
   CHECK(std::chrono::steady_clock::now() - again >= std::chrono::milliseconds(200));
 }
 
-}  // namespace trackloom::test
+}  // namespace trackloom::engines::virtualrecorder

@@ -2,7 +2,7 @@
 
 #include "engines/writer/FakeWorld.h"
 
-namespace trackloom::test {
+namespace trackloom::engines::writer {
 
 namespace {
 
@@ -66,7 +66,7 @@ TEST_CASE("The disc can be ejected and the next one written right after an abort
   REQUIRE(world.runUntilLine("OnTrackWriteStart 1 4000"));
   world.writer->AbortWrite();
   CHECK(world.writer->EjectDisc());
-  world.recorder->insert(fakes::FakeDisc::blank());
+  world.recorder->insert(FakeDisc::blank());
   world.recorder->everyWrite = std::chrono::milliseconds(0);
   world.writer->ClearAudioQueue();
   world.writer->AddAudioTrack(world.track("x", 30), 1);
@@ -115,4 +115,4 @@ TEST_CASE("An error that was on its way is not told after an abort") {
   CHECK(world.heard.lines.empty());
 }
 
-}  // namespace trackloom::test
+}  // namespace trackloom::engines::writer

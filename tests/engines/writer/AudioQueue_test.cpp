@@ -3,7 +3,7 @@
 #include <catch2/catch.hpp>
 #include <string>
 
-namespace trackloom::test {
+namespace trackloom::engines::writer {
 
 namespace {
 
@@ -62,4 +62,4 @@ TEST_CASE("The length of a queue stops at what 32 bits hold and comes back from 
   CHECK(queue.blocks() == 2000000000);
 }
 
-}  // namespace trackloom::test
+}  // namespace trackloom::engines::writer

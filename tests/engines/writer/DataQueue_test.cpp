@@ -6,9 +6,12 @@
 #include <algorithm>
 #include <catch2/catch.hpp>
 
-#include "engines/writer/TestFiles.h"
+#include "fakes/TempFolder.h"
+#include "fakes/TestFiles.h"
 
-namespace trackloom::test {
+namespace trackloom::engines::writer {
+
+using namespace fakes;
 
 namespace {
 
@@ -59,7 +62,7 @@ TEST_CASE("Only a regular file that can be opened is taken, and a pipe is not wa
   const TempFolder folder;
   DataQueue queue;
   CHECK_FALSE(add(queue, "\\a", folder.host("missing")));
-  CHECK_FALSE(add(queue, "\\a", HostPath(folder.path().string())));
+  CHECK_FALSE(add(queue, "\\a", HostPath(folder.path())));
   REQUIRE(::mkfifo(folder.host("pipe").text.c_str(), 0600) == 0);
   CHECK_FALSE(add(queue, "\\a", folder.host("pipe")));
   CHECK_FALSE(add(queue, "\\a", HostPath("/dev/zero")));
@@ -131,4 +134,4 @@ TEST_CASE("A path nested deeper than readers follow is refused") {
   CHECK_FALSE(add(queue, endless, source));
 }
 
-}  // namespace trackloom::test
+}  // namespace trackloom::engines::writer

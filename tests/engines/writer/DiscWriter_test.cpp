@@ -2,15 +2,13 @@
 
 #include "engines/writer/FakeWorld.h"
 
-namespace trackloom::test {
-
-using fakes::FakeDisc;
-using fakes::FakeRecorder;
+namespace trackloom::engines::writer {
 
 TEST_CASE("Drives have letters from D on, and those behind Z a question mark") {
   fakes::FakeEventQueue queue;
   fakes::WriterTranscript heard;
-  DiscWriters writers(RecorderList(25, std::make_shared<FakeRecorder>()), std::make_shared<AudioFiles>(), queue, {});
+  DiscWriters writers(RecorderList(25, std::make_shared<FakeRecorder>()), std::make_shared<audio::AudioFiles>(), queue,
+                      {});
   const auto writer = writers.create(heard);
   CHECK(writer->DriveCount() == 25);
   CHECK(writer->DriveLetter(0) == "D");
@@ -205,4 +203,4 @@ TEST_CASE("What the engine cannot do yet it refuses in words") {
   CHECK(world.writer->LastDeviceErrorText().find("/x.iso") != std::string::npos);
 }
 
-}  // namespace trackloom::test
+}  // namespace trackloom::engines::writer

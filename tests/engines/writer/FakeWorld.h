@@ -6,18 +6,24 @@
 #include <vector>
 
 #include "engines/writer/DiscWriters.h"
-#include "engines/writer/TestFiles.h"
+#include "engines/writer/FakeRecorder.h"
 #include "fakes/FakeEventQueue.h"
-#include "fakes/FakeRecorder.h"
+#include "fakes/TempFolder.h"
+#include "fakes/TestFiles.h"
 #include "fakes/WriterTranscript.h"
 
-namespace trackloom::test {
+namespace trackloom::engines::writer {
+
+using fakes::contentOf;
+using fakes::noise;
+using fakes::TempFolder;
+using fakes::wav;
 
 /// The real engine with a recorder in memory, which has a blank disc in it.
 class FakeWorld {
  public:
   FakeWorld() {
-    recorder->insert(fakes::FakeDisc::blank());
+    recorder->insert(FakeDisc::blank());
     writer = writers.create(heard);
     writer->SelectDrive(0);
   }
@@ -42,13 +48,13 @@ class FakeWorld {
   }
 
   TempFolder folder;
-  std::shared_ptr<fakes::FakeRecorder> recorder = std::make_shared<fakes::FakeRecorder>();
+  std::shared_ptr<FakeRecorder> recorder = std::make_shared<FakeRecorder>();
   fakes::FakeEventQueue queue;
   fakes::WriterTranscript heard;
-  DiscWriters writers{{recorder}, std::make_shared<AudioFiles>(), queue, {150, folder.host("scratch")}};
+  DiscWriters writers{{recorder}, std::make_shared<audio::AudioFiles>(), queue, {150, folder.host("scratch")}};
   std::unique_ptr<CDWriterXP> writer;
 };
 
 using Lines = std::vector<std::string>;
 
-}  // namespace trackloom::test
+}  // namespace trackloom::engines::writer

@@ -6,7 +6,9 @@
 
 #include "engines/writer/FakeWorld.h"
 
-namespace trackloom::test {
+namespace trackloom::engines::writer {
+
+using fakes::outputOf;
 
 namespace {
 
@@ -213,4 +215,4 @@ TEST_CASE("Ten thousand files of one folder make an image") {
   CHECK(world.tree("-J").size() == 10001);
 }
 
-}  // namespace trackloom::test
+}  // namespace trackloom::engines::writer

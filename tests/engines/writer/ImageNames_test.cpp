@@ -2,7 +2,7 @@
 
 #include <catch2/catch.hpp>
 
-namespace trackloom::test {
+namespace trackloom::engines::writer {
 
 namespace {
 
@@ -76,4 +76,4 @@ TEST_CASE("A volume label keeps 32 bytes and whole characters") {
   CHECK(volumeLabel("\xFC") == "\xC3\xBC");
 }
 
-}  // namespace trackloom::test
+}  // namespace trackloom::engines::writer

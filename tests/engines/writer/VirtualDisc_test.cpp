@@ -2,7 +2,9 @@
 
 #include "engines/writer/VirtualWorld.h"
 
-namespace trackloom::test {
+namespace trackloom::engines::writer {
+
+using fakes::outputOf;
 
 TEST_CASE("An audio disc holds the samples of its files bit for bit, with the pauses silent between them") {
   VirtualWorld world;
@@ -76,7 +78,7 @@ TEST_CASE("The cache leaves nothing behind") {
   REQUIRE(world.real().AddAudioTrack(world.audioFile("one", 400), 1));
   world.real().SetCacheAudioTracks(true);
   REQUIRE(world.wroteWell());
-  CHECK(std::filesystem::is_empty(world.folder.path() / "scratch"));
+  CHECK(std::filesystem::is_empty(std::filesystem::path(world.folder.path()) / "scratch"));
 }
 
-}  // namespace trackloom::test
+}  // namespace trackloom::engines::writer

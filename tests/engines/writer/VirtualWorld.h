@@ -5,19 +5,25 @@
 #include "contract/WriterWorld.h"
 #include "engines/virtual/VirtualRecorders.h"
 #include "engines/writer/DiscWriters.h"
-#include "engines/writer/TestFiles.h"
 #include "fakes/FakeEventQueue.h"
+#include "fakes/TempFolder.h"
+#include "fakes/TestFiles.h"
 
-namespace trackloom::test {
+namespace trackloom::engines::writer {
+
+using fakes::contentOf;
+using fakes::noise;
+using fakes::TempFolder;
+using fakes::wav;
 
 /// The real engine with a virtual recorder in a folder of its own.
 class VirtualWorld : public contract::WriterWorld {
  public:
   VirtualWorld() {
     const HostPath recorder = folder.host("Virtual Recorder");
-    createVirtualRecorder(recorder);
-    writers_ = std::make_unique<DiscWriters>(findVirtualRecorders(HostPath(folder.path().string())),
-                                             std::make_shared<AudioFiles>(), queue,
+    virtualrecorder::createVirtualRecorder(recorder);
+    writers_ = std::make_unique<DiscWriters>(virtualrecorder::findVirtualRecorders(HostPath(folder.path())),
+                                             std::make_shared<audio::AudioFiles>(), queue,
                                              WriterSettings{150, folder.host("scratch")});
     real_ = writers_->create(heard_);
     scratch_ = writers_->create(scratchHeard_);
@@ -44,7 +50,8 @@ class VirtualWorld : public contract::WriterWorld {
   void recorderIni(const std::string& text) const { folder.file("Virtual Recorder/recorder.ini", text); }
   /// The only disc in the tray.
   std::filesystem::path disc() const {
-    return std::filesystem::directory_iterator(folder.path() / "Virtual Recorder" / "tray")->path();
+    return std::filesystem::directory_iterator(std::filesystem::path(folder.path()) / "Virtual Recorder" / "tray")
+        ->path();
   }
   bool write() {
     heard_.lines.clear();
@@ -64,4 +71,4 @@ class VirtualWorld : public contract::WriterWorld {
   std::unique_ptr<CDWriterXP> scratch_;
 };
 
-}  // namespace trackloom::test
+}  // namespace trackloom::engines::writer

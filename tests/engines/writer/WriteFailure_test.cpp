@@ -2,9 +2,7 @@
 
 #include "engines/writer/FakeWorld.h"
 
-namespace trackloom::test {
-
-using fakes::FakeDisc;
+namespace trackloom::engines::writer {
 
 namespace {
 
@@ -169,7 +167,8 @@ TEST_CASE("A failure in a test write leaves the disc as it was") {
 TEST_CASE("A cache that cannot be made is an error of the read buffer with nothing written") {
   FakeWorld world;
   fakes::WriterTranscript heard;
-  DiscWriters writers({world.recorder}, std::make_shared<AudioFiles>(), world.queue, {150, HostPath("/dev/null/no")});
+  DiscWriters writers({world.recorder}, std::make_shared<audio::AudioFiles>(), world.queue,
+                      {150, HostPath("/dev/null/no")});
   const auto writer = writers.create(heard);
   REQUIRE(writer->SelectDrive(0));
   writer->SetCacheAudioTracks(true);
@@ -181,4 +180,4 @@ TEST_CASE("A cache that cannot be made is an error of the read buffer with nothi
   CHECK(world.recorder->orders.empty());
 }
 
-}  // namespace trackloom::test
+}  // namespace trackloom::engines::writer

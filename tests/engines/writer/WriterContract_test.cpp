@@ -2,12 +2,12 @@
 
 #include "engines/writer/VirtualWorld.h"
 
-namespace trackloom::test {
+namespace trackloom::engines::writer {
 
 namespace {
 
 void holds(void (*rule)(contract::WriterWorld&)) {
-  test::VirtualWorld world;
+  VirtualWorld world;
   rule(world);
 }
 
@@ -49,4 +49,4 @@ TEST_CASE("The engine answers a write of nothing with a file error") {
   holds(contract::emptyQueueIsAFileError);
 }
 
-}  // namespace trackloom::test
+}  // namespace trackloom::engines::writer

@@ -1,4 +1,4 @@
-#include "engines/audio/Mp3Layout.h"
+#include "engines/audio/Mp3Extent.h"
 
 #include <algorithm>
 #include <array>
@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-namespace trackloom {
+namespace trackloom::engines::audio {
 
 namespace {
 
@@ -184,16 +184,16 @@ std::optional<std::int64_t> announcedFrames(Bytes stream, std::int64_t streamSiz
 
 }  // namespace
 
-std::optional<Mp3Layout> findMp3(const OpenedFile& file) {
+std::optional<Mp3Extent> findMp3(const OpenedFile& file) {
   constexpr std::int64_t firstLook = 2048;  // holds the largest frame that a header can lie in
   const std::int64_t end = beforeTrailingTags(file);
   const std::int64_t begin = behindLeadingTags(file, end);
   if (begin >= end) return std::nullopt;
   if (const auto frames = announcedFrames(readRange(file, begin, end, firstLook), end - begin))
-    return Mp3Layout{.begin = begin, .end = end, .announcedFrames = frames};
+    return Mp3Extent{.begin = begin, .end = end, .announcedFrames = frames};
   const auto first = firstFrame(file, begin, end);
   if (!first) return std::nullopt;
-  return Mp3Layout{.begin = *first, .end = end, .announcedFrames = {}};
+  return Mp3Extent{.begin = *first, .end = end, .announcedFrames = {}};
 }
 
-}  // namespace trackloom
+}  // namespace trackloom::engines::audio

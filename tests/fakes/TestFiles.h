@@ -1,45 +1,13 @@
 #pragma once
 
-#include <unistd.h>
-
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <string>
 
-#include "runtime/Paths.h"
-
-namespace trackloom::test {
-
-/// A folder of this test alone, gone with it.
-class TempFolder {
- public:
-  TempFolder() {
-    std::string name = (std::filesystem::temp_directory_path() / "trackloom-writer-XXXXXX").string();
-    path_ = ::mkdtemp(name.data());
-  }
-  ~TempFolder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(path_, ignored);
-  }
-  TempFolder(const TempFolder&) = delete;
-  TempFolder& operator=(const TempFolder&) = delete;
-
-  const std::filesystem::path& path() const { return path_; }
-  HostPath host(const std::string& name) const { return HostPath((path_ / name).string()); }
-
-  HostPath file(const std::string& name, const std::string& bytes) const {
-    std::filesystem::create_directories((path_ / name).parent_path());
-    std::ofstream(path_ / name, std::ios::binary) << bytes;
-    return host(name);
-  }
-
- private:
-  std::filesystem::path path_;
-};
+namespace trackloom::fakes {
 
 inline std::string contentOf(const std::filesystem::path& path) {
   std::ifstream file(path, std::ios::binary);
@@ -80,4 +48,4 @@ inline std::string outputOf(const std::string& command) {
   return contentOf(target);
 }
 
-}  // namespace trackloom::test
+}  // namespace trackloom::fakes

@@ -3,9 +3,9 @@
 #include <cstdint>
 #include <string_view>
 
-#include "engines/drives/Recorder.h"
+#include "engines/disc/Recorder.h"
 
-namespace trackloom {
+namespace trackloom::engines {
 
 /// Refusals and failures as recorders number them: sense key, additional sense code and its
 /// qualifier, packed as 0xKKCCQQ (T10 SPC-5, numeric order of codes).
@@ -26,4 +26,4 @@ inline constexpr std::int32_t tooManyTracks = 0x057205;
 /// A failure whose text begins with its number in the usual writing, such as "3/0C/00 write error at block 15230".
 DriveFailure failure(std::int32_t number, std::string_view words);
 
-}  // namespace trackloom
+}  // namespace trackloom::engines

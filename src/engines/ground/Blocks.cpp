@@ -1,9 +1,9 @@
-#include "engines/writer/Blocks.h"
+#include "engines/ground/Blocks.h"
 
 #include <algorithm>
 #include <limits>
 
-namespace trackloom {
+namespace trackloom::engines {
 
 namespace {
 
@@ -35,4 +35,4 @@ std::string timeOfBlocks(std::int32_t blocks) {
          twoDigits(frames % framesASecond);
 }
 
-}  // namespace trackloom
+}  // namespace trackloom::engines

@@ -6,7 +6,7 @@
 
 #include "ports/CDWriterXP.h"
 
-namespace trackloom {
+namespace trackloom::engines {
 
 /// Bytes of one audio sector (IEC 60908, 98 frames of 24 bytes) and of the user data of one data sector (ECMA-130, mode
 /// 1).
@@ -26,4 +26,4 @@ std::int32_t bytesOfBlocks(std::int32_t blocks, std::int32_t kind);
 /// `MM:SS:FF` with FF in frames of 1/75 second; a count below 0 is "00:00:00".
 std::string timeOfBlocks(std::int32_t blocks);
 
-}  // namespace trackloom
+}  // namespace trackloom::engines

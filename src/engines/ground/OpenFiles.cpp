@@ -1,4 +1,4 @@
-#include "engines/virtual/OpenFiles.h"
+#include "engines/ground/OpenFiles.h"
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -13,7 +13,7 @@
 #include <string_view>
 #include <system_error>
 
-namespace trackloom {
+namespace trackloom::engines {
 
 namespace {
 
@@ -162,4 +162,4 @@ bool moveEntry(const FileDescriptor& from, const std::string& name, const FileDe
   throwSystemError("cannot move " + name);
 }
 
-}  // namespace trackloom
+}  // namespace trackloom::engines

@@ -1,10 +1,10 @@
-#include "engines/drives/EngineSettings.h"
+#include "engines/ground/EngineSettings.h"
 
 #include "runtime/Files.h"
 #include "runtime/IniFile.h"
 #include "runtime/Statements.h"
 
-namespace trackloom {
+namespace trackloom::engines {
 
 namespace {
 
@@ -43,4 +43,4 @@ void explainEngineSettings(const HostPath& programFolder) {
   if (!FileExists(path)) skipOnError([&] { ReplaceFile(path, explainedDefaults(EngineSettings())); });
 }
 
-}  // namespace trackloom
+}  // namespace trackloom::engines

@@ -1,10 +1,10 @@
-#include "engines/drives/EngineSettings.h"
+#include "engines/ground/EngineSettings.h"
 
 #include <catch2/catch.hpp>
 
 #include "fakes/TempFolder.h"
 
-namespace trackloom {
+namespace trackloom::engines {
 
 using fakes::TempFolder;
 
@@ -39,4 +39,4 @@ TEST_CASE("A program folder that cannot be written gives the defaults in silence
   CHECK(loadEngineSettings(HostPath("/no/such/folder")).pause == 150);
 }
 
-}  // namespace trackloom
+}  // namespace trackloom::engines

@@ -8,7 +8,7 @@
 
 #include "runtime/FileDescriptor.h"
 
-namespace trackloom {
+namespace trackloom::engines {
 
 // What lies in a folder is always reached from the open folder, never by a whole path, so that a disc which a file
 // manager moves in the midst of a write is written on where it now lies. Nothing here follows a symbolic link below the
@@ -40,4 +40,4 @@ void replaceFile(const FileDescriptor& folder, const std::string& name, const st
 bool moveEntry(const FileDescriptor& from, const std::string& name, const FileDescriptor& to,
                const std::string& newName);
 
-}  // namespace trackloom
+}  // namespace trackloom::engines

@@ -1,9 +1,9 @@
-#include "engines/writer/Blocks.h"
+#include "engines/ground/Blocks.h"
 
 #include <catch2/catch.hpp>
 #include <limits>
 
-namespace trackloom::test {
+namespace trackloom::engines {
 
 TEST_CASE("Blocks become bytes by the sector of their kind and stop at what 32 bits hold") {
   CHECK(bytesOfBlocks(1, AudioBlocks) == 2352);
@@ -32,4 +32,4 @@ TEST_CASE("A time counts minutes, seconds and frames of which 75 make a second")
   CHECK(timeOfBlocks(std::numeric_limits<std::int32_t>::max()) == "477218:35:22");
 }
 
-}  // namespace trackloom::test
+}  // namespace trackloom::engines

@@ -9,9 +9,9 @@
 #include <thread>
 #include <vector>
 
-#include "engines/drives/Recorder.h"
+#include "engines/disc/Recorder.h"
 
-namespace trackloom::fakes {
+namespace trackloom::engines::writer {
 
 /// A disc in memory: its state as a recorder sees it, and what was written onto it, track by track.
 struct FakeDisc {
@@ -132,4 +132,4 @@ inline std::unique_ptr<DiscWrite> FakeRecorder::begin(const WriteOrder& order) {
   return std::make_unique<FakeWrite>(*this, order);
 }
 
-}  // namespace trackloom::fakes
+}  // namespace trackloom::engines::writer

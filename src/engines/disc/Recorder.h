@@ -11,7 +11,7 @@
 
 #include "ports/CDWriterXP.h"
 
-namespace trackloom {
+namespace trackloom::engines {
 
 /// What a recorder tells of itself; the texts as the device gives them, untrimmed.
 struct DriveIdentity {
@@ -98,4 +98,4 @@ class Recorder {
 /// All recorders of the machine in the order of their drive numbers.
 using RecorderList = std::vector<std::shared_ptr<Recorder>>;
 
-}  // namespace trackloom
+}  // namespace trackloom::engines

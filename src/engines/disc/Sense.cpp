@@ -1,10 +1,10 @@
-#include "engines/drives/Sense.h"
+#include "engines/disc/Sense.h"
 
 #include <array>
 #include <cstdio>
 #include <string>
 
-namespace trackloom {
+namespace trackloom::engines {
 
 DriveFailure failure(std::int32_t number, std::string_view words) {
   const auto bits = static_cast<std::uint32_t>(number);
@@ -13,4 +13,4 @@ DriveFailure failure(std::int32_t number, std::string_view words) {
   return DriveFailure(number, prefix.data() + std::string(words));
 }
 
-}  // namespace trackloom
+}  // namespace trackloom::engines

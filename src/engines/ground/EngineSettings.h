@@ -4,7 +4,7 @@
 
 #include "runtime/Paths.h"
 
-namespace trackloom {
+namespace trackloom::engines {
 
 /// What the user may set of the engines, in `Engines.ini` beside the executable. The program itself knows nothing of
 /// it.
@@ -21,4 +21,4 @@ EngineSettings loadEngineSettings(const HostPath& programFolder);
 /// defaults serve.
 void explainEngineSettings(const HostPath& programFolder);
 
-}  // namespace trackloom
+}  // namespace trackloom::engines
