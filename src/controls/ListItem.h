@@ -28,6 +28,15 @@ struct ListColumn {
   bool rightAligned = false;
 };
 
+/// What a list can do besides showing rows.
+struct ListStyle {
+  bool checkBoxes = false;
+  /// Any number of rows can be selected, instead of one at most.
+  bool multiSelect = false;
+};
+
+enum class MouseButton { Left, Middle, Right };
+
 /// What has become of a list's rows, for whoever mirrors them. Rows count from 1.
 struct ListChange {
   enum class Kind { Inserted, Removed, RowChanged, Reset, Columns, Selection };

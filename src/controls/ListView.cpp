@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <unordered_set>
+#include <utility>
 
 #include "controls/ControlVisitor.h"
 #include "runtime/RuntimeError.h"
@@ -9,8 +11,8 @@
 
 namespace trackloom {
 
-ListView::ListView(Form& form, std::string name, std::vector<ListColumn> columns, bool checkBoxes)
-    : Control(form, std::move(name)), columns_(std::move(columns)), checkBoxes_(checkBoxes) {}
+ListView::ListView(Form& form, std::string name, std::vector<ListColumn> columns, ListStyle style)
+    : Control(form, std::move(name)), columns_(std::move(columns)), style_(style) {}
 
 void ListView::accept(ControlVisitor& visitor) {
   visitor.visit(*this);
@@ -82,7 +84,7 @@ void ListView::Insert(int row, ListItem item) {
   if (sorted_) added.key = keyOf(item);
   added.item = std::make_unique<ListItem>(std::move(item));
   rows_.insert(rows_.begin() + (row - 1), std::move(added));
-  if (selected_ >= row) ++selected_;
+  selected_.rowInserted(row);
   tell(ListChange::Kind::Inserted, row);
 }
 
@@ -91,15 +93,14 @@ void ListView::Remove(int row) {
   const auto bearers = texts_.find(UCase(Item(row).Text));
   if (--bearers->second == 0) texts_.erase(bearers);
   rows_.erase(rows_.begin() + (row - 1));
-  if (selected_ == row) selected_ = 0;
-  if (selected_ > row) --selected_;
+  selected_.rowRemoved(row);
   tell(ListChange::Kind::Removed, row);
 }
 
 void ListView::Clear() {
   rows_.clear();
   texts_.clear();
-  selected_ = 0;
+  selected_ = {};
   checked_ = 0;
   tell(ListChange::Kind::Reset);
 }
@@ -127,9 +128,25 @@ void ListView::SetChecked(int row, bool checked) {
 
 void ListView::SelectRow(int row) {
   if (row < 0 || row > Count()) throw RuntimeError(RuntimeError::SubscriptOutOfRange);
-  if (row == selected_) return;
-  selected_ = row;
-  tell(ListChange::Kind::Selection, row);
+  setSelection(row == 0 ? RowSet() : RowSet({row}));
+}
+
+bool ListView::Selected(int row) const {
+  at(row);
+  return selected_.contains(row);
+}
+
+void ListView::SetSelected(int row, bool selected) {
+  at(row);
+  RowSet rows = style_.multiSelect || !selected ? selected_ : RowSet();
+  selected ? rows.add(row) : rows.drop(row);
+  setSelection(std::move(rows));
+}
+
+void ListView::setSelection(RowSet rows) {
+  if (rows == selected_) return;
+  selected_ = std::move(rows);
+  tell(ListChange::Kind::Selection, selected_.first());
 }
 
 void ListView::SetSorted(bool sorted) {
@@ -143,21 +160,29 @@ void ListView::SetSortKey(int key) {
 }
 
 void ListView::resort() {
-  const ListItem* selected = selected_ == 0 ? nullptr : at(selected_).item.get();
+  std::unordered_set<const ListItem*> selected;
+  for (const int row : selected_.rows()) selected.insert(at(row).item.get());
   for (Row& row : rows_) row.key = keyOf(*row.item);
   std::stable_sort(rows_.begin(), rows_.end(), [](const Row& a, const Row& b) { return a.key < b.key; });
-  const auto place =
-      std::find_if(rows_.begin(), rows_.end(), [&](const Row& row) { return row.item.get() == selected; });
-  selected_ = place == rows_.end() ? 0 : static_cast<int>(place - rows_.begin()) + 1;
+  selected_ = {};
+  for (int row = 1; !selected.empty() && row <= Count(); ++row)
+    if (selected.erase(at(row).item.get()) != 0) selected_.add(row);
   tell(ListChange::Kind::Reset);
 }
 
 void ListView::check(int row, bool checked) {
-  if (!usable() || !checkBoxes_ || at(row).item->Checked == checked) return;
+  if (!usable() || !style_.checkBoxes || at(row).item->Checked == checked) return;
   SetChecked(row, checked);
   raise([this, row] {
     if (ItemCheck) ItemCheck(row);
   });
+}
+
+void ListView::select(std::vector<int> rows) {
+  if (!usable()) return;
+  for (const int row : rows) at(row);
+  RowSet chosen(std::move(rows));
+  setSelection(style_.multiSelect || chosen.first() == 0 ? std::move(chosen) : RowSet({chosen.first()}));
 }
 
 void ListView::doubleClick(int row) {
@@ -171,6 +196,33 @@ void ListView::dropFiles(const std::vector<std::string>& paths) {
   raise([&] {
     if (FilesDropped) FilesDropped(paths);
   });
+}
+
+void ListView::press(MouseButton button) {
+  if (!usable()) return;
+  raise([this, button] {
+    if (MouseDown) MouseDown(button);
+  });
+}
+
+void ListView::dragOver(double y) {
+  if (!usable() || !dragging()) return;
+  drag_ = DragState::Over;
+  raise([this, y] {
+    if (DragOver) DragOver(y);
+  });
+}
+
+void ListView::drop(double y) {
+  if (std::exchange(drag_, DragState::None) != DragState::Over || !usable()) return;
+  raise([this, y] {
+    if (DragDrop) DragDrop(y);
+  });
+}
+
+void ListView::reportView(int firstVisibleRow, double dragHeight) {
+  firstVisibleRow_ = firstVisibleRow;
+  dragHeight_ = dragHeight;
 }
 
 }  // namespace trackloom

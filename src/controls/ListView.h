@@ -9,6 +9,7 @@
 
 #include "controls/Control.h"
 #include "controls/ListItem.h"
+#include "controls/RowSet.h"
 
 namespace trackloom {
 
@@ -17,7 +18,7 @@ namespace trackloom {
 /// switching sorting off keeps the order, and changing a cell moves nothing.
 class ListView final : public Control {
  public:
-  ListView(Form& form, std::string name, std::vector<ListColumn> columns, bool checkBoxes = false);
+  ListView(Form& form, std::string name, std::vector<ListColumn> columns, ListStyle style = {});
   void accept(ControlVisitor& visitor) override;
 
   /// Told after each change of rows, columns or selection.
@@ -42,12 +43,17 @@ class ListView final : public Control {
   void SetSubItem(int row, int index, std::string text);
   void SetForeColor(int row, Colour colour);
   void SetChecked(int row, bool checked);
-  bool checkBoxes() const { return checkBoxes_; }
+  const ListStyle& style() const { return style_; }
   int CheckedCount() const { return checked_; }
 
-  /// 0: no row is selected.
-  int SelectedRow() const { return selected_; }
+  /// The first of the selected rows; 0: none is.
+  int SelectedRow() const { return selected_.first(); }
+  /// Makes the row the only one selected; 0 leaves none.
   void SelectRow(int row);
+  const std::vector<int>& SelectedRows() const { return selected_.rows(); }
+  bool Selected(int row) const;
+  /// Where one row at most can be selected, the others lose it.
+  void SetSelected(int row, bool selected);
 
   bool Sorted() const { return sorted_; }
   void SetSorted(bool sorted);
@@ -63,10 +69,36 @@ class ListView final : public Control {
   std::function<void()> DblClick;
   std::function<void(const std::vector<std::string>& paths)> FilesDropped;
   void check(int row, bool checked);
+  /// Where one row at most can be selected, the first of them counts.
+  void select(std::vector<int> rows);
   void doubleClick(int row);
   void dropFiles(const std::vector<std::string>& paths);
 
+  // Dragging rows within the list. Heights are twips of a list whose head and rows are as high as DragRowHeight,
+  // whatever the font: the head is 0 and up, the first visible row DragRowHeight and up.
+  static constexpr double DragRowHeight = 245;
+  std::function<void(MouseButton)> MouseDown;
+  std::function<void(double y)> DragOver;
+  std::function<void(double y)> DragDrop;
+  /// Begins a drag of the list onto itself; for MouseDown.
+  void Drag() { drag_ = DragState::Begun; }
+  bool dragging() const { return drag_ != DragState::None; }
+  /// Scrolls by pixels, rounded to whole rows.
+  void ScrollBy(int right, int down) { scrollRequested(right, down); }
+  Signal<int, int> scrollRequested;
+  int FirstVisibleRow() const { return firstVisibleRow_; }
+  double DragHeight() const { return dragHeight_; }
+
+  void press(MouseButton button);
+  void dragOver(double y);
+  /// A drag that never went over the list was a mere click and drops nothing.
+  void drop(double y);
+  void endDragElsewhere() { drag_ = DragState::None; }
+  /// Which row is the first that is seen, and how high head and seen rows are together.
+  void reportView(int firstVisibleRow, double dragHeight);
+
  private:
+  enum class DragState { None, Begun, Over };
   struct Row {
     std::unique_ptr<ListItem> item;
     std::string key;
@@ -76,17 +108,21 @@ class ListView final : public Control {
   Row& at(int row);
   std::string keyOf(const ListItem& item) const;
   void resort();
+  void setSelection(RowSet rows);
   void tell(ListChange::Kind kind, int row = 0) { listChanged({kind, row}); }
 
   std::vector<ListColumn> columns_;
   std::vector<Row> rows_;
   /// How many rows bear an upper-cased Text.
   std::unordered_map<std::string, int> texts_;
-  bool checkBoxes_;
+  ListStyle style_;
   bool sorted_ = false;
   int sortKey_ = 0;
-  int selected_ = 0;
+  RowSet selected_;
   int checked_ = 0;
+  DragState drag_ = DragState::None;
+  int firstVisibleRow_ = 1;
+  double dragHeight_ = 0;
 };
 
 }  // namespace trackloom

@@ -81,7 +81,7 @@ QVariant ListModel::data(const QModelIndex& index, int role) const {
     case Qt::DecorationRole:
       return first && item.SmallIcon == 1 ? QVariant(icon_) : QVariant();
     case Qt::CheckStateRole:
-      return first && list_->checkBoxes() ? QVariant(item.Checked ? Qt::Checked : Qt::Unchecked) : QVariant();
+      return first && list_->style().checkBoxes ? QVariant(item.Checked ? Qt::Checked : Qt::Unchecked) : QVariant();
     case Qt::ForegroundRole: {
       const QColor colour = shownColour(item.ForeColor, QGuiApplication::palette());
       return colour.isValid() ? QVariant(colour) : QVariant();
@@ -109,7 +109,7 @@ QVariant ListModel::headerData(int section, Qt::Orientation orientation, int rol
 
 Qt::ItemFlags ListModel::flags(const QModelIndex& index) const {
   Qt::ItemFlags flags = Qt::ItemIsSelectable | Qt::ItemIsEnabled | Qt::ItemNeverHasChildren;
-  if (list_ != nullptr && list_->checkBoxes() && index.column() == 0) flags |= Qt::ItemIsUserCheckable;
+  if (list_ != nullptr && list_->style().checkBoxes && index.column() == 0) flags |= Qt::ItemIsUserCheckable;
   return flags;
 }
 

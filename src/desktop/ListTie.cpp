@@ -15,6 +15,7 @@
 #include "desktop/Face.h"
 #include "desktop/ListModel.h"
 #include "desktop/Make.h"
+#include "desktop/RowDrag.h"
 #include "desktop/Shown.h"
 
 namespace trackloom {
@@ -41,6 +42,9 @@ struct ListTie {
   /// The column takes what the others leave, so its width is nobody's choice.
   bool stretches(int column) const;
   void showSelection();
+  void showSelectedRow();
+  void showSelectedRows();
+  std::vector<int> rowsSelectedInView() const;
   void reportSelection();
   void reportSize() const;
   bool toggleCheck(const QKeyEvent& key);
@@ -78,6 +82,10 @@ bool ListTie::stretches(int column) const {
 }
 
 void ListTie::showSelection() {
+  list.style().multiSelect ? showSelectedRows() : showSelectedRow();
+}
+
+void ListTie::showSelectedRow() {
   QItemSelectionModel& selection = *view.selectionModel();
   const int row = list.SelectedRow() - 1;
   if (row >= model.rowCount()) return;
@@ -88,11 +96,28 @@ void ListTie::showSelection() {
   }
 }
 
+std::vector<int> ListTie::rowsSelectedInView() const {
+  std::vector<int> rows;
+  for (const QModelIndex& index : view.selectionModel()->selectedRows()) rows.push_back(index.row() + 1);
+  std::sort(rows.begin(), rows.end());
+  return rows;
+}
+
+void ListTie::showSelectedRows() {
+  if (rowsSelectedInView() == list.SelectedRows()) return;
+  QItemSelection wanted;
+  for (const int row : list.SelectedRows()) {
+    if (row > model.rowCount()) break;
+    QModelIndex first = model.index(row - 1, 0);
+    if (!wanted.isEmpty() && wanted.back().bottom() == row - 2) first = wanted.takeLast().topLeft();
+    wanted.append(QItemSelectionRange(first, model.index(row - 1, 0)));
+  }
+  view.selectionModel()->select(wanted, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+}
+
 void ListTie::reportSelection() {
   if (mirroring) return;
-  const QModelIndexList rows = view.selectionModel()->selectedRows();
-  const int row = rows.isEmpty() ? 0 : rows.front().row() + 1;
-  entry([this, row] { list.SelectRow(row); });
+  entry([this] { list.select(rowsSelectedInView()); });
 }
 
 void ListTie::reportSize() const {
@@ -104,7 +129,7 @@ void ListTie::reportSize() const {
 
 bool ListTie::toggleCheck(const QKeyEvent& key) {
   const QModelIndex current = view.currentIndex();
-  if (key.key() != Qt::Key_Space || !list.checkBoxes() || !current.isValid()) return false;
+  if (key.key() != Qt::Key_Space || !list.style().checkBoxes || !current.isValid()) return false;
   const int row = current.row() + 1;
   entry([this, row] { list.check(row, !list.Item(row).Checked); });
   return true;
@@ -131,13 +156,13 @@ bool ListTie::dragEvent(QEvent& event) {
   return true;
 }
 
-void design(QTreeView& view) {
+void design(QTreeView& view, const ListStyle& style) {
   view.setRootIsDecorated(false);
   view.setItemsExpandable(false);
   view.setUniformRowHeights(true);
   view.setAllColumnsShowFocus(true);
   view.setEditTriggers(QAbstractItemView::NoEditTriggers);
-  view.setSelectionMode(QAbstractItemView::SingleSelection);
+  view.setSelectionMode(style.multiSelect ? QAbstractItemView::ExtendedSelection : QAbstractItemView::SingleSelection);
   view.setTextElideMode(Qt::ElideMiddle);
   view.setAcceptDrops(true);
   view.header()->setSectionsMovable(false);
@@ -169,7 +194,7 @@ void tieList(Face& face, QTreeView& view, ListView& list) {
   const QVariant icon = view.property("rowIcon");
   auto& model =
       make<ListModel>(view, list, face.entry(), rowIconNamed(icon.isValid() ? entered(icon.toString()) : "Note"));
-  design(view);
+  design(view, list.style());
   view.setModel(&model);
   const auto tie = std::make_shared<ListTie>(ListTie{view, list, model, make<QTimer>(view), face.entry()});
   tie->mirror({ListChange::Kind::Reset, 0});
@@ -179,6 +204,7 @@ void tieList(Face& face, QTreeView& view, ListView& list) {
     tie->model.cut();
   });
   connectEvents(tie);
+  tieRowDrag(face, view, list);
 }
 
 }  // namespace trackloom

@@ -25,8 +25,10 @@ class frmFiles final : public Form {
   PictureBox Image1{*this, "Image1"};
   Label Label1{*this, "Label1", "Browse for Audio Tracks to Add to your Layout"};
   FolderTreeview FT1{*this, "FT1"};
-  ListView ListView1{
-      *this, "ListView1", {{"File Name", "File Name", 4200}, {"File Size", "File Size", 1400, true}}, true};
+  ListView ListView1{*this,
+                     "ListView1",
+                     {{"File Name", "File Name", 4200}, {"File Size", "File Size", 1400, true}},
+                     {.checkBoxes = true}};
   Button cmdCheckAll{*this, "cmdCheckAll", "Check All"};
   Button cmdClearAll{*this, "cmdClearAll", "Clear All"};
   Button cmdOK{*this, "cmdOK", "&Add Checked"};

@@ -21,7 +21,7 @@ class frmFolder final : public Form {
   PictureBox Image1{*this, "Image1"};
   Label Label1{*this, "Label1", "Define MP3 CD Folders"};
   Label Label2{*this, "Label2", "Select tracks you want to apply this folder to:"};
-  ListView ListView1{*this, "ListView1", {{"Track Name", "Track Name", 5600}}};
+  ListView ListView1{*this, "ListView1", {{"Track Name", "Track Name", 5600}}, {.multiSelect = true}};
   Label Label3{*this, "Label3", "New Folder:"};
   TextBox txtFolder{*this, "txtFolder"};
   ComboBox cboFolder{*this, "cboFolder"};

@@ -36,7 +36,7 @@ class frmRipMain final : public Form {
                       {"Track Start", "Track Start", 1500},
                       {"Track End", "Track End", 1500},
                       {"Track Length", "Track Length", 1500}},
-                     true};
+                     {.checkBoxes = true}};
   Button cmdSelectAll{*this, "cmdSelectAll", "Select &All"};
   Button cmdSelectNone{*this, "cmdSelectNone", "Select &None"};
   Button cmdExtract{*this, "cmdExtract", "&Extract Selected Tracks"};

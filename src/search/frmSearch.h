@@ -25,7 +25,7 @@ class frmSearch final : public Form {
       *this,
       "ListView1",
       {{"Name", "Name", 3600}, {"Type", "Type", 900}, {"Size", "Size", 1400, true}, {"Path", "Path", 5400}},
-      true};
+      {.checkBoxes = true}};
   Button cmdCheckAll{*this, "cmdCheckAll", "Check All"};
   Button cmdClearAll{*this, "cmdClearAll", "Clear All"};
   Button cmdOK{*this, "cmdOK", "&Add Checked"};

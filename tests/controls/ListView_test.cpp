@@ -12,7 +12,7 @@ namespace {
 
 struct ListForm : Form {
   explicit ListForm(FormHost& host) : Form(host, "ListForm", "") {}
-  ListView list{*this, "list", {{"a", "A"}, {"b", "B"}}, true};
+  ListView list{*this, "list", {{"a", "A"}, {"b", "B"}}, {.checkBoxes = true}};
 };
 
 ListItem item(const std::string& text, const std::string& second = "") {

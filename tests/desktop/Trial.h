@@ -46,7 +46,7 @@ class TrialForm : public Form {
   TabStrip TS1{*this, "TS1", {"One", "Two"}};
   VScrollBar VScroll1{*this, "VScroll1", 1, 20};
   FolderTreeview FT1{*this, "FT1"};
-  ListView List1{*this, "List1", {{"a", "A", 1500}, {"b", "B", 3000, true}}, true};
+  ListView List1{*this, "List1", {{"a", "A", 1500}, {"b", "B", 3000, true}}, {.checkBoxes = true}};
   Timer Timer1{*this, "Timer1", 1};
 
   std::vector<std::string> heard;

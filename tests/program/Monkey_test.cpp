@@ -118,7 +118,7 @@ class Monkey final : public FormHost, public MessageBoxes, public EventPump, pub
     const int row = below(control.Count() + 1);
     if (chance(2)) return control.dropFiles({files_[fileNumber()], files_[fileNumber()], folder_ / "none.mp3"});
     if (row == 0) return;
-    if (control.checkBoxes()) return control.check(row, chance(2));
+    if (control.style().checkBoxes) return control.check(row, chance(2));
     chance(2) ? control.doubleClick(row) : control.SelectRow(row);
   }
   void visit(DockStudio& control) override {
