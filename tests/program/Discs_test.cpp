@@ -140,7 +140,7 @@ TEST_CASE("A write that fails half-way is told in words, spoils its disc alone, 
   machine.configure("[faults]\nfailWriteAt = 200\n");
   machine.record();
   CHECK(machine.errorOfWrite() ==
-        " A device error has occurred. Device Error: 199680\r\nError Data - 3/0C/00 write error at block 200");
+        " A device error has occurred. Device Error: 199680\r\nError Data - write error at block 200 (3/0C/00)");
   CHECK(machine.statusOf(machine.finished(1)) == "status = writing");
   CHECK(machine.window().visible());
   CHECK(machine.window().ListView1.Count() == 2);

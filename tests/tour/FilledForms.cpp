@@ -58,7 +58,7 @@ void fill(WritingForms& forms) {
       "standard Audio CD until you choose Close Session from the Tools/CD Information Info option with the disc "
       "inserted.";
   forms.frmError->lblError.Caption =
-      " A device error has occurred. Device Error: 201731\r\nError Data - 3/0C/00 write error at block 359849";
+      " A device error has occurred. Device Error: 201731\r\nError Data - write error at block 359849 (3/0C/00)";
   forms.frmISO->txtImage.Text = "/home/anna/Images/For the car.iso";
   forms.frmISO->lblFile.Caption = "Reading && Writing Track #1024...";
   frmDiskInfo& info = forms.frmDiskInfo.get();

@@ -5,10 +5,10 @@
 #include <memory>
 #include <optional>
 #include <span>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
+#include "engines/ground/EngineError.h"
 #include "ports/CDWriterXP.h"
 
 namespace trackloom::engines {
@@ -47,20 +47,9 @@ struct WriteOrder {
   std::int16_t speed = 0;
 };
 
-/// A device's refusal or failure: its number (sense key, code and qualifier packed as 0xKKCCQQ) and words that say what
-/// failed, on what, and why.
-class DriveFailure : public std::runtime_error {
- public:
-  DriveFailure(std::int32_t number, const std::string& text) : std::runtime_error(text), number_(number) {}
-  std::int32_t number() const { return number_; }
-
- private:
-  std::int32_t number_;
-};
-
 /// One running write. The calls come in order, track by track: startTrack, write until the track is full, closeTrack;
 /// then closeSession and closeDisc as ordered, and finish. A write that is destroyed before finish() leaves the disc
-/// spoilt, unless it was a test. Every call may throw DriveFailure. Used by one thread at a time, not the UI thread.
+/// spoilt, unless it was a test. Every call may throw EngineError. Used by one thread at a time, not the UI thread.
 class DiscWrite {
  public:
   virtual ~DiscWrite() = default;
@@ -91,7 +80,7 @@ class Recorder {
   virtual std::optional<DiscState> look() = 0;
   /// False: the tray could not be opened, and the disc lies where it was.
   virtual bool eject() = 0;
-  /// Throws DriveFailure when the disc is missing, closed or too small; the disc is then as it was.
+  /// Throws EngineError when the disc is missing, closed or too small; the disc is then as it was.
   virtual std::unique_ptr<DiscWrite> begin(const WriteOrder& order) = 0;
 };
 

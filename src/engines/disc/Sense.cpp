@@ -6,11 +6,11 @@
 
 namespace trackloom::engines {
 
-DriveFailure failure(std::int32_t number, std::string_view words) {
+EngineError deviceError(std::int32_t number, std::string_view words) {
   const auto bits = static_cast<std::uint32_t>(number);
-  std::array<char, 16> prefix{};
-  std::snprintf(prefix.data(), prefix.size(), "%X/%02X/%02X ", bits >> 16 & 0xFFU, bits >> 8 & 0xFFU, bits & 0xFFU);
-  return DriveFailure(number, prefix.data() + std::string(words));
+  std::array<char, 16> code{};
+  std::snprintf(code.data(), code.size(), " (%X/%02X/%02X)", bits >> 16 & 0xFFU, bits >> 8 & 0xFFU, bits & 0xFFU);
+  return {ErrorKind::Device, number, std::string(words) + code.data()};
 }
 
 }  // namespace trackloom::engines

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string_view>
 
-#include "engines/disc/Recorder.h"
+#include "engines/ground/EngineError.h"
 
 namespace trackloom::engines {
 
@@ -23,7 +23,8 @@ inline constexpr std::int32_t wrongKind = 0x056400;
 inline constexpr std::int32_t tooManyTracks = 0x057205;
 }  // namespace sense
 
-/// A failure whose text begins with its number in the usual writing, such as "3/0C/00 write error at block 15230".
-DriveFailure failure(std::int32_t number, std::string_view words);
+/// A device's refusal or failure, whose words end with its number in the usual writing, such as "write error at block
+/// 15230 (3/0C/00)".
+EngineError deviceError(std::int32_t number, std::string_view words);
 
 }  // namespace trackloom::engines

@@ -16,9 +16,9 @@ namespace {
 
 constexpr std::size_t gatherBytes = std::size_t{1} << 20;
 
-DriveFailure writeFailure(std::int64_t block, int systemError) {
-  return failure(sense::writeError,
-                 "write error at block " + std::to_string(block) + ": " + std::generic_category().message(systemError));
+EngineError writeFailure(std::int64_t block, int systemError) {
+  return deviceError(sense::writeError, "write error at block " + std::to_string(block) + ": " +
+                                            std::generic_category().message(systemError));
 }
 
 }  // namespace

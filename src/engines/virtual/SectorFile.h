@@ -11,7 +11,7 @@
 namespace trackloom::engines::virtualrecorder {
 
 /// The sectors of one kind, each at its block address; what is left out is a hole that reads as zeros. Sectors are
-/// gathered into large writes. Throws DriveFailure with the block at which the system refused.
+/// gathered into large writes. Throws EngineError with the block at which the system refused.
 class SectorFile {
  public:
   SectorFile(FileDescriptor file, BlockKind kind);

@@ -34,24 +34,24 @@ std::int32_t freeBlocks(const VirtualDisc& disc, BlockKind kind) {
 void requireSense(const WriteOrder& order) {
   const bool kindKnown = order.kind == AudioBlocks || order.kind == DataBlocks;
   const bool pauseKnown = order.pause >= 0 && order.pause <= mostBlocks;
-  if (!kindKnown || !pauseKnown) throw failure(sense::badOrder, "the order to write names no known kind or pause");
-  if (order.trackBlocks.empty()) throw failure(sense::badOrder, "there is no track to write");
+  if (!kindKnown || !pauseKnown) throw deviceError(sense::badOrder, "the order to write names no known kind or pause");
+  if (order.trackBlocks.empty()) throw deviceError(sense::badOrder, "there is no track to write");
   for (const std::int32_t blocks : order.trackBlocks)
-    if (blocks <= 0) throw failure(sense::badOrder, "a track of no length cannot be written");
+    if (blocks <= 0) throw deviceError(sense::badOrder, "a track of no length cannot be written");
 }
 
 void requireWritable(const VirtualDisc& disc, const WriteOrder& order) {
   if (disc.status == VirtualDisc::Status::Closed)
-    throw failure(sense::cannotWriteMedium, "the disc is closed for further writing");
+    throw deviceError(sense::cannotWriteMedium, "the disc is closed for further writing");
   if (disc.status == VirtualDisc::Status::Writing)
-    throw failure(sense::cannotWriteMedium, "the disc is spoilt: an earlier write on it did not end");
+    throw deviceError(sense::cannotWriteMedium, "the disc is spoilt: an earlier write on it did not end");
   const std::vector<VirtualTrack> tracks = disc.tracks();
   if (!tracks.empty() && tracks.front().kind != order.kind)
-    throw failure(sense::wrongKind, order.kind == AudioBlocks ? "audio tracks cannot be added to a data disc"
-                                                              : "data cannot be added to an audio disc");
+    throw deviceError(sense::wrongKind, order.kind == AudioBlocks ? "audio tracks cannot be added to a data disc"
+                                                                  : "data cannot be added to an audio disc");
   if (tracks.size() + order.trackBlocks.size() > mostTracks)
-    throw failure(sense::tooManyTracks, "a disc takes 99 tracks, and with these it would have " +
-                                            std::to_string(tracks.size() + order.trackBlocks.size()));
+    throw deviceError(sense::tooManyTracks, "a disc takes 99 tracks, and with these it would have " +
+                                                std::to_string(tracks.size() + order.trackBlocks.size()));
 }
 
 }  // namespace
@@ -101,9 +101,9 @@ VirtualDisc VirtualDisc::afterWriting(const WriteOrder& order) const {
   if (!continuesSession(*this)) after.sessions.emplace_back();
   for (const std::int32_t blocks : order.trackBlocks) {
     if (start + blocks > capacity(order.kind))
-      throw failure(sense::noRoom, "the disc ends at block " + std::to_string(capacity(order.kind)) + ", and track " +
-                                       std::to_string(after.tracks().size() + 1) + " would reach to block " +
-                                       std::to_string(start + blocks));
+      throw deviceError(sense::noRoom, "the disc ends at block " + std::to_string(capacity(order.kind)) +
+                                           ", and track " + std::to_string(after.tracks().size() + 1) +
+                                           " would reach to block " + std::to_string(start + blocks));
     after.sessions.back().tracks.push_back({order.kind, static_cast<std::int32_t>(start), blocks, pregap});
     start += std::int64_t{blocks} + pause;
     pregap = pause;

@@ -69,7 +69,7 @@ struct VirtualDisc {
   /// The first block behind all content.
   std::int32_t end() const;
   DiscState state() const;
-  /// This disc as it will be after the order. Throws DriveFailure when the order makes no sense or the disc cannot take
+  /// This disc as it will be after the order. Throws EngineError when the order makes no sense or the disc cannot take
   /// it.
   VirtualDisc afterWriting(const WriteOrder& order) const;
 };

@@ -81,12 +81,12 @@ std::unique_ptr<DiscWrite> VirtualRecorder::begin(const WriteOrder& order) {
   const std::string name = nameOf(folder_);
   try {
     RecorderFolder recorder(folder_);
-    if (!recorder.lock()) throw failure(sense::busy, name + " is busy: something else writes its disc");
+    if (!recorder.lock()) throw deviceError(sense::busy, name + " is busy: something else writes its disc");
     std::optional<DiscFolder> disc = recorder.discInTray();
-    if (!disc) throw failure(sense::noMedium, "no disc in " + name);
+    if (!disc) throw deviceError(sense::noMedium, "no disc in " + name);
     return std::make_unique<VirtualWrite>(std::move(recorder), std::move(*disc), order);
   } catch (const std::system_error& error) {
-    throw failure(sense::noMedium, "no disc in " + name + ": " + error.what());
+    throw deviceError(sense::noMedium, "no disc in " + name + ": " + error.what());
   }
 }
 

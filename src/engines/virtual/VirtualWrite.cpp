@@ -20,7 +20,7 @@ VirtualDisc loaded(const DiscFolder& disc) {
   try {
     return disc.load();
   } catch (const DamagedDisc& damage) {
-    throw failure(sense::cannotWriteMedium, "the disc cannot be made sense of: " + std::string(damage.what()));
+    throw deviceError(sense::cannotWriteMedium, "the disc cannot be made sense of: " + std::string(damage.what()));
   }
 }
 
@@ -30,8 +30,9 @@ void requireRoomOnHost(const DiscFolder& disc, const std::vector<VirtualTrack>& 
   for (const VirtualTrack& track : tracks) bytes += std::int64_t{track.length} * sectorBytes(track.kind);
   const std::int64_t room = disc.roomOnHost();
   if (bytes > room)
-    throw failure(sense::writeError, "no room for the virtual disc on the computer's disk: " + std::to_string(bytes) +
-                                         " bytes needed, " + std::to_string(room) + " free");
+    throw deviceError(sense::writeError,
+                      "no room for the virtual disc on the computer's disk: " + std::to_string(bytes) +
+                          " bytes needed, " + std::to_string(room) + " free");
 }
 
 double paceOf(const RecorderSettings& settings, const WriteOrder& order) {
@@ -40,7 +41,7 @@ double paceOf(const RecorderSettings& settings, const WriteOrder& order) {
 }
 
 [[noreturn]] void outOfOrder(const std::string& words) {
-  throw failure(sense::badSequence, words);
+  throw deviceError(sense::badSequence, words);
 }
 
 }  // namespace
@@ -65,7 +66,7 @@ void VirtualWrite::markAsWriting(const VirtualDisc& before) {
     disc_.save(marked);
   } catch (const std::system_error& error) {
     disc_.dropEmptySectors(order_.kind);
-    throw failure(sense::writeError, "the disc cannot be written: " + std::string(error.what()));
+    throw deviceError(sense::writeError, "the disc cannot be written: " + std::string(error.what()));
   }
 }
 
@@ -79,12 +80,12 @@ void VirtualWrite::startTrack() {
 void VirtualWrite::write(std::span<const std::byte> sectors) {
   if (!inTrack_) outOfOrder("sectors came outside of a track");
   const auto bytes = static_cast<std::size_t>(sectorBytes(order_.kind));
-  if (sectors.size() % bytes != 0) throw failure(sense::badOrder, "a part of a sector cannot be written");
+  if (sectors.size() % bytes != 0) throw deviceError(sense::badOrder, "a part of a sector cannot be written");
   const VirtualTrack& track = tracks_[track_];
   const std::size_t blocks = sectors.size() / bytes;
   if (blocks > static_cast<std::size_t>(track.length - blocksOfTrack_))
-    throw failure(sense::outOfRange, "track " + std::to_string(track_ + 1) + " of this write was ordered with " +
-                                         std::to_string(track.length) + " blocks, and more came");
+    throw deviceError(sense::outOfRange, "track " + std::to_string(track_ + 1) + " of this write was ordered with " +
+                                             std::to_string(track.length) + " blocks, and more came");
   put(track.start + blocksOfTrack_, sectors);
   blocksOfTrack_ += static_cast<std::int32_t>(blocks);
   keepPace(static_cast<std::int64_t>(blocks));
@@ -142,7 +143,7 @@ void VirtualWrite::recordContents() {
     if (order_.kind == AudioBlocks) disc_.saveCueSheet(after_);
     disc_.save(after_);
   } catch (const std::system_error& error) {
-    throw failure(sense::writeError, "the disc's contents cannot be recorded: " + std::string(error.what()));
+    throw deviceError(sense::writeError, "the disc's contents cannot be recorded: " + std::string(error.what()));
   }
 }
 
@@ -156,7 +157,7 @@ void VirtualWrite::failIfClosing(const char* part) const {
 }
 
 void VirtualWrite::fail(const std::string& otherwise) const {
-  throw failure(settings_.failNumber, settings_.failText.empty() ? otherwise : settings_.failText);
+  throw deviceError(settings_.failNumber, settings_.failText.empty() ? otherwise : settings_.failText);
 }
 
 }  // namespace trackloom::engines::virtualrecorder

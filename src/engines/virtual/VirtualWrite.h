@@ -19,7 +19,7 @@ namespace trackloom::engines::virtualrecorder {
 /// whose earlier tracks are whole.
 class VirtualWrite : public DiscWrite {
  public:
-  /// `recorder` is locked. Throws DriveFailure, and the disc is as it was.
+  /// `recorder` is locked. Throws EngineError, and the disc is as it was.
   VirtualWrite(RecorderFolder recorder, DiscFolder disc, const WriteOrder& order);
 
   void startTrack() override;

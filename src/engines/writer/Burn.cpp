@@ -44,13 +44,13 @@ class Pace {
 };
 
 DiscState lookAt(const WriteRequest& request) {
-  if (!request.recorder) throw failure(sense::notReady, "no drive is in use");
+  if (!request.recorder) throw deviceError(sense::notReady, "no drive is in use");
   const auto disc = request.recorder->look();
-  if (!disc) throw failure(sense::noMedium, "no disc is in the drive");
-  if (disc->status == DiscClosed) throw failure(sense::cannotWriteMedium, "the disc is closed for further writing");
+  if (!disc) throw deviceError(sense::noMedium, "no disc is in the drive");
+  if (disc->status == DiscClosed) throw deviceError(sense::cannotWriteMedium, "the disc is closed for further writing");
   const bool begun = disc->status == DiscOpen || disc->sessions != 0;
   if (request.settings.kind == DataBlocks && begun)
-    throw failure(sense::cannotWriteMedium, "the disc holds an earlier session, which a new data track would hide");
+    throw deviceError(sense::cannotWriteMedium, "the disc holds an earlier session, which a new data track would hide");
   return *disc;
 }
 
@@ -62,13 +62,14 @@ void requireRoom(const WriteOrder& order, const DiscState& disc) {
   const std::int64_t needed = std::accumulate(order.trackBlocks.begin(), order.trackBlocks.end(), pauses * order.pause);
   const std::int32_t room = audio ? disc.freeAudioBlocks : disc.freeDataBlocks;
   if (needed > room)
-    throw failure(sense::noRoom, "the disc has " + std::to_string(room) + " blocks left, and " +
-                                     std::to_string(needed) + " are needed");
+    throw deviceError(sense::noRoom, "the disc has " + std::to_string(room) + " blocks left, and " +
+                                         std::to_string(needed) + " are needed");
 }
 
 std::vector<MeasuredTrack> measured(const WriteRequest& request, const std::stop_token& stop) {
   if (request.audioTracks.size() > mostTracks)
-    throw failure(sense::tooManyTracks, "a disc takes 99 tracks, not " + std::to_string(request.audioTracks.size()));
+    throw deviceError(sense::tooManyTracks,
+                      "a disc takes 99 tracks, not " + std::to_string(request.audioTracks.size()));
   std::vector<MeasuredTrack> tracks;
   for (const HostPath& path : request.audioTracks) {
     if (stop.stop_requested()) throw Stopped();

@@ -43,7 +43,7 @@ struct WriteRequest {
 };
 
 /// Writes a disc on the calling thread, from the first look at it to its closing, and raises the events of that but the
-/// last. Throws DriveFailure, RuntimeError (a source), CacheFailure, and Stopped; the disc is then spoilt if its first
+/// last. Throws EngineError, RuntimeError (a source), and Stopped; the disc is then spoilt if its first
 /// sector had gone out, unless it was a test.
 void burn(const WriteRequest& request, OperationEvents& events, const std::stop_token& stop);
 

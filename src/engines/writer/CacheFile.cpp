@@ -8,17 +8,16 @@
 #include <cstdlib>
 #include <filesystem>
 #include <string>
-#include <system_error>
 #include <vector>
 
-#include "runtime/RuntimeError.h"
+#include "engines/ground/EngineError.h"
 
 namespace trackloom::engines::writer {
 
 namespace {
 
-std::string reason(int systemError) {
-  return std::generic_category().message(systemError);
+EngineError cacheError(const std::string& words, int systemError) {
+  return {ErrorKind::ReadBuffer, 0, words + ": " + systemWords(systemError)};
 }
 
 /// Not every file system makes nameless files, so a name that is gone at once is the second choice.
@@ -29,7 +28,7 @@ FileDescriptor namelessFile(const HostPath& folder) {
   if (file) return file;
   std::string name = EnsureTrailingSep(folder.text) + "track-XXXXXX";
   file = FileDescriptor(::mkostemp(name.data(), O_CLOEXEC));
-  if (!file) throw CacheFailure("no cache can be made in " + folder.text + ": " + reason(errno));
+  if (!file) throw cacheError("no cache can be made in " + folder.text, errno);
   ::unlink(name.c_str());
   return file;
 }
@@ -38,7 +37,7 @@ void writeAll(int descriptor, std::span<const std::byte> bytes, std::int64_t pos
   while (!bytes.empty()) {
     const ssize_t count = ::pwrite(descriptor, bytes.data(), bytes.size(), position);
     if (count < 0 && errno == EINTR) continue;
-    if (count <= 0) throw CacheFailure("the cache cannot be written: " + reason(count < 0 ? errno : ENOSPC));
+    if (count <= 0) throw cacheError("the cache cannot be written", count < 0 ? errno : ENOSPC);
     bytes = bytes.subspan(static_cast<std::size_t>(count));
     position += count;
   }
@@ -51,9 +50,9 @@ CacheFile::CacheFile(const HostPath& folder) : file_(namelessFile(folder)) {}
 void CacheFile::fill(SectorSource& source, std::int64_t bytes, const std::function<void(std::int64_t)>& progress) {
   constexpr std::int64_t step = std::int64_t{128} * 2352;
   position_ = 0;
-  if (::ftruncate(file_.get(), 0) != 0) throw CacheFailure("the cache cannot be emptied: " + reason(errno));
+  if (::ftruncate(file_.get(), 0) != 0) throw cacheError("the cache cannot be emptied", errno);
   if (const int error = ::posix_fallocate(file_.get(), 0, bytes); error != 0)
-    throw CacheFailure("the cache has no room for " + std::to_string(bytes) + " bytes: " + reason(error));
+    throw cacheError("the cache has no room for " + std::to_string(bytes) + " bytes", error);
   std::vector<std::byte> buffer(static_cast<std::size_t>(std::min(bytes, step)));
   for (std::int64_t done = 0; done < bytes;) {
     const std::span<std::byte> part(buffer.data(), static_cast<std::size_t>(std::min(bytes - done, step)));
@@ -68,7 +67,7 @@ void CacheFile::read(std::span<std::byte> sectors) {
   while (!sectors.empty()) {
     const ssize_t count = ::pread(file_.get(), sectors.data(), sectors.size(), position_);
     if (count < 0 && errno == EINTR) continue;
-    if (count <= 0) throw CacheFailure("the cache cannot be read back: " + reason(count < 0 ? errno : EIO));
+    if (count <= 0) throw cacheError("the cache cannot be read back", count < 0 ? errno : EIO);
     sectors = sectors.subspan(static_cast<std::size_t>(count));
     position_ += count;
   }

@@ -3,27 +3,21 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
-#include <stdexcept>
 
-#include "engines/writer/SectorSource.h"
+#include "engines/disc/SectorSource.h"
 #include "runtime/FileDescriptor.h"
 #include "runtime/Paths.h"
 
 namespace trackloom::engines::writer {
 
-/// The engine's cache could not be made or holds too little.
-class CacheFailure : public std::runtime_error {
-  using std::runtime_error::runtime_error;
-};
-
 /// The cache for one track at a time: a file without a name, which vanishes with this object however the process ends.
 class CacheFile final : public SectorSource {
  public:
-  /// Throws CacheFailure when `folder` takes no file.
+  /// Throws EngineError when `folder` takes no file.
   explicit CacheFile(const HostPath& folder);
 
   /// Takes the next `bytes` of `source` in place of what it held; `progress` hears of the bytes cached so far. Throws
-  /// CacheFailure where the disk has no room for all of them, before anything is read, and what the source throws.
+  /// EngineError where the disk has no room for all of them, before anything is read, and what the source throws.
   void fill(SectorSource& source, std::int64_t bytes, const std::function<void(std::int64_t)>& progress);
 
   void read(std::span<std::byte> sectors) override;

@@ -9,9 +9,9 @@
 #include <string>
 #include <vector>
 
+#include "engines/disc/SectorSource.h"
 #include "engines/writer/DataQueue.h"
 #include "engines/writer/FileContent.h"
-#include "engines/writer/SectorSource.h"
 
 namespace trackloom::engines::writer {
 

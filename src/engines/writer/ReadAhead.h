@@ -13,7 +13,7 @@
 #include <vector>
 
 #include "engines/audio/AudioFiles.h"
-#include "engines/writer/SectorSource.h"
+#include "engines/disc/SectorSource.h"
 
 namespace trackloom::engines::writer {
 

@@ -4,13 +4,27 @@
 #include <new>
 #include <utility>
 
-#include "engines/writer/CacheFile.h"
-#include "engines/writer/SectorSource.h"
+#include "engines/disc/SectorSource.h"
+#include "engines/ground/EngineError.h"
 #include "runtime/RuntimeError.h"
 
 namespace trackloom::engines::writer {
 
 namespace {
+
+WriteErrorCode codeOf(ErrorKind kind) {
+  switch (kind) {
+    case ErrorKind::ReadBuffer:
+      return ReadBufferError;
+    case ErrorKind::WriteBuffer:
+      return WriteBufferError;
+    case ErrorKind::File:
+      return FileError;
+    case ErrorKind::Device:
+      break;
+  }
+  return DeviceError;
+}
 
 void runWrite(const WriteRequest& request, OperationEvents& events, const std::stop_token& stop) {
   try {
@@ -18,12 +32,10 @@ void runWrite(const WriteRequest& request, OperationEvents& events, const std::s
     events.complete();
   } catch (const Stopped&) {
     return;
-  } catch (const DriveFailure& failure) {
-    events.fail(DeviceError, failure.number(), failure.what());
+  } catch (const EngineError& error) {
+    events.fail(codeOf(error.kind()), error.number(), error.words());
   } catch (const RuntimeError& error) {
     events.fail(FileError, 0, error.description());
-  } catch (const CacheFailure& failure) {
-    events.fail(ReadBufferError, 0, failure.what());
   } catch (const std::bad_alloc&) {
     events.fail(WriteBufferError, 0, "not enough memory");
   } catch (const std::exception& error) {

@@ -129,7 +129,7 @@ WriteOrder dataOrder(std::int32_t blocks, bool closeSession, bool closeDisc) {
 std::string failureOf(const std::function<void()>& action) {
   try {
     action();
-  } catch (const DriveFailure& failure) {
+  } catch (const EngineError& failure) {
     std::array<char, 16> number{};
     std::snprintf(number.data(), number.size(), "%06X ", static_cast<unsigned>(failure.number()));
     return number.data() + std::string(failure.what());

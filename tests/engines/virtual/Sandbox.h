@@ -51,7 +51,7 @@ void writeTracks(DiscWrite& write, const WriteOrder& order, std::int32_t piece =
 WriteOrder audioOrder(std::vector<std::int32_t> tracks, bool closeSession, bool closeDisc);
 WriteOrder dataOrder(std::int32_t blocks, bool closeSession, bool closeDisc);
 
-/// The text of the DriveFailure that `action` must throw, and its number in front of the text's own.
+/// The text of the EngineError that `action` must throw, and its number in front of the text's own.
 std::string failureOf(const std::function<void()>& action);
 /// Runs `action` in a child process; its result is the child's exit status, 128 + n when a signal ended it.
 int inChild(const std::function<int()>& action);

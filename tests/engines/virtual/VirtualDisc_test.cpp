@@ -92,7 +92,7 @@ TEST_CASE("An order that just fits is taken, and one block more is refused") {
   CHECK(VirtualDisc{}.afterWriting(audioOrder({359849}, true, true)).end() == 359849);
   CHECK(VirtualDisc{}.afterWriting(audioOrder({100000, 359849 - 100150}, true, true)).end() == 359849);
   const auto write = [](const WriteOrder& order) { return failureOf([&] { VirtualDisc{}.afterWriting(order); }); };
-  CHECK_THAT(write(audioOrder({359850}, true, true)), StartsWith("056300 5/63/00 the disc ends at block 359849"));
+  CHECK_THAT(write(audioOrder({359850}, true, true)), StartsWith("056300 the disc ends at block 359849"));
   CHECK_THAT(write(audioOrder({100000, 359849 - 100149}, true, true)), Contains("track 2 would reach to block 359850"));
   CHECK_THAT(write(audioOrder({2147483647, 2147483647}, true, true)), StartsWith("056300 "));
   CHECK_THAT(write(audioOrder({1, 2147483647}, true, true)), StartsWith("056300 "));
@@ -111,24 +111,23 @@ TEST_CASE("Each kind has its own room where disc.ini says so") {
 TEST_CASE("Closed and spoilt discs, the other kind and a hundredth track are refused") {
   const VirtualDisc closed = VirtualDisc{}.afterWriting(audioOrder({300}, true, true));
   CHECK_THAT(failureOf([&] { closed.afterWriting(audioOrder({1}, true, true)); }),
-             StartsWith("053005 5/30/05 the disc is closed"));
+             StartsWith("053005 the disc is closed"));
   VirtualDisc spoilt;
   spoilt.status = VirtualDisc::Status::Writing;
   CHECK_THAT(failureOf([&] { spoilt.afterWriting(audioOrder({1}, true, true)); }),
-             StartsWith("053005 5/30/05 the disc is spoilt"));
+             StartsWith("053005 the disc is spoilt"));
   const VirtualDisc audio = VirtualDisc{}.afterWriting(audioOrder({300}, true, false));
-  CHECK_THAT(failureOf([&] { audio.afterWriting(dataOrder(1, true, true)); }),
-             StartsWith("056400 5/64/00 data cannot"));
+  CHECK_THAT(failureOf([&] { audio.afterWriting(dataOrder(1, true, true)); }), StartsWith("056400 data cannot"));
   const VirtualDisc data = VirtualDisc{}.afterWriting(dataOrder(300, true, false));
-  CHECK_THAT(failureOf([&] { data.afterWriting(audioOrder({1}, true, true)); }), StartsWith("056400 5/64/00 audio"));
+  CHECK_THAT(failureOf([&] { data.afterWriting(audioOrder({1}, true, true)); }), StartsWith("056400 audio"));
   const VirtualDisc full = VirtualDisc{}.afterWriting(audioOrder(std::vector<std::int32_t>(99, 300), false, false));
   CHECK(full.tracks().size() == 99);
-  CHECK_THAT(failureOf([&] { full.afterWriting(audioOrder({1}, true, true)); }), StartsWith("057205 5/72/05 "));
+  CHECK_THAT(failureOf([&] { full.afterWriting(audioOrder({1}, true, true)); }), StartsWith("057205 "));
 }
 
 TEST_CASE("An order without tracks, with an empty track or with an unknown kind is refused in words") {
   const auto write = [](WriteOrder order) { return failureOf([&] { VirtualDisc{}.afterWriting(order); }); };
-  CHECK_THAT(write(audioOrder({}, true, true)), StartsWith("052600 5/26/00 there is no track"));
+  CHECK_THAT(write(audioOrder({}, true, true)), StartsWith("052600 there is no track"));
   CHECK_THAT(write(audioOrder({300, 0}, true, true)), StartsWith("052600 "));
   CHECK_THAT(write(audioOrder({-5}, true, true)), StartsWith("052600 "));
   WriteOrder order = audioOrder({300}, true, true);

@@ -36,8 +36,7 @@ void checkSpoilt(VirtualRecorder& recorder) {
   CHECK(state->freeAudioBlocks == 0);
   CHECK(state->freeDataBlocks == 0);
   CHECK(state->lastSession != SessionIncomplete);
-  CHECK_THAT(failureOf([&] { recorder.begin(audioOrder({10}, true, true)); }),
-             StartsWith("053005 5/30/05 the disc is spoilt"));
+  CHECK_THAT(failureOf([&] { recorder.begin(audioOrder({10}, true, true)); }), StartsWith("053005 the disc is spoilt"));
 }
 
 std::string silence(std::size_t blocks) {
@@ -139,12 +138,12 @@ TEST_CASE("A full disc takes exactly its blocks") {
   box.describeDisc("[disc]\nmedium = CD-R\nstatus = blank\nblocks = 1000\n");
   VirtualRecorder recorder = box.recorder();
   const auto before = snapshot(box.folder());
-  CHECK_THAT(failureOf([&] { recorder.begin(audioOrder({1001}, true, false)); }), StartsWith("056300 5/63/00 "));
+  CHECK_THAT(failureOf([&] { recorder.begin(audioOrder({1001}, true, false)); }), StartsWith("056300 "));
   CHECK(snapshot(box.folder()) == before);
   writeDisc(recorder, audioOrder({1000}, true, false));
   CHECK(recorder.look()->status == DiscOpen);
   CHECK(recorder.look()->freeAudioBlocks == 0);
-  CHECK_THAT(failureOf([&] { recorder.begin(audioOrder({1}, true, false)); }), StartsWith("056300 5/63/00 "));
+  CHECK_THAT(failureOf([&] { recorder.begin(audioOrder({1}, true, false)); }), StartsWith("056300 "));
 }
 
 TEST_CASE("A closed disc and a missing disc are refused and left alone") {
@@ -153,11 +152,11 @@ TEST_CASE("A closed disc and a missing disc are refused and left alone") {
   writeDisc(recorder, audioOrder({300}, true, true));
   const auto before = snapshot(box.folder());
   CHECK(failureOf([&] { recorder.begin(audioOrder({1}, true, true)); }) ==
-        "053005 5/30/05 the disc is closed for further writing");
+        "053005 the disc is closed for further writing (5/30/05)");
   CHECK(snapshot(box.folder()) == before);
   fs::remove_all(box.disc());
   CHECK(failureOf([&] { recorder.begin(audioOrder({1}, true, true)); }) ==
-        "023A00 2/3A/00 no disc in Virtual Recorder");
+        "023A00 no disc in Virtual Recorder (2/3A/00)");
   fs::remove_all(box.folder());
   CHECK_THAT(failureOf([&] { recorder.begin(audioOrder({1}, true, true)); }), Contains("No such file or directory"));
 }
@@ -192,11 +191,11 @@ TEST_CASE("A test write refuses what a real one refuses") {
   order.closeSession = false;
   const auto write = recorder.begin(order);
   const std::string sectors = sectorsOf(AudioBlocks, 0, 0, 11);
-  CHECK_THAT(failureOf([&] { write->write(bytesOf(sectors)); }), StartsWith("052C00 5/2C/00 "));
+  CHECK_THAT(failureOf([&] { write->write(bytesOf(sectors)); }), StartsWith("052C00 "));
   CHECK_THAT(failureOf([&] { write->closeTrack(); }), StartsWith("052C00 "));
   write->startTrack();
   CHECK_THAT(failureOf([&] { write->startTrack(); }), StartsWith("052C00 "));
-  CHECK_THAT(failureOf([&] { write->write(bytesOf(sectors)); }), StartsWith("052100 5/21/00 track 1"));
+  CHECK_THAT(failureOf([&] { write->write(bytesOf(sectors)); }), StartsWith("052100 track 1"));
   CHECK_THAT(failureOf([&] { write->write(bytesOf(sectors).first(2048)); }), StartsWith("052600 "));
   write->write(bytesOf(sectors).first(9 * audioSector));
   CHECK_THAT(failureOf([&] { write->closeTrack(); }), Contains("after 9 of 10 blocks"));
@@ -305,16 +304,16 @@ TEST_CASE("A fault of recorder.ini fails the write at its block with its number 
   const WriteOrder order = audioOrder({300, 300}, true, true);
   SECTION("with the usual words") {
     box.configure("[faults]\nfailWriteAt = 500\n");
-    CHECK(failureOf([&] { writeDisc(recorder, order); }) == "030C00 3/0C/00 write error at block 500");
+    CHECK(failureOf([&] { writeDisc(recorder, order); }) == "030C00 write error at block 500 (3/0C/00)");
   }
   SECTION("with its own words") {
     box.configure("[faults]\nfailWriteAt = 0\nfailNumber = 4/09/01\nfailText = tracking servo failure\n");
-    CHECK(failureOf([&] { writeDisc(recorder, order); }) == "040901 4/09/01 tracking servo failure");
+    CHECK(failureOf([&] { writeDisc(recorder, order); }) == "040901 tracking servo failure (4/09/01)");
   }
   SECTION("when something is closed") {
     const std::string part = GENERATE("track", "session", "disc");
     box.configure("[faults]\nfailClosing = " + part + "\n");
-    CHECK(failureOf([&] { writeDisc(recorder, order); }) == "030C00 3/0C/00 " + part + " could not be closed");
+    CHECK(failureOf([&] { writeDisc(recorder, order); }) == "030C00 " + part + " could not be closed (3/0C/00)");
   }
   checkSpoilt(recorder);
 }
@@ -328,7 +327,7 @@ TEST_CASE("A fault for writes spares tests, and a fault for tests spares writes"
   const auto before = snapshot(box.tray());
   writeDisc(recorder, test);
   box.configure("[faults]\nfailTestAt = 100\n");
-  CHECK(failureOf([&] { writeDisc(recorder, test); }) == "030C00 3/0C/00 write error at block 100");
+  CHECK(failureOf([&] { writeDisc(recorder, test); }) == "030C00 write error at block 100 (3/0C/00)");
   CHECK(snapshot(box.tray()) == before);
   writeDisc(recorder, audioOrder({300}, true, false));
   CHECK(recorder.look()->status == DiscOpen);
@@ -350,7 +349,7 @@ TEST_CASE("A refusal of the file system within a write names the block and the r
     const rlimit limit{1 << 20, 1 << 20};
     if (setrlimit(RLIMIT_FSIZE, &limit) != 0) return 2;
     const std::string text = failureOf([&] { writeDisc(recorder, audioOrder({1000}, true, true)); });
-    return text == "030C00 3/0C/00 write error at block 445: File too large" ? 0 : 1;
+    return text == "030C00 write error at block 445: File too large (3/0C/00)" ? 0 : 1;
   });
   CHECK(result == 0);
   checkSpoilt(recorder);
@@ -364,15 +363,15 @@ TEST_CASE("A computer's disk that fills up within a write spoils the disc, and o
     createVirtualRecorder(HostPath((small / "R").string()));
     VirtualRecorder recorder(HostPath((small / "R").string()));
     const std::string tooMuch = failureOf([&] { recorder.begin(audioOrder({4000}, true, true)); });
-    if (!tooMuch.starts_with("030C00 3/0C/00 no room for the virtual disc on the computer's disk: ")) return 1;
+    if (!tooMuch.starts_with("030C00 no room for the virtual disc on the computer's disk: ")) return 1;
     if (recorder.look()->status != DiscEmpty) return 2;
     const auto write = recorder.begin(audioOrder({3000}, true, true));
     std::ofstream filler(small / "filler", std::ios::binary);
     filler << std::string(6 << 20, 'x') << std::flush;
     write->startTrack();
     const std::string full = failureOf([&] { write->write(bytesOf(sectorsOf(AudioBlocks, 0, 0, 3000))); });
-    if (!full.starts_with("030C00 3/0C/00 write error at block ")) return 3;
-    if (!full.ends_with(": No space left on device")) return 4;
+    if (!full.starts_with("030C00 write error at block ")) return 3;
+    if (!full.ends_with(": No space left on device (3/0C/00)")) return 4;
     return recorder.look()->status == DiscClosed ? 0 : 5;
   });
   if (result == 77)
@@ -390,7 +389,7 @@ TEST_CASE("While a write runs nothing else can write, test or eject the disc") {
   {
     const auto write = recorder.begin(order);
     CHECK(failureOf([&] { other.begin(order); }) ==
-          "020408 2/04/08 Virtual Recorder is busy: something else writes its disc");
+          "020408 Virtual Recorder is busy: something else writes its disc (2/04/08)");
     CHECK_FALSE(other.eject());
     CHECK(inChild([&] { return failureOf([&] { other.begin(order); }).starts_with("020408") ? 0 : 1; }) == 0);
     writeTracks(*write, order);
@@ -450,7 +449,7 @@ TEST_CASE("A description that cannot be replaced refuses the write and leaves th
   VirtualRecorder recorder = box.recorder();
   fs::create_directory(box.disc() / "disc.ini.new");
   const std::string text = failureOf([&] { recorder.begin(audioOrder({300}, true, true)); });
-  CHECK_THAT(text, StartsWith("030C00 3/0C/00 the disc cannot be written: cannot open disc.ini.new"));
+  CHECK_THAT(text, StartsWith("030C00 the disc cannot be written: cannot open disc.ini.new"));
   CHECK(recorder.look()->status == DiscEmpty);
   CHECK(names(box.disc()) == Names{"disc.ini", "disc.ini.new"});
 }

@@ -93,7 +93,8 @@ class FakeWrite : public DiscWrite {
     std::this_thread::sleep_for(recorder_.everyWrite);
     blocks_ += static_cast<std::int64_t>(sectors.size() / (order_.kind == AudioBlocks ? 2352 : 2048));
     if (recorder_.failAtBlock && blocks_ > *recorder_.failAtBlock)
-      throw DriveFailure(0x030C00, "3/0C/00 write error at block " + std::to_string(*recorder_.failAtBlock));
+      throw EngineError(ErrorKind::Device, 0x030C00,
+                        "write error at block " + std::to_string(*recorder_.failAtBlock) + " (3/0C/00)");
     tracks_.back().append(reinterpret_cast<const char*>(sectors.data()), sectors.size());
   }
   std::int16_t bufferPercent() override { return 97; }
@@ -117,7 +118,8 @@ class FakeWrite : public DiscWrite {
 
  private:
   void failIfClosing(const std::string& part) const {
-    if (recorder_.failClosing == part) throw DriveFailure(0x057200, "5/72/00 " + part + " could not be closed");
+    if (recorder_.failClosing == part)
+      throw EngineError(ErrorKind::Device, 0x057200, part + " could not be closed (5/72/00)");
   }
 
   FakeRecorder& recorder_;

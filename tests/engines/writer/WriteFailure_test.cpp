@@ -27,7 +27,7 @@ TEST_CASE("Without a drive, a disc or an open one, a write ends in a device erro
   SECTION("no disc") {
     world.writer->EjectDisc();
     CHECK(lastLine(world) == deviceError(0x023A00));
-    CHECK(world.writer->LastDeviceErrorText() == "2/3A/00 no disc is in the drive");
+    CHECK(world.writer->LastDeviceErrorText() == "no disc is in the drive (2/3A/00)");
   }
   SECTION("closed disc") {
     world.recorder->insert(FakeDisc::closed());
@@ -48,7 +48,7 @@ TEST_CASE("A disc that is too small is refused before its first block, the pause
   world.writer->AddAudioTrack(world.track("b", 5), 2);
   world.recorder->insert(FakeDisc::blank(159));
   CHECK(lastLine(world) == deviceError(0x056300));
-  CHECK(world.writer->LastDeviceErrorText() == "5/63/00 the disc has 159 blocks left, and 160 are needed");
+  CHECK(world.writer->LastDeviceErrorText() == "the disc has 159 blocks left, and 160 are needed (5/63/00)");
   CHECK(world.recorder->orders.empty());
   CHECK(world.recorder->disc()->state.status == DiscEmpty);
   world.recorder->insert(FakeDisc::blank(160));
@@ -149,7 +149,7 @@ TEST_CASE("A failure of the recorder comes with its number and words, ends the w
   world.recorder->failAtBlock = 100;
   CHECK(world.linesOfWrite() == Lines{"OnWriteStarting", "OnTrackWriteStart 1 60", "OnTrackClosing 1",
                                       "OnTrackWriteStart 2 60", deviceError(0x030C00)});
-  CHECK(world.writer->LastDeviceErrorText() == "3/0C/00 write error at block 100");
+  CHECK(world.writer->LastDeviceErrorText() == "write error at block 100 (3/0C/00)");
   CHECK(world.recorder->disc()->state.status == DiscClosed);
 }
 

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <cstdint>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+#include "runtime/Paths.h"
+
+namespace trackloom::engines {
+
+/// What of a disc operation failed: the memory or the cache that is read through, the memory that is written through, a
+/// source, or the device.
+enum class ErrorKind : std::uint8_t { ReadBuffer, WriteBuffer, File, Device };
+
+/// The one exception of the engines. `words` say on what it failed and why, in UTF-8; `number` is the device's own, 0
+/// for the other kinds.
+class EngineError : public std::runtime_error {
+ public:
+  EngineError(ErrorKind kind, std::int32_t number, const std::string& words)
+      : std::runtime_error(words), kind_(kind), number_(number) {}
+
+  ErrorKind kind() const { return kind_; }
+  std::int32_t number() const { return number_; }
+  std::string words() const { return what(); }
+
+ private:
+  ErrorKind kind_;
+  std::int32_t number_;
+};
+
+/// What the system says of an error number (errno).
+std::string systemWords(int systemError);
+
+/// "/home/u/a.mp3: changed while it was being recorded".
+EngineError fileError(const HostPath& file, std::string_view why);
+/// "/home/u/a.mp3: No such file or directory".
+EngineError fileError(const HostPath& file, int systemError);
+
+}  // namespace trackloom::engines
