@@ -66,18 +66,28 @@ void requireRoom(const WriteOrder& order, const DiscState& disc) {
                                          std::to_string(needed) + " are needed");
 }
 
-std::vector<MeasuredTrack> measured(const WriteRequest& request, const std::stop_token& stop) {
+/// The lengths of all tracks in blocks.
+std::vector<std::int32_t> measured(const WriteRequest& request, const std::stop_token& stop) {
   if (request.audioTracks.size() > mostTracks)
     throw deviceError(sense::tooManyTracks,
                       "a disc takes 99 tracks, not " + std::to_string(request.audioTracks.size()));
-  std::vector<MeasuredTrack> tracks;
+  std::vector<std::int32_t> lengths;
   for (const HostPath& path : request.audioTracks) {
     if (stop.stop_requested()) throw Stopped();
     const auto blocks = request.audioFiles->blocks(path);
     if (!blocks) throw RuntimeError(RuntimeError::FileNotFound, path.text + " cannot be read as 44.1 kHz stereo audio");
-    tracks.push_back({path, *blocks});
+    lengths.push_back(*blocks);
   }
-  return tracks;
+  return lengths;
+}
+
+ReadAhead::Opener openerOf(const WriteRequest& request, const std::vector<std::int32_t>& lengths) {
+  return [files = request.audioFiles, paths = request.audioTracks, lengths](std::size_t track) {
+    auto stream = files->open(paths[track]);
+    if (stream->blocks() != lengths[track])
+      throw RuntimeError(RuntimeError::DeviceIoError, paths[track].text + " has changed since it was measured");
+    return stream;
+  };
 }
 
 /// The tracks of one disc on their way from their source to the recorder.
@@ -125,9 +135,8 @@ void Writing::makeSource() {
     tracks_ = std::move(image);
     return;
   }
-  const std::vector<MeasuredTrack> tracks = measured(request_, stop_);
-  for (const MeasuredTrack& track : tracks) order_.trackBlocks.push_back(track.blocks);
-  tracks_ = std::make_unique<ReadAhead>(*request_.audioFiles, tracks, stop_);
+  order_.trackBlocks = measured(request_, stop_);
+  tracks_ = std::make_unique<ReadAhead>(order_.trackBlocks, openerOf(request_, order_.trackBlocks), stop_);
 }
 
 void Writing::run() {

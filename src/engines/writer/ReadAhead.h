@@ -1,74 +1,54 @@
 #pragma once
 
-#include <array>
-#include <condition_variable>
 #include <cstddef>
 #include <cstdint>
-#include <deque>
-#include <exception>
-#include <mutex>
-#include <optional>
+#include <functional>
+#include <memory>
 #include <stop_token>
-#include <thread>
 #include <vector>
 
 #include "engines/audio/AudioFiles.h"
 #include "engines/disc/SectorSource.h"
+#include "engines/writer/DecodedTracks.h"
 
 namespace trackloom::engines::writer {
 
-/// An audio file of a disc with its length as measured before the write, in blocks.
-struct MeasuredTrack {
-  HostPath path;
-  std::int32_t blocks = 0;
-};
-
 /// The tracks of an audio disc as one row of sectors, decoded ahead of the thread that reads them.
 ///
-/// Two threads decode a track each. Both fill one bounded buffer, of which the track being read always has a part to
-/// itself, so that work on later tracks never holds up the writing. A file that fails does so when its own sectors are
-/// asked for, not earlier.
+/// Two threads decode a track each. Nobody ever waits for their end, since the file that one of them reads may never
+/// answer: each holds all that it needs, and ends by itself once it is let go and its read returns. A file that fails
+/// does so when its own sectors are asked for, not earlier.
 class ReadAhead final : public SectorSource {
  public:
-  /// `stop` ends a wait in read(); the destructor ends and joins the decoding threads.
-  ReadAhead(audio::AudioFiles& files, const std::vector<MeasuredTrack>& tracks, std::stop_token stop);
+  /// Opens the sound of a track, from 0. It is called from the decoding threads, and what it holds lives as long as the
+  /// last of them.
+  using Opener = std::function<std::unique_ptr<audio::AudioStream>(std::size_t track)>;
+
+  /// The lengths of the tracks in blocks. `stop` ends a wait in read(). Throws std::system_error without threads.
+  ReadAhead(const std::vector<std::int32_t>& blocks, Opener open, std::stop_token stop);
   ~ReadAhead() override;
+  ReadAhead(const ReadAhead&) = delete;
+  ReadAhead& operator=(const ReadAhead&) = delete;
 
   void read(std::span<std::byte> sectors) override;
   std::int16_t bufferPercent() override;
 
  private:
-  struct Track {
-    MeasuredTrack source;
-    std::deque<std::vector<std::byte>> decoded;
-    bool finished = false;
-    std::exception_ptr failure;
+  struct Work;
+
+  /// Lets the decoding threads go.
+  struct LetGo {
+    std::stop_source source;
+    ~LetGo() { source.request_stop(); }
   };
 
-  void decodeTracks(const std::stop_token& stop);
-  std::optional<std::size_t> claimTrack();
-  void decode(std::size_t track, const std::stop_token& stop);
-  void keep(std::size_t track, std::vector<std::byte> chunk, const std::stop_token& stop);
-  void finish(std::size_t track, std::exception_ptr failure);
-  bool hasRoom(std::size_t track) const;
-  void fetchChunk();
-
-  audio::AudioFiles& files_;
   std::stop_token stop_;
+  std::shared_ptr<Work> work_;
+  LetGo letGo_;
 
-  // The chunk being handed out belongs to the reading thread alone.
-  std::vector<std::byte> chunk_;
+  // The chunk being handed out.
+  DecodedTracks::Chunk chunk_;
   std::size_t handedOut_ = 0;
-
-  std::mutex mutex_;
-  std::condition_variable_any changed_;
-  std::vector<Track> tracks_;
-  std::size_t claimed_ = 0;
-  std::size_t current_ = 0;
-  std::size_t buffered_ = 0;
-  std::size_t unread_ = 0;
-
-  std::array<std::jthread, 2> decoders_;
 };
 
 }  // namespace trackloom::engines::writer
