@@ -1,6 +1,7 @@
 #include <QApplication>
 
 #include "desktop/DesktopOpener.h"
+#include "desktop/ForcedEnd.h"
 #include "desktop/Host.h"
 #include "desktop/Look.h"
 #include "desktop/QtDesk.h"
@@ -42,6 +43,7 @@ int runProgram() {
                                 : engines::RecorderList(),
       std::make_shared<engines::audio::AudioFiles>(), events, {settings.pause, HostPath(ScratchFolder)});
   Program program(desk, {boxes, pump, process, writers, opener, help, commonControls, systemSeparators()});
+  const ForcedEnd forcedEnd([&program](int status) { program.endUnasked(status); });
   desk.setTrap([&program](const std::function<void()>& event) { program.run(event); });
   desk.enter([&program] { program.start(); });
   return QApplication::exec();

@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <iostream>
 #include <utility>
@@ -37,6 +38,19 @@ bool LinuxProcess::isSecondInstance() {
   first_ = true;
   if (whenFirst) whenFirst();
   return false;
+}
+
+std::vector<HostPath> LinuxProcess::refuges() {
+  std::vector<HostPath> folders;
+  for (const char* variable : {"HOME", "XDG_RUNTIME_DIR", "TMPDIR"})
+    if (const char* folder = std::getenv(variable); folder != nullptr && *folder == HostSep)
+      folders.emplace_back(folder);
+  for (const char* folder : {"/var/tmp", "/tmp", "/dev/shm"}) folders.emplace_back(folder);
+  return folders;
+}
+
+void LinuxProcess::tell(const std::string& words) {
+  std::cerr << "Trackloom: " << words << std::endl;
 }
 
 void LinuxProcess::end(int status) {

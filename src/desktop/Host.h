@@ -26,6 +26,10 @@ class LinuxProcess final : public Process {
   /// The first call takes the lock, which is held for life. Where the file system knows no locks, no instance is a
   /// second.
   bool isSecondInstance() override;
+  /// The user's home, and folders for what lasts a session or less, some of them on other disks.
+  std::vector<HostPath> refuges() override;
+  /// On standard error.
+  void tell(const std::string& words) override;
   [[noreturn]] void end(int status) override;
 
   /// Runs once, when this is known to be no second instance.

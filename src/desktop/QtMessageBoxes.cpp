@@ -36,6 +36,8 @@ std::vector<QMessageBox::StandardButton> buttonsOf(BoxButtons buttons) {
       return {QMessageBox::Yes, QMessageBox::No};
     case BoxButtons::YesNoCancel:
       return {QMessageBox::Yes, QMessageBox::No, QMessageBox::Cancel};
+    case BoxButtons::RetryCancel:
+      return {QMessageBox::Retry, QMessageBox::Cancel};
     case BoxButtons::Ok:
       break;
   }
@@ -50,15 +52,22 @@ BoxAnswer answerOf(int button) {
       return BoxAnswer::Yes;
     case QMessageBox::No:
       return BoxAnswer::No;
+    case QMessageBox::Retry:
+      return BoxAnswer::Retry;
     default:
       return BoxAnswer::Ok;
   }
 }
 
+/// To give a layout up takes more than a key that is pressed by habit.
+bool hasEscape(BoxButtons buttons) {
+  return buttons != BoxButtons::YesNo && buttons != BoxButtons::RetryCancel;
+}
+
 /// A box that closes by its buttons, and by Esc and its close box only where the question has an answer for that.
 class Box final : public QMessageBox {
  public:
-  Box(const MessageBox& box, QWidget* before) : before_(before), mayEscape_(box.buttons != BoxButtons::YesNo) {
+  Box(const MessageBox& box, QWidget* before) : before_(before), mayEscape_(hasEscape(box.buttons)) {
     setWindowTitle(shown(box.title));
     setTextFormat(Qt::PlainText);
     setText(shown(box.text).replace("\r\n", "\n"));

@@ -14,6 +14,8 @@ std::string quotedLine(const std::string& text) {
   return '"' + text + '"' + CrLf;
 }
 
+}  // namespace
+
 std::string layoutText(Session& session) {
   const bool audio = isAudioLayout(session);
   const ListView& listing = session.frmListing().ListView1;
@@ -26,8 +28,6 @@ std::string layoutText(Session& session) {
   }
   return text;
 }
-
-}  // namespace
 
 void writeLayoutFile(Session& session, const HostPath& path) {
   ReplaceFile(path, layoutText(session));

@@ -23,6 +23,9 @@ struct Session {
   /// Here and not with the shell's forms, since every dialog of every feature takes its picture from it.
   FormSlot<class frmImages> frmImages{*this};
 
+  /// The program is ending by force: nothing but its last boxes takes input any more.
+  bool ending = false;
+
   ListingWindow& frmListing() { return *mainWindow; }
   BoxAnswer ask(const MessageBox& box) { return ports.boxes.show(box); }
 };

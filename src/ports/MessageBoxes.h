@@ -4,9 +4,9 @@
 
 namespace trackloom {
 
-enum class BoxButtons { Ok, OkCancel, YesNo, YesNoCancel };
+enum class BoxButtons { Ok, OkCancel, YesNo, YesNoCancel, RetryCancel };
 enum class BoxIcon { Information, Question, Exclamation, Critical };
-enum class BoxAnswer { Ok, Cancel, Yes, No };
+enum class BoxAnswer { Ok, Cancel, Yes, No, Retry };
 
 /// A message to the user. Paragraphs of the text are parted by two line breaks, each a carriage return and a line feed.
 struct MessageBox {
@@ -17,7 +17,7 @@ struct MessageBox {
 };
 
 /// Asks the user. The first button is the default; Esc answers Cancel where there is one and OK where that is all there
-/// is.
+/// is; between Yes and No and between Retry and Cancel it does nothing.
 class MessageBoxes {
  public:
   virtual ~MessageBoxes() = default;

@@ -51,13 +51,6 @@ void removeLeftOver(const std::string& name) {
   if (locked && isCalled(file, name)) ::unlink(name.c_str());
 }
 
-/// Some file systems cannot sync a folder, which is no fault of the file.
-void syncFolder(const std::string& path) {
-  const std::string folder = folderOf(path);
-  const FileDescriptor opened(::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  if (opened && ::fsync(opened.get()) != 0 && errno == EIO) throw RuntimeError::fromErrno(errno);
-}
-
 }  // namespace
 
 AsideFile::AsideFile(std::string target) : target_(std::move(target)) {
@@ -94,7 +87,7 @@ void AsideFile::takePlace() {
   if (::fsync(file_.get()) != 0) throw RuntimeError::fromErrno(errno);
   if (std::rename(name_.c_str(), target_.c_str()) != 0) throw RuntimeError::fromErrno(errno);
   name_.clear();
-  syncFolder(target_);
+  syncFolderOf(target_);
 }
 
 }  // namespace trackloom

@@ -3,6 +3,7 @@
 #include <sys/types.h>
 #include <unistd.h>
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -30,8 +31,10 @@ class FileDescriptor {
   /// has what the user's mask leaves of `permissions`. Throws RuntimeError.
   static FileDescriptor open(const std::string& path, int flags, mode_t permissions = 0666);
 
-  /// Throws RuntimeError.
+  // Both throw RuntimeError.
   void writeAll(std::string_view bytes) const;
+  /// What follows from here to the end of the file, at most `length` bytes.
+  std::string readUpTo(std::size_t length) const;
 
   /// False, with errno: the system could not close it, and what was written may be lost.
   bool close() { return descriptor_ < 0 || ::close(std::exchange(descriptor_, -1)) == 0; }
@@ -39,5 +42,9 @@ class FileDescriptor {
  private:
   int descriptor_ = -1;
 };
+
+/// Returns when the names in the file's folder are on the disk. Some file systems cannot tell, which is no fault of the
+/// file. Throws RuntimeError.
+void syncFolderOf(const std::string& path);
 
 }  // namespace trackloom

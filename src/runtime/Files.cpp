@@ -5,7 +5,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <cstdlib>
 #include <filesystem>
@@ -106,17 +105,7 @@ void TouchFile(const HostPath& path) {
 }
 
 std::string ReadStart(const HostPath& path, std::size_t length) {
-  const FileDescriptor file = FileDescriptor::open(path.text, O_RDONLY);
-  std::array<char, 4096> buffer;
-  std::string bytes;
-  while (bytes.size() < length) {
-    const ssize_t got = ::read(file.get(), buffer.data(), std::min(buffer.size(), length - bytes.size()));
-    if (got < 0 && errno == EINTR) continue;
-    if (got < 0) throw RuntimeError::fromErrno(errno);
-    if (got == 0) break;
-    bytes.append(buffer.data(), static_cast<std::size_t>(got));
-  }
-  return bytes;
+  return FileDescriptor::open(path.text, O_RDONLY).readUpTo(length);
 }
 
 void WriteStart(const HostPath& path, std::string_view bytes) {

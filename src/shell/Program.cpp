@@ -28,13 +28,28 @@ void Program::start() {
 }
 
 void Program::run(const std::function<void()>& handler) {
+  if (session_.ending) return;
   try {
     handler();
   } catch (const RuntimeError& error) {
-    endWithError(session_, error);
+    fail(error);
   } catch (const std::exception& error) {
-    endWithError(session_, RuntimeError(InternalError, std::string("Internal error: ") + error.what()));
+    fail(RuntimeError(InternalError, std::string("Internal error: ") + error.what()));
   }
+}
+
+void Program::fail(const RuntimeError& error) {
+  tellFatalError(session_, error);
+  if (!mainWindow_->closing()) session_.ports.process.end(1);
+  // The dialog in which it failed goes, and the close goes on.
+  forms_.layout.frmSave.unload();
+}
+
+void Program::endUnasked(int status) {
+  const bool fatal = session_.ending && !mainWindow_->closing();
+  rescueUnasked(session_);
+  if (fatal) session_.ports.process.end(1);
+  mainWindow_->closeUnasked(status);
 }
 
 }  // namespace trackloom

@@ -10,6 +10,8 @@
 
 namespace trackloom {
 
+class RuntimeError;
+
 /// One running program: the shared state, every form, and the world it runs in. Nothing of it is static, so several can
 /// live side by side in a test.
 class Program {
@@ -22,10 +24,16 @@ class Program {
   /// Runs what a window or an engine has to say to a form. An error that nobody handles ends the process.
   void run(const std::function<void()>& handler);
 
+  /// Ends the process with this status where nobody can be asked any more: rescues the open layout, and stores what the
+  /// close of the main window stores if that window stands.
+  void endUnasked(int status);
+
   Session& session() { return session_; }
   ProgramForms& forms() { return forms_; }
 
  private:
+  void fail(const RuntimeError& error);
+
   Session session_;
   ProgramForms forms_;
   WriteProgress writeProgress_;

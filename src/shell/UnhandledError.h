@@ -5,11 +5,12 @@ namespace trackloom {
 class RuntimeError;
 struct Session;
 
-/// Saves the open layout aside if it has unsaved rows, and tells the user the error and where the copy is. It goes
-/// among the layouts, or into the user's home where those cannot be written.
-void rescueLayout(Session& session, const RuntimeError& error);
+/// What an error that nobody handles begins with: the open layout is rescued, and the user is told the error and where
+/// the copy is. Where no place takes the copy, the user can make room or give the layout up. From here on nothing but
+/// these boxes takes input.
+void tellFatalError(Session& session, const RuntimeError& error);
 
-/// The end of a program that met an error nobody handles: rescues the open layout and ends the process with status 1.
-void endWithError(Session& session, const RuntimeError& error);
+/// The same where nothing can be asked: the layout is rescued, and whoever started the process is told.
+void rescueUnasked(Session& session);
 
 }  // namespace trackloom

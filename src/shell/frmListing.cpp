@@ -14,6 +14,7 @@
 #include "shell/DriveSelection.h"
 #include "shell/LayoutClosing.h"
 #include "shell/ProgramForms.h"
+#include "shell/Rescue.h"
 #include "shell/UnhandledError.h"
 #include "writing/RecordFlow.h"
 
@@ -60,6 +61,7 @@ void frmListing::Load() {
   setAppFolder();
   LoadDockLayout();
   EnsureLayoutsFolder();
+  bringRescuedHome(session_);
   LoadOptions(session_);
   RestoreWindowPlacement();
   Loading = true;
@@ -69,6 +71,7 @@ void frmListing::Load() {
   session_.mod.LayoutFileName.clear();
   skipOnError([this] { UpdateCommandStates(session_); });
   if (!session_.mod.DriveOpen) forms_.shell.frmNOCD->showModal(this);
+  stands_ = true;
 }
 
 void frmListing::setAppFolder() {
@@ -121,23 +124,31 @@ bool frmListing::QueryUnload(CloseReason) {
 }
 
 void frmListing::saveBeforeClose() {
+  closing_ = true;
   try {
     saveOrAskName(session_, forms_.layout);
   } catch (const RuntimeError& error) {
     // Nothing stops the close, yet the user asked for the layout to be kept.
-    rescueLayout(session_, error);
+    tellFatalError(session_, error);
   }
 }
 
 void frmListing::Unload() {
-  if (!ClosingDuplicate) {
-    storePlacement();
-    session_.mod.Options.SavedDrive = session_.mod.CurrentDrive;
-    skipOnError([this] { writeOptionsFile(session_); });
-    blankStatus();
-    SaveDockLayout();
-  }
+  if (!ClosingDuplicate) store();
   session_.ports.process.end(0);
+}
+
+void frmListing::closeUnasked(int status) {
+  if (stands_) store();
+  session_.ports.process.end(status);
+}
+
+void frmListing::store() {
+  storePlacement();
+  session_.mod.Options.SavedDrive = session_.mod.CurrentDrive;
+  skipOnError([this] { writeOptionsFile(session_); });
+  blankStatus();
+  SaveDockLayout();
 }
 
 void frmListing::storePlacement() {

@@ -13,6 +13,11 @@ class frmListing final : public ListingWindow {
  public:
   frmListing(Session& session, ProgramForms& forms, CDWriterEvents& writeEvents);
 
+  /// The close sequence is past its question; nothing stops it any more.
+  bool closing() const { return closing_; }
+  /// The close sequence without its question, with this exit status; before the window stands nothing is stored.
+  void closeUnasked(int status);
+
  private:
   void Load() override;
   void Activate() override;
@@ -26,12 +31,15 @@ class frmListing final : public ListingWindow {
   void EnsureLayoutsFolder();
   void RestoreWindowPlacement();
   void saveBeforeClose();
+  void store();
   void storePlacement();
   void blankStatus();
 
   Session& session_;
   ProgramForms& forms_;
   Commands commands_;
+  bool stands_ = false;
+  bool closing_ = false;
 };
 
 }  // namespace trackloom

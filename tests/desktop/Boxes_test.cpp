@@ -1,3 +1,6 @@
+#include <QApplication>
+#include <QLineEdit>
+#include <QtTest/QTest>
 #include <catch2/catch.hpp>
 
 #include "desktop/LiveProgram.h"
@@ -110,6 +113,45 @@ TEST_CASE("The box \"Save Layout\" at the exit asks for a name after Yes") {
   live.user.at("Save CD Layout", [](QWidget& window) { trial::in<QPushButton>(window, "cmdCancel").click(); });
   live.window().close();
   CHECK(live.ended == 0);
+}
+
+TEST_CASE("A save at the exit that fails is told, and the close goes on from behind its dialog") {
+  Unsaved live;
+  std::filesystem::remove_all(live.folder / "Layouts");
+  live.folder.write("Layouts", "in the way");
+  const fakes::TempFolder home;
+  live.process.refugeFolders = {home.path()};
+  live.user.atBox(SaveOnExit, QMessageBox::Yes);
+  live.user.at("Save CD Layout", [](QWidget& window) {
+    QTest::keyClicks(&trial::in<QLineEdit>(window, "txtName"), "Mix");
+    trial::in<QPushButton>(window, "cmdOK").click();
+  });
+  live.user.atBox({"Trackloom",
+                   "Run-time error '76':\n\nPath not found\n\nThe open layout was saved as '" +
+                       (home / "Rescued layout 1.mixl") + "'.",
+                   BoxButtons::Ok, BoxIcon::Critical},
+                  QMessageBox::Ok);
+  live.window().close();
+  CHECK(live.ended == 0);
+  CHECK(live.folder.has("Trackloom.dsl"));
+}
+
+TEST_CASE("While the box of a fatal error stands, no command and no key of the main window does anything") {
+  Unsaved live;
+  live.program.session().mod.LayoutHasFile = true;
+  live.program.session().mod.LayoutFileName = "Mix.mixl";
+  std::filesystem::remove_all(live.folder / "Layouts");
+  live.user.at("Trackloom", [&](QWidget& box) {
+    live.click("New");
+    QTest::keyClick(&live.window(), Qt::Key_O, Qt::ControlModifier);
+    live.window().close();
+    CHECK(QApplication::activeModalWidget() == &box);
+    qobject_cast<QMessageBox*>(&box)->button(QMessageBox::Ok)->click();
+  });
+  live.click("mnuFileSave");
+  live.user.finish();
+  CHECK(live.ended == 1);
+  CHECK(live.form().ListView1.Count() == 1);
 }
 
 TEST_CASE("The box \"Trackloom Help\" says that the help file is missing") {

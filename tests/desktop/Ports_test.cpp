@@ -69,22 +69,26 @@ TEST_CASE("Each set of buttons has its buttons, and each gives its answer") {
   CHECK(answerTo({"t", "x", BoxButtons::YesNo, BoxIcon::Information}, click(0)) == BoxAnswer::Yes);
   CHECK(answerTo({"t", "x", BoxButtons::YesNo, BoxIcon::Information}, click(1)) == BoxAnswer::No);
   CHECK(answerTo({"t", "x", BoxButtons::YesNoCancel, BoxIcon::Information}, click(2)) == BoxAnswer::Cancel);
+  CHECK(answerTo({"t", "x", BoxButtons::RetryCancel, BoxIcon::Critical}, click(0)) == BoxAnswer::Retry);
+  CHECK(answerTo({"t", "x", BoxButtons::RetryCancel, BoxIcon::Critical}, click(1)) == BoxAnswer::Cancel);
 }
 
-TEST_CASE("Esc and the close box answer OK, or Cancel where there is one, and do nothing between Yes and No") {
+TEST_CASE("Esc and the close box answer OK, or Cancel where that is harmless, and nothing where no answer is") {
   const auto escape = [](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Escape); };
   const auto close = [](QMessageBox& box) { box.close(); };
   CHECK(answerTo({"t", "x", BoxButtons::Ok, BoxIcon::Information}, escape) == BoxAnswer::Ok);
   CHECK(answerTo({"t", "x", BoxButtons::OkCancel, BoxIcon::Information}, escape) == BoxAnswer::Cancel);
   CHECK(answerTo({"t", "x", BoxButtons::YesNoCancel, BoxIcon::Information}, close) == BoxAnswer::Cancel);
-  const BoxAnswer answer = answerTo({"t", "x", BoxButtons::YesNo, BoxIcon::Information}, [&](QMessageBox& box) {
-    escape(box);
-    CHECK(box.isVisible());
-    close(box);
-    CHECK(box.isVisible());
-    box.button(QMessageBox::Yes)->click();
-  });
-  CHECK(answer == BoxAnswer::Yes);
+  for (const BoxButtons buttons : {BoxButtons::YesNo, BoxButtons::RetryCancel}) {
+    const BoxAnswer answer = answerTo({"t", "x", buttons, BoxIcon::Information}, [&](QMessageBox& box) {
+      escape(box);
+      CHECK(box.isVisible());
+      close(box);
+      CHECK(box.isVisible());
+      trial::buttonsOf(box).at(0)->click();
+    });
+    CHECK(answer == (buttons == BoxButtons::YesNo ? BoxAnswer::Yes : BoxAnswer::Retry));
+  }
 }
 
 TEST_CASE("Events posted by other threads run on this one, later and in their order") {

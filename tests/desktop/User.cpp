@@ -30,6 +30,8 @@ std::vector<std::string> captionsDue(BoxButtons buttons) {
       return {"Yes", "No"};
     case BoxButtons::YesNoCancel:
       return {"Yes", "No", "Cancel"};
+    case BoxButtons::RetryCancel:
+      return {"Retry", "Cancel"};
     case BoxButtons::Ok:
       break;
   }

@@ -22,9 +22,13 @@ class FakeProcess final : public Process {
  public:
   std::string folder;
   bool second = false;
+  std::vector<std::string> refugeFolders;
+  std::vector<std::string> told;
 
   std::string executableFolder() override { return folder; }
   bool isSecondInstance() override { return second; }
+  std::vector<HostPath> refuges() override { return {refugeFolders.begin(), refugeFolders.end()}; }
+  void tell(const std::string& words) override { told.push_back(words); }
   [[noreturn]] void end(int status) override { throw EndOfProcess{status}; }
 };
 

@@ -8,11 +8,15 @@ Machine::Machine() {
   process.folder = folder.path();
 }
 
-void Machine::start() {
+void Machine::showSplash() {
   engines.restart();
   program_ = std::make_unique<Program>(
       desk, Ports{desk, pump, process, writers(), opener, help, commonControls, Separators{}});
   program_->start();
+}
+
+void Machine::start() {
+  showSplash();
   program_->forms().shell.frmOpen->Timer1.tick();
 }
 

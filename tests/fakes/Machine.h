@@ -29,6 +29,8 @@ class Machine {
   FakeCommonControls commonControls;
   ScriptedDesk desk;
 
+  /// Starts the program anew, and stays at its splash.
+  void showSplash();
   /// Starts the program anew: splash, its tick, and the load of the main window.
   void start();
   /// The first activation; `NoShow.dat` keeps the new-layout dialog away.

@@ -91,6 +91,8 @@ class Monkey final : public FormHost, public MessageBoxes, public EventPump, pub
         return first ? BoxAnswer::Ok : BoxAnswer::Cancel;
       case BoxButtons::YesNo:
         return first ? BoxAnswer::Yes : BoxAnswer::No;
+      case BoxButtons::RetryCancel:
+        return first ? BoxAnswer::Retry : BoxAnswer::Cancel;
       case BoxButtons::YesNoCancel:
         break;
     }

@@ -1,5 +1,3 @@
-#include <stdlib.h>
-
 #include <catch2/catch.hpp>
 
 #include "fakes/Machine.h"
@@ -18,26 +16,12 @@ namespace {
 /// A regular file whose every reading and writing is an input/output error.
 constexpr const char* DamagedFile = "/proc/self/mem";
 
-/// The user's home in a folder of the test's own.
-class Home : public TempFolder {
- public:
-  Home() {
-    if (const char* home = ::getenv("HOME")) before_ = home;
-    ::setenv("HOME", path().c_str(), 1);
-  }
-  ~Home() { ::setenv("HOME", before_.c_str(), 1); }
-  Home(const Home&) = delete;
-  Home& operator=(const Home&) = delete;
-
- private:
-  std::string before_;
-};
-
 /// A machine whose program is used to the full by a user who watches for words.
 class Tried : public Machine {
  public:
-  Home home;
+  TempFolder home;
 
+  Tried() { process.refugeFolders = {home.path()}; }
   void addLayout() {
     newLayout(AudioLayout);
     addTrack("a.mp3", 100);

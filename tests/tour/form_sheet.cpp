@@ -28,6 +28,8 @@ class SheetProcess final : public Process {
   explicit SheetProcess(std::string folder) : folder_(std::move(folder)) {}
   std::string executableFolder() override { return folder_; }
   bool isSecondInstance() override { return false; }
+  std::vector<HostPath> refuges() override { return {}; }
+  void tell(const std::string& /*words*/) override {}
   [[noreturn]] void end(int status) override { std::exit(status); }
 
  private:
