@@ -40,30 +40,30 @@ def say(words):
     print(words, flush=True)
 
 
-def plant(tree, chosen, options):
-    """Tries each of the chosen faults; maps those that could be built to what noticed them."""
+def built(tree, chosen):
+    """Those of the chosen faults that compile, by their numbers."""
     say(f"Mutate: building {len(chosen)} faults")
     standing = tree.build(dict(enumerate(chosen, 1)))
     say(f"Mutate: {len(chosen) - len(standing)} of them do not compile and are left out")
-    suites = Suites(tree.built, options.jobs)
+    return standing
+
+
+def tried(tree, standing, accepted, jobs):
+    """Tries each fault and names those that nothing notices; maps each to what noticed it."""
+    suites = Suites(tree.built, jobs)
     results = {}
-    with concurrent.futures.ThreadPoolExecutor(options.jobs) as pool:
+    with concurrent.futures.ThreadPoolExecutor(jobs) as pool:
         say(f"Mutate: measuring {len(suites.tests)} tests")
         suites.measure(pool, standing)
         for name in suites.broken:
             say(f"Mutate: fails without a fault, not asked: {name}")
         say(f"Mutate: trying {len(standing)} faults")
-        for fault, by in zip(standing.values(), pool.map(suites.noticed, standing)):
+        for (number, fault), by in zip(standing.items(), pool.map(suites.noticed, standing)):
             results[fault] = by
-    unreached = {fault for number, fault in standing.items() if not suites.reaching(number)}
-    return results, unreached
-
-
-def report(results, unreached, accepted):
-    for fault, by in results.items():
-        if by is None and fault not in accepted:
-            say(f"unseen, line {fault.lines[0]}{', no test comes by' if fault in unreached else ''}\n{fault.name}")
-    say("\n" + table(results, accepted))
+            if by is None and fault not in accepted:
+                where = "" if suites.reaching(number) else ", where no test comes by"
+                say(f"unseen, line {fault.lines[0]}{where}\n{fault.name}")
+    return results
 
 
 def main():
@@ -80,8 +80,8 @@ def main():
     accepted = Accepted(tree.root / "tools" / "mutate.accepted")
     for name in accepted.stale(found):
         say(f"Mutate: accepted, but there is no such fault: {name}")
-    results, unreached = plant(tree, chosen, options)
-    report(results, unreached, accepted)
+    results = tried(tree, built(tree, chosen), accepted, options.jobs)
+    say("\n" + table(results, accepted))
     noticed = {fault.name: by for fault, by in results.items()}
     (tree.work / "results.json").write_text(json.dumps(noticed, indent=1), encoding="utf-8")
 

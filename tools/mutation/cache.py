@@ -1,4 +1,4 @@
-"""Keeps the faults of a source as long as it and those who find them stay what they are, since clang reads slowly."""
+"""Keeps the faults of sources as long as they and those who find them stay what they are, since clang reads slowly."""
 
 import concurrent.futures
 import hashlib
@@ -16,16 +16,26 @@ class FaultCache:
         self.finders = b"".join((here / name).read_bytes() for name in ("cache.py", "faults.py", "finding.py"))
 
     def faults_of(self, names, jobs):
-        """All faults of these sources, in their order."""
+        """All faults of these sources."""
         self.folder.mkdir(parents=True, exist_ok=True)
         with concurrent.futures.ProcessPoolExecutor(jobs) as pool:
-            return [fault for faults in pool.map(self._one, names) for fault in faults]
+            return [fault for faults in pool.map(self._together, _units(names)) for fault in faults]
 
-    def _one(self, name):
-        path = self.tree.root / name
-        kept = self.folder / hashlib.sha256(self.finders + name.encode() + path.read_bytes()).hexdigest()
+    def _together(self, names):
+        paths = {self.tree.root / name: name for name in names}
+        content = b"".join(name.encode() + path.read_bytes() for path, name in paths.items())
+        kept = self.folder / hashlib.sha256(self.finders + content).hexdigest()
         if kept.exists():
             return pickle.loads(kept.read_bytes())
-        faults = faults_of(path, name, self.tree.arguments(name))
+        faults = faults_of(paths, self.tree.arguments(names[0]))
         kept.write_bytes(pickle.dumps(faults))
         return faults
+
+
+def _units(names):
+    """What is read together: each source by itself, the headers of a folder at once."""
+    headers = {}
+    for name in names:
+        if name.endswith(".h"):
+            headers.setdefault(name.rpartition("/")[0], []).append(name)
+    return [[name] for name in names if name.endswith(".cpp")] + list(headers.values())

@@ -37,14 +37,24 @@ SETTLED = {CursorKind.STATIC_ASSERT, CursorKind.ENUM_DECL, CursorKind.TYPE_ALIAS
 LOOPS = {CursorKind.WHILE_STMT, CursorKind.DO_STMT, CursorKind.FOR_STMT, CursorKind.CXX_FOR_RANGE_STMT}
 
 
-def faults_of(path, name, arguments):
-    """All faults of the source at `path`, which bears `name` in the tree and is compiled with these arguments."""
-    unit = Index.create().parse(str(path), args=[*arguments, "-ferror-limit=0"])
-    finder = Finder(path.read_text(BYTES), name)
-    for cursor in unit.cursor.get_children():
-        if cursor.location.file is not None and cursor.location.file.name == str(path):
-            finder.walk(cursor)
-    return finder.faults
+def faults_of(paths, arguments):
+    """All faults of these sources, in their order: of one .cpp file, or of any number of headers. `paths` maps a source's
+    path to its name in the tree."""
+    finders = {str(path): Finder(path.read_text(BYTES), name) for path, name in paths.items()}
+    for cursor in _unit(list(finders), arguments).cursor.get_children():
+        file = cursor.location.file
+        if file is not None and file.name in finders:
+            finders[file.name].walk(cursor)
+    return [fault for finder in finders.values() for fault in finder.faults]
+
+
+def _unit(paths, arguments):
+    """Headers are read together, from a source that includes them, since most of what they cost is what they share."""
+    arguments = [*arguments, "-ferror-limit=0"]
+    if len(paths) == 1 and paths[0].endswith(".cpp"):
+        return Index.create().parse(paths[0], args=arguments)
+    includes = "".join(f'#include "{path}"\n' for path in paths)
+    return Index.create().parse("headers.cpp", args=arguments, unsaved_files=[("headers.cpp", includes)])
 
 
 def bare(cursor):
