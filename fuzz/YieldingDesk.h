@@ -20,6 +20,7 @@ class YieldingDesk final : public FormHost, public MessageBoxes {
       case BoxButtons::Ok:
         return BoxAnswer::Ok;
       case BoxButtons::OkCancel:
+      case BoxButtons::RetryCancel:
         return BoxAnswer::Cancel;
       case BoxButtons::YesNo:
       case BoxButtons::YesNoCancel:

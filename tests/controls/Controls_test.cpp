@@ -125,7 +125,7 @@ TEST_CASE("A list that nobody has touched has no rows, no ticks, no selection an
   CHECK(list.CheckedCount() == 0);
   CHECK_FALSE(list.Sorted());
   CHECK(list.SortKey() == 0);
-  CHECK_FALSE(list.checkBoxes());
+  CHECK_FALSE(list.style().checkBoxes);
   CHECK(list.Width == 0.0);
   CHECK(list.Height == 0.0);
   CHECK_FALSE(list.columns().front().rightAligned);
