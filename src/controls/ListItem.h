@@ -37,9 +37,9 @@ struct ListStyle {
 
 enum class MouseButton { Left, Middle, Right };
 
-/// What has become of a list's rows, for whoever mirrors them. Rows count from 1.
+/// What becomes of a list's rows and columns, for whoever mirrors them. Rows count from 1.
 struct ListChange {
-  enum class Kind { Inserted, Removed, RowChanged, Reset, Columns, Selection };
+  enum class Kind { Inserted, Removed, RowChanged, Sorted, Reset, Columns, Width, Selection };
   Kind kind = Kind::Reset;
   int row = 0;
 };

@@ -18,15 +18,20 @@ void ListView::accept(ControlVisitor& visitor) {
   visitor.visit(*this);
 }
 
+template <class Deed>
+void ListView::change(ListChange::Kind kind, int row, const Deed& deed) {
+  listChanging({kind, row});
+  deed();
+  tell(kind, row);
+}
+
 void ListView::AddColumn(ListColumn column) {
-  columns_.push_back(std::move(column));
-  tell(ListChange::Kind::Columns);
+  change(ListChange::Kind::Columns, 0, [&] { columns_.push_back(std::move(column)); });
 }
 
 void ListView::RemoveColumn(int column) {
   if (column < 1 || column > static_cast<int>(columns_.size())) throw RuntimeError(RuntimeError::SubscriptOutOfRange);
-  columns_.erase(columns_.begin() + (column - 1));
-  tell(ListChange::Kind::Columns);
+  change(ListChange::Kind::Columns, 0, [&] { columns_.erase(columns_.begin() + (column - 1)); });
 }
 
 void ListView::SetColumnWidth(int column, double twips) {
@@ -34,7 +39,7 @@ void ListView::SetColumnWidth(int column, double twips) {
   double& width = columns_[static_cast<std::size_t>(column - 1)].width;
   if (std::abs(width - twips) < 0.5) return;
   width = twips;
-  tell(ListChange::Kind::Columns);
+  tell(ListChange::Kind::Width, 0);
 }
 
 const ListView::Row& ListView::at(int row) const {
@@ -78,31 +83,37 @@ int ListView::Add(ListItem item) {
 
 void ListView::Insert(int row, ListItem item) {
   if (row < 1 || row > Count() + 1) throw RuntimeError(RuntimeError::SubscriptOutOfRange);
-  if (item.Checked) ++checked_;
-  ++texts_[UCase(item.Text)];
   Row added;
   if (sorted_) added.key = keyOf(item);
   added.item = std::make_unique<ListItem>(std::move(item));
-  rows_.insert(rows_.begin() + (row - 1), std::move(added));
-  selected_.rowInserted(row);
-  tell(ListChange::Kind::Inserted, row);
+  change(ListChange::Kind::Inserted, row, [&] {
+    if (added.item->Checked) ++checked_;
+    ++texts_[UCase(added.item->Text)];
+    rows_.insert(rows_.begin() + (row - 1), std::move(added));
+    selected_.rowInserted(row);
+  });
 }
 
 void ListView::Remove(int row) {
-  if (Item(row).Checked) --checked_;
-  const auto bearers = texts_.find(UCase(Item(row).Text));
-  if (--bearers->second == 0) texts_.erase(bearers);
-  rows_.erase(rows_.begin() + (row - 1));
-  selected_.rowRemoved(row);
-  tell(ListChange::Kind::Removed, row);
+  const ListItem& item = Item(row);
+  change(ListChange::Kind::Removed, row, [&] {
+    if (item.Checked) --checked_;
+    const auto bearers = texts_.find(UCase(item.Text));
+    if (--bearers->second == 0) texts_.erase(bearers);
+    rows_.erase(rows_.begin() + (row - 1));
+    const bool wasSelected = selected_.contains(row);
+    selected_.rowRemoved(row);
+    if (wasSelected && selected_.first() == 0 && Count() > 0) selected_.add(std::min(row, Count()));
+  });
 }
 
 void ListView::Clear() {
-  rows_.clear();
-  texts_.clear();
-  selected_ = {};
-  checked_ = 0;
-  tell(ListChange::Kind::Reset);
+  change(ListChange::Kind::Reset, 0, [this] {
+    rows_.clear();
+    texts_.clear();
+    selected_ = {};
+    checked_ = 0;
+  });
 }
 
 void ListView::SetSubItem(int row, int index, std::string text) {
@@ -162,12 +173,13 @@ void ListView::SetSortKey(int key) {
 void ListView::resort() {
   std::unordered_set<const ListItem*> selected;
   for (const int row : selected_.rows()) selected.insert(at(row).item.get());
-  for (Row& row : rows_) row.key = keyOf(*row.item);
-  std::stable_sort(rows_.begin(), rows_.end(), [](const Row& a, const Row& b) { return a.key < b.key; });
-  selected_ = {};
-  for (int row = 1; !selected.empty() && row <= Count(); ++row)
-    if (selected.erase(at(row).item.get()) != 0) selected_.add(row);
-  tell(ListChange::Kind::Reset);
+  change(ListChange::Kind::Sorted, 0, [&] {
+    for (Row& row : rows_) row.key = keyOf(*row.item);
+    std::stable_sort(rows_.begin(), rows_.end(), [](const Row& a, const Row& b) { return a.key < b.key; });
+    selected_ = {};
+    for (int row = 1; !selected.empty() && row <= Count(); ++row)
+      if (selected.erase(at(row).item.get()) != 0) selected_.add(row);
+  });
 }
 
 void ListView::check(int row, bool checked) {

@@ -15,12 +15,15 @@ namespace trackloom {
 
 /// A report list whose rows are the records themselves. Rows and columns count from 1; column 1 is the row's Text. A
 /// number outside raises error 9. While sorted, a new row takes its place by its key, after its equals, ignoring case;
-/// switching sorting off keeps the order, and changing a cell moves nothing.
+/// switching sorting off keeps the order, and changing a cell moves nothing. When the selected row is removed, the next
+/// one is selected, or the last.
 class ListView final : public Control {
  public:
   ListView(Form& form, std::string name, std::vector<ListColumn> columns, ListStyle style = {});
   void accept(ControlVisitor& visitor) override;
 
+  /// Told before rows or columns come, go or move, while all is still as it was.
+  Signal<const ListChange&> listChanging;
   /// Told after each change of rows, columns or selection.
   Signal<const ListChange&> listChanged;
 
@@ -109,7 +112,10 @@ class ListView final : public Control {
   std::string keyOf(const ListItem& item) const;
   void resort();
   void setSelection(RowSet rows);
-  void tell(ListChange::Kind kind, int row = 0) { listChanged({kind, row}); }
+  /// Changes the rows or columns between the announcement and the news of it.
+  template <class Deed>
+  void change(ListChange::Kind kind, int row, const Deed& deed);
+  void tell(ListChange::Kind kind, int row) { listChanged({kind, row}); }
 
   std::vector<ListColumn> columns_;
   std::vector<Row> rows_;

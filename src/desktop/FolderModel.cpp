@@ -10,6 +10,7 @@
 #include <fstream>
 #include <sstream>
 
+#include "desktop/Answer.h"
 #include "desktop/Shown.h"
 #include "runtime/Files.h"
 #include "runtime/Paths.h"
@@ -217,11 +218,12 @@ void FolderModel::fetchMore(const QModelIndex& parent) {
 
 QVariant FolderModel::data(const QModelIndex& index, int role) const {
   if (!index.isValid()) return {};
-  const Node& node = *nodeOf(index);
-  if (role == Qt::DisplayRole) return shown(node.name);
-  if (role == Qt::DecorationRole)
+  return answer(QVariant(), [&]() -> QVariant {
+    const Node& node = *nodeOf(index);
+    if (role == Qt::DisplayRole) return shown(node.name);
+    if (role != Qt::DecorationRole) return {};
     return QIcon::fromTheme(node.icon.theme, QApplication::style()->standardIcon(node.icon.standard));
-  return {};
+  });
 }
 
 }  // namespace trackloom

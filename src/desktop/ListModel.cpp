@@ -2,7 +2,9 @@
 
 #include <QGuiApplication>
 #include <QPalette>
+#include <unordered_map>
 
+#include "desktop/Answer.h"
 #include "desktop/Shown.h"
 
 namespace trackloom {
@@ -15,33 +17,64 @@ ListModel::ListModel(ListView& list, Entry entry, QIcon icon, QObject* parent)
       rows_(list.Count()),
       columns_(static_cast<int>(list.columns().size())) {}
 
+void ListModel::announce(const ListChange& change) {
+  const int row = change.row - 1;
+  switch (change.kind) {
+    case ListChange::Kind::Inserted:
+      if (row < rows_) beginInsertRows({}, row, row);
+      return;
+    case ListChange::Kind::Removed:
+      if (row < rows_) beginRemoveRows({}, row, row);
+      return;
+    case ListChange::Kind::Sorted:
+      grow();
+      emit layoutAboutToBeChanged();
+      return noteItems();
+    case ListChange::Kind::Reset:
+    case ListChange::Kind::Columns:
+      return beginResetModel();
+    default:
+      return;
+  }
+}
+
 void ListModel::mirror(const ListChange& change) {
   const int row = change.row - 1;
   switch (change.kind) {
     case ListChange::Kind::Inserted:
       if (row >= rows_) return;
-      beginInsertRows({}, row, row);
       ++rows_;
       return endInsertRows();
     case ListChange::Kind::Removed:
       if (row >= rows_) return;
-      beginRemoveRows({}, row, row);
       --rows_;
       return endRemoveRows();
     case ListChange::Kind::RowChanged:
       if (row < rows_) emit dataChanged(index(row, 0), index(row, columns_ - 1));
       return;
-    case ListChange::Kind::Selection:
+    case ListChange::Kind::Sorted:
+      followItems();
+      emit layoutChanged();
       return;
-    case ListChange::Kind::Columns:
-      if (columns_ == static_cast<int>(list_->columns().size())) return;
-      [[fallthrough]];
     case ListChange::Kind::Reset:
-      beginResetModel();
+    case ListChange::Kind::Columns:
       rows_ = list_->Count();
       columns_ = static_cast<int>(list_->columns().size());
-      endResetModel();
+      return endResetModel();
+    default:
+      return;
   }
+}
+
+void ListModel::noteItems() {
+  for (const QModelIndex& kept : persistentIndexList()) followed_.push_back({kept, &list_->Item(kept.row() + 1)});
+}
+
+void ListModel::followItems() {
+  std::unordered_map<const ListItem*, int> places;
+  for (int row = 0; row < rows_; ++row) places[&list_->Item(row + 1)] = row;
+  for (const auto& [before, item] : std::exchange(followed_, {}))
+    changePersistentIndex(before, index(places.at(item), before.column()));
 }
 
 void ListModel::grow() {
@@ -72,6 +105,10 @@ const std::string& ListModel::cell(const QModelIndex& index) const {
 }
 
 QVariant ListModel::data(const QModelIndex& index, int role) const {
+  return answer(QVariant(), [&] { return valueOf(index, role); });
+}
+
+QVariant ListModel::valueOf(const QModelIndex& index, int role) const {
   if (list_ == nullptr || !checkIndex(index, CheckIndexOption::IndexIsValid)) return {};
   const ListItem& item = list_->Item(index.row() + 1);
   const bool first = index.column() == 0;
@@ -95,16 +132,19 @@ QVariant ListModel::data(const QModelIndex& index, int role) const {
 
 bool ListModel::setData(const QModelIndex& index, const QVariant& value, int role) {
   if (list_ == nullptr || role != Qt::CheckStateRole) return false;
-  entry_([&] { list_->check(index.row() + 1, value.toInt() == Qt::Checked); });
+  entry_([this, row = index.row() + 1, ticked = value.toInt() == Qt::Checked] { list_->check(row, ticked); });
   return true;
 }
 
-QVariant ListModel::headerData(int section, Qt::Orientation orientation, int role) const {
-  if (list_ == nullptr || orientation != Qt::Horizontal || section < 0 || section >= columns_) return {};
-  const ListColumn& column = list_->columns()[static_cast<std::size_t>(section)];
+QVariant ListModel::headOf(const ListColumn& column, int role) {
   if (role == Qt::DisplayRole) return shown(column.text);
   if (role != Qt::TextAlignmentRole) return {};
   return QVariant::fromValue((column.rightAligned ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
+}
+
+QVariant ListModel::headerData(int section, Qt::Orientation orientation, int role) const {
+  if (list_ == nullptr || orientation != Qt::Horizontal) return {};
+  return answer(QVariant(), [&] { return headOf(list_->columns().at(static_cast<std::size_t>(section)), role); });
 }
 
 Qt::ItemFlags ListModel::flags(const QModelIndex& index) const {

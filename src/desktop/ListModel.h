@@ -2,6 +2,8 @@
 
 #include <QAbstractTableModel>
 #include <QIcon>
+#include <utility>
+#include <vector>
 
 #include "controls/ListView.h"
 #include "desktop/Entry.h"
@@ -15,6 +17,8 @@ class ListModel final : public QAbstractTableModel {
   /// `icon` is the list's image 1.
   ListModel(ListView& list, Entry entry, QIcon icon, QObject* parent);
 
+  /// Before the change, and after it.
+  void announce(const ListChange& change);
   void mirror(const ListChange& change);
   bool showsAllRows() const { return list_ == nullptr || rows_ == list_->Count(); }
   void grow();
@@ -30,12 +34,18 @@ class ListModel final : public QAbstractTableModel {
 
  private:
   const std::string& cell(const QModelIndex& index) const;
+  QVariant valueOf(const QModelIndex& index, int role) const;
+  static QVariant headOf(const ListColumn& column, int role);
+  /// Before and after a sort: what the views hold on to are rows, wherever they go.
+  void noteItems();
+  void followItems();
 
   ListView* list_;
   Entry entry_;
   QIcon icon_;
   int rows_;
   int columns_;
+  std::vector<std::pair<QModelIndex, const ListItem*>> followed_;
 };
 
 }  // namespace trackloom

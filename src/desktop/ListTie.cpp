@@ -25,6 +25,11 @@ namespace {
 /// How often a list that is being filled shows what it has got: more often than the eye can follow is waste.
 constexpr int RestMilliseconds = 30;
 
+bool setsColumns(const ListChange& change) {
+  return change.kind == ListChange::Kind::Reset || change.kind == ListChange::Kind::Columns ||
+         change.kind == ListChange::Kind::Width;
+}
+
 /// What the parts of one tie share.
 struct ListTie {
   QTreeView& view;
@@ -36,6 +41,7 @@ struct ListTie {
   /// The view is being brought in line with the list, so what it tells is no deed of the user.
   bool mirroring = false;
 
+  void announce(const ListChange& change);
   void mirror(const ListChange& change);
   void showNewRows();
   void showColumns();
@@ -51,11 +57,16 @@ struct ListTie {
   bool dragEvent(QEvent& event);
 };
 
+void ListTie::announce(const ListChange& change) {
+  const QScopedValueRollback<bool> guard(mirroring, true);
+  model.announce(change);
+}
+
 void ListTie::mirror(const ListChange& change) {
   const QScopedValueRollback<bool> guard(mirroring, true);
   model.mirror(change);
   if (change.kind == ListChange::Kind::RowChanged) return;
-  if (change.kind == ListChange::Kind::Reset || change.kind == ListChange::Kind::Columns) showColumns();
+  if (setsColumns(change)) showColumns();
   if (!rest.isActive()) showNewRows();
   showSelection();
 }
@@ -197,7 +208,9 @@ void tieList(Face& face, QTreeView& view, ListView& list) {
   design(view, list.style());
   view.setModel(&model);
   const auto tie = std::make_shared<ListTie>(ListTie{view, list, model, make<QTimer>(view), face.entry()});
-  tie->mirror({ListChange::Kind::Reset, 0});
+  tie->showColumns();
+  tie->showSelection();
+  face.keep(list.listChanging.connect([tie](const ListChange& change) { tie->announce(change); }));
   face.keep(list.listChanged.connect([tie](const ListChange& change) { tie->mirror(change); }));
   face.atCut([tie] {
     tie->mirroring = true;

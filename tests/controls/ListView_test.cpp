@@ -95,7 +95,17 @@ TEST_CASE("The selection follows its row, and goes with it") {
   CHECK(desk.list.SelectedRow() == 3);
   desk.list.Remove(1);
   CHECK(desk.list.SelectedRow() == 2);
+}
+
+TEST_CASE("When the selected row goes, the next one is selected, or the last, or none") {
+  Desk desk;
+  for (const char* text : {"a", "b", "c"}) desk.list.Add(item(text));
+  desk.list.SelectRow(2);
   desk.list.Remove(2);
+  CHECK(desk.list.SelectedRow() == 2);
+  desk.list.Remove(2);
+  CHECK(desk.list.SelectedRow() == 1);
+  desk.list.Remove(1);
   CHECK(desk.list.SelectedRow() == 0);
 }
 
@@ -117,20 +127,27 @@ TEST_CASE("Only the user's tick raises the check event, and ticks are counted") 
   CHECK(desk.list.CheckedCount() == 1);
 }
 
-TEST_CASE("Whoever mirrors the rows hears each change once") {
+TEST_CASE("Whoever mirrors the rows hears of each change once, and of what moves rows or columns before it happens") {
   Desk desk;
   std::string heard;
-  const Connection connection = desk.list.listChanged.connect([&](const ListChange& change) {
-    heard += "IRCXKS"[static_cast<int>(change.kind)] + std::to_string(change.row) + " ";
-  });
+  const auto hear = [&](const ListChange& change) {
+    heard += "IRCSXLWK"[static_cast<int>(change.kind)] + std::to_string(change.row) + "/" +
+             std::to_string(desk.list.Count()) + " ";
+  };
+  const Connection before = desk.list.listChanging.connect(hear);
+  const Connection after = desk.list.listChanged.connect(hear);
   desk.list.Add(item("a"));
   desk.list.SelectRow(1);
   desk.list.SelectRow(1);
   desk.list.SetChecked(1, true);
   desk.list.SetChecked(1, true);
+  desk.list.SetSorted(true);
+  desk.list.SetColumnWidth(1, 600);
+  desk.list.SetColumnWidth(1, 600);
+  desk.list.AddColumn({"c", "C"});
   desk.list.Remove(1);
   desk.list.Clear();
-  CHECK(heard == "I1 S1 C1 R1 X0 ");
+  CHECK(heard == "I1/0 I1/1 K1/1 C1/1 S0/1 S0/1 W0/1 L0/1 L0/1 R1/1 R1/0 X0/0 X0/0 ");
 }
 
 namespace {

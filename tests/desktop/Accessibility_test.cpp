@@ -30,6 +30,7 @@
 #include "controls/Timer.h"
 #include "controls/VScrollBar.h"
 #include "desktop/AllForms.h"
+#include "desktop/ScreenReader.h"
 
 namespace trackloom {
 
@@ -201,7 +202,7 @@ void changeEveryState(const Form& form) {
 }  // namespace
 
 TEST_CASE("A screen reader finds a name for everything that can have the focus") {
-  QAccessible::setActive(true);
+  const trial::ScreenReader reader;
   const trial::AllForms forms;
   Heard all;
   for (const auto& form : forms.all) {

@@ -1,5 +1,6 @@
 #include <QHeaderView>
 #include <QMimeData>
+#include <QScrollBar>
 #include <QTreeView>
 #include <QUrl>
 #include <catch2/catch.hpp>
@@ -91,7 +92,7 @@ TEST_CASE("Rows that come and go while others wait to be shown end up as they ar
   CHECK(view.selectionModel()->selectedRows().value(0).row() == 4);
 }
 
-TEST_CASE("The user's selection reaches the list, and a removed row leaves none selected") {
+TEST_CASE("The user's selection reaches the list, and after a removal the next row has it, for keys too") {
   trial::Shown shown;
   auto& view = shown.widget<QTreeView>("List1");
   fill(shown, {"a", "b", "c"});
@@ -99,8 +100,30 @@ TEST_CASE("The user's selection reaches the list, and a removed row leaves none 
   QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, second.center());
   CHECK(shown.form->List1.SelectedRow() == 2);
   shown.form->List1.Remove(2);
-  CHECK(shown.form->List1.SelectedRow() == 0);
+  CHECK(view.selectionModel()->selectedRows().value(0).row() == 1);
+  CHECK(view.currentIndex().row() == 1);
+  shown.form->List1.Remove(2);
+  CHECK(view.selectionModel()->selectedRows().value(0).row() == 0);
+  QTest::keyClick(&view, Qt::Key_Up);
+  CHECK(shown.form->List1.SelectedRow() == 1);
+  shown.form->List1.Remove(1);
   CHECK_FALSE(view.selectionModel()->hasSelection());
+}
+
+TEST_CASE("Sorting keeps the place that the user has come to, and what is selected with it") {
+  trial::Shown shown;
+  auto& view = shown.widget<QTreeView>("List1");
+  for (int n = 0; n < 200; ++n) shown.form->List1.Add(row(std::to_string(999 - n)));
+  shown.form->List1.SelectRow(150);
+  REQUIRE(comesTrue([&] { return view.model()->rowCount() == 200; }));
+  view.scrollTo(view.currentIndex());
+  const int place = view.verticalScrollBar()->value();
+  REQUIRE(place > 0);
+  shown.form->List1.SetSorted(true);
+  CHECK(view.currentIndex().row() == 50);
+  CHECK(view.selectionModel()->selectedRows().value(0).row() == 50);
+  CHECK(shown.form->List1.SelectedRow() == 51);
+  CHECK(view.verticalScrollBar()->value() == place);
 }
 
 TEST_CASE("A double click tells the row") {
