@@ -18,6 +18,7 @@
 #include "desktop/Make.h"
 #include "desktop/Placement.h"
 #include "desktop/QtDesk.h"
+#include "desktop/SelectableText.h"
 #include "desktop/Shown.h"
 
 namespace trackloom {
@@ -162,9 +163,20 @@ void Face::place(QWidget* owner) {
   window_->move(frame.topLeft());
 }
 
+void Face::tellFailureDetail() {
+  auto* line = window_->findChild<SelectableText*>("failureDetail");
+  if (line == nullptr) return;
+  const std::string detail = desk_.failureDetail();
+  line->setPlainText(shown(detail));
+  line->setVisible(!detail.empty());
+  // The line can have the focus, to be copied, but Close is what the user comes to first.
+  if (const Button* button = buttonFor(*form_, Qt::Key_Return)) widgetOf(*button)->setFocus();
+}
+
 void Face::show(QWidget* owner, Qt::WindowModality modality) {
   if (!window_->isVisible()) {
     window_->setWindowModality(modality);
+    tellFailureDetail();
     place(owner);
     window_->winId();
     window_->windowHandle()->setTransientParent(owner == nullptr ? nullptr : owner->windowHandle());

@@ -64,6 +64,8 @@ class Face : public std::enable_shared_from_this<Face> {
   void awaitActivation();
   void activateOnce();
   void place(QWidget* owner);
+  /// Fills the line that is no control of the form: what the engine knows about the failure that the form tells.
+  void tellFailureDetail();
 
   const QtDesk& desk_;
   Form* form_;

@@ -25,6 +25,10 @@ QtDesk::~QtDesk() {
   for (const auto& [form, face] : faces_) face->cut();
 }
 
+std::string QtDesk::failureDetail() const {
+  return failureDetail_ == nullptr ? std::string() : failureDetail_->lastFailure();
+}
+
 void QtDesk::enter(const std::function<void()>& event) const {
   trap_(event);
 }

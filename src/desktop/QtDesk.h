@@ -9,6 +9,7 @@
 
 #include "controls/FormHost.h"
 #include "desktop/FaceTable.h"
+#include "ports/FailureDetail.h"
 
 namespace trackloom {
 
@@ -24,6 +25,11 @@ class QtDesk final : public FormHost {
   /// `designs` outlive the desk.
   explicit QtDesk(const std::vector<FaceDesign>& designs = faceDesigns());
   ~QtDesk() override;
+
+  /// Where a form that tells a failure finds what the engine knows about it; outlives the desk.
+  void setFailureDetail(const FailureDetail& detail) { failureDetail_ = &detail; }
+  /// Empty where no engine offers one.
+  std::string failureDetail() const;
 
   /// Without a trap, an exception ends the process.
   void setTrap(Trap trap) { trap_ = std::move(trap); }
@@ -46,6 +52,7 @@ class QtDesk final : public FormHost {
   Face& faceOf(Form& form);
 
   const std::vector<FaceDesign>& designs_;
+  const FailureDetail* failureDetail_ = nullptr;
   Trap trap_;
   std::unordered_map<const Form*, std::shared_ptr<Face>> faces_;
   std::vector<const Form*> shown_;

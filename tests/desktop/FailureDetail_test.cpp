@@ -1,0 +1,99 @@
+#include "ports/FailureDetail.h"
+
+#include <QAccessible>
+#include <QApplication>
+#include <QClipboard>
+#include <QGroupBox>
+#include <QLabel>
+#include <catch2/catch.hpp>
+
+#include "desktop/LiveProgram.h"
+#include "desktop/SelectableText.h"
+#include "desktop/Trial.h"
+
+namespace trackloom {
+
+using trial::in;
+
+namespace {
+
+struct ToldDetail final : FailureDetail {
+  std::string text;
+  std::string lastFailure() const override { return text; }
+};
+
+/// A program whose write has just failed.
+struct FailedWrite : trial::LiveProgram {
+  explicit FailedWrite(std::string words) {
+    detail.text = std::move(words);
+    desk.setFailureDetail(detail);
+    startQuietly();
+    newLayout(AudioLayout);
+    program.session().mod.WriteActive = true;
+  }
+
+  void fail(trial::User::Deed deed) {
+    user.at("Write Error", [&](QWidget& window) {
+      deed(window);
+      in<QPushButton>(window, "cmdClose").click();
+    });
+    desk.enter([&] { cdr1().events.OnWriteError(2, 0); });
+    user.finish();
+  }
+
+  ToldDetail detail;
+};
+
+const std::string Missing = "/home/anna/a <b> &c.mp3: No such file or directory";
+
+}  // namespace
+
+TEST_CASE("The failed write tells below its message on what it failed, and why") {
+  FailedWrite live(Missing);
+  live.fail([](QWidget& window) {
+    CHECK(in<QLabel>(window, "lblError").text() == " A file error was encountered while writing the disc.");
+    const auto& line = in<SelectableText>(window, "failureDetail");
+    CHECK(line.isVisible());
+    CHECK(line.toPlainText().toStdString() == Missing);
+    CHECK(line.y() >= in<QLabel>(window, "lblError").geometry().bottom());
+    CHECK(line.parentWidget() == &in<QGroupBox>(window, "Frame1"));
+    CHECK(line.height() >= line.fontMetrics().height());
+  });
+}
+
+TEST_CASE("Where the message says all there is no line below it, also after a failure that had one") {
+  FailedWrite live(Missing);
+  live.fail([](QWidget& window) { CHECK(in<SelectableText>(window, "failureDetail").isVisible()); });
+  live.detail.text.clear();
+  live.program.session().mod.WriteActive = true;
+  live.fail([](QWidget& window) { CHECK_FALSE(in<SelectableText>(window, "failureDetail").isVisible()); });
+}
+
+TEST_CASE("The longest path is shown whole, within the window's width, and can be copied as it is") {
+  const std::string longest = "/" + std::string(255, 'a') + "/" + std::string(255, 'b') + ": Input/output error";
+  FailedWrite live(longest);
+  live.fail([&](QWidget& window) {
+    auto& line = in<SelectableText>(window, "failureDetail");
+    CHECK(window.width() < 600);
+    CHECK(line.document()->size().height() <= line.height());
+    CHECK(line.document()->idealWidth() <= line.width());
+    line.selectAll();
+    line.copy();
+    CHECK(QApplication::clipboard()->text().toStdString() == longest);
+    CHECK(line.isReadOnly());
+  });
+}
+
+TEST_CASE("A screen reader comes to the detail behind the message, and the keyboard begins at Close") {
+  FailedWrite live(Missing);
+  live.fail([](QWidget& window) {
+    CHECK(window.focusWidget()->objectName() == "cmdClose");
+    QAccessibleInterface* frame = QAccessible::queryAccessibleInterface(&in<QGroupBox>(window, "Frame1"));
+    REQUIRE(frame->childCount() == 2);
+    CHECK(frame->child(0)->text(QAccessible::Name).startsWith(" A file error"));
+    CHECK(frame->child(1)->text(QAccessible::Value).toStdString() == Missing);
+    CHECK(frame->child(1)->state().readOnly);
+  });
+}
+
+}  // namespace trackloom
