@@ -53,7 +53,7 @@ void workOn(ListView& list, const std::function<void()>& let) {
   list.AddColumn({"x", "X", 600});
   let();
   list.RemoveColumn(static_cast<int>(list.columns().size()));
-  if (list.checkBoxes()) list.SetChecked(1, true);
+  if (list.style().checkBoxes) list.SetChecked(1, true);
   while (list.Count() > 1) list.Remove(list.Count());
   list.Remove(1);
   for (const char* text : {"y", "z"}) list.Add(row(text));
