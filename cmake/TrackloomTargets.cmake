@@ -56,7 +56,24 @@ function(trackloom_tests folder)
   target_link_libraries(test-${suffix} PRIVATE catch-main ${ARG_USES})
   target_include_directories(test-${suffix} PRIVATE ${CMAKE_SOURCE_DIR}/tests)
   target_compile_definitions(test-${suffix} PRIVATE TRACKLOOM_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
-  catch_discover_tests(test-${suffix} TEST_PREFIX "${folder}: " PROPERTIES TIMEOUT 120 LABELS "${ARG_LABELS}")
+  set(properties TIMEOUT 120)
+  if(ARG_LABELS)
+    list(APPEND properties LABELS "${ARG_LABELS}")
+  endif()
+  if("fakes" IN_LIST ARG_USES)
+    trackloom_noted(test-${suffix} properties)
+  endif()
+  # A name that reaches no test, such as one with a semicolon, must not pass for one.
+  catch_discover_tests(test-${suffix} TEST_PREFIX "${folder}: " EXTRA_ARGS --warn NoTests PROPERTIES ${properties})
+endfunction()
+
+# trackloom_noted(<test program> <variable>): adds to the properties in the variable what lets the program's tests note what
+# they have seen for the last test of a whole run.
+function(trackloom_noted program variable)
+  set_property(GLOBAL APPEND PROPERTY TRACKLOOM_NOTED ${program})
+  list(APPEND ${variable} FIXTURES_REQUIRED run-notes ENVIRONMENT_MODIFICATION
+       TRACKLOOM_NOTES=set:${CMAKE_BINARY_DIR}/run-notes)
+  set(${variable} ${${variable}} PARENT_SCOPE)
 endfunction()
 
 # trackloom_attack("<sentence>" [SECONDS <most>] COMMAND <command>...): a bounded run of rough treatment, left out of ./test. The

@@ -1,2 +1,4 @@
 #define CATCH_CONFIG_MAIN
 #include <catch2/catch.hpp>
+
+#include "words/table/NotingListener.h"

@@ -33,6 +33,9 @@ Faults usingNamespaceInHeaders(const SourceTree& tree);
 /// A file of tests is a .cpp whose name ends in "_test.cpp", and no other file has such a name.
 Faults testFileNames(const SourceTree& tree);
 
+/// No test's name has a semicolon, at which CTest would cut it and run neither part.
+Faults unreachableTests(const SourceTree& tree);
+
 /// Every case of the book has a test whose name begins with its number, such as "E001: ", and every such number is in
 /// the book, once, rising. A case is a line "- **E001** One sentence.".
 Faults bookAgainstTests(std::string_view book, const SourceTree& tree);

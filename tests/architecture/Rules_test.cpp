@@ -158,4 +158,10 @@ TEST_CASE("The rule of test files finds tests in a file of another name, and suc
   CHECK(testFileNames(treeOf({{"tests/model/A_test.cpp", "TEST_CASE(\"One\") {}\n"}, {"tests/B.cpp", ""}})).empty());
 }
 
+TEST_CASE("The rule of test names finds the one that is cut in two") {
+  CHECK(
+      unreachableTests(treeOf({{"tests/model/A_test.cpp", "TEST_CASE(\"One; two\") {}\nTEST_CASE(\"Three\") {}\n"}})) ==
+      Faults{"tests/model/A_test.cpp: CTest cuts a test's name at its semicolon: One; two"});
+}
+
 }  // namespace trackloom::architecture

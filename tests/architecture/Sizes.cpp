@@ -146,4 +146,13 @@ Faults testFileNames(const SourceTree& tree) {
   return faults;
 }
 
+Faults unreachableTests(const SourceTree& tree) {
+  Faults faults;
+  for (const auto& [path, file] : tree)
+    for (const std::string& name : file.testNames)
+      if (name.find(';') != std::string::npos)
+        faults.push_back(path + ": CTest cuts a test's name at its semicolon: " + name);
+  return faults;
+}
+
 }  // namespace trackloom::architecture

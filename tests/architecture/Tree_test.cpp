@@ -47,6 +47,10 @@ TEST_CASE("Files of tests are named in one way") {
   holds(testFileNames(readTree(root)));
 }
 
+TEST_CASE("Every test has a name by which it is found") {
+  holds(unreachableTests(readTree(root)));
+}
+
 TEST_CASE("The book of odd cases and the tests have the same numbers") {
   holds(bookAgainstTests(readText(root / "docs/edge-cases.md"), readTree(root)));
 }

@@ -95,7 +95,7 @@ TEST_CASE("Each kind of control is visited as what it is, in the order of the fo
         "PictureBox ProgressBarEx StatusBar TabStrip TextBox Timer VScrollBar ");
 }
 
-TEST_CASE("A control that nobody has touched is enabled, visible and empty; a timer alone is designed disabled") {
+TEST_CASE("A control that nobody has touched is enabled, visible and empty, a timer alone is designed disabled") {
   Desk desk;
   for (const Control* control : desk.form.controls()) {
     CHECK(control->Enabled == (control->name() != "timer"));
@@ -197,7 +197,7 @@ TEST_CASE("A combo box tells its watchers of each new row, choice and clearing")
   CHECK(combo.ListIndex() == -1);
 }
 
-TEST_CASE("A combo box without a choice has no text and no number; its first row is a choice like any other") {
+TEST_CASE("A combo box without a choice has no text and no number, its first row is a choice like any other") {
   Desk desk;
   ComboBox& combo = desk.form.combo;
   combo.AddItem("a", 5);

@@ -172,7 +172,7 @@ TEST_CASE("A list tells its size in twips") {
   CHECK(shown.form->List1.Height == view.height() * 15.0);
 }
 
-TEST_CASE("A red row is red, and lighter on a dark background; a plain row takes the palette's text") {
+TEST_CASE("A red row is red, and lighter on a dark background, while a plain row takes the palette's text") {
   trial::Shown shown;
   auto& view = shown.widget<QTreeView>("List1");
   shown.form->List1.Add(row("a"));

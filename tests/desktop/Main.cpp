@@ -3,6 +3,7 @@
 #include <catch2/catch.hpp>
 
 #include "desktop/Look.h"
+#include "words/table/NotingListener.h"
 
 int main(int argc, char** argv) {
   // Tests need no screen, also when they are started by hand.

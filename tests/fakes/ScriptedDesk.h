@@ -8,20 +8,22 @@
 #include "controls/Form.h"
 #include "controls/FormHost.h"
 #include "ports/MessageBoxes.h"
+#include "words/table/BoxTable.h"
 
 namespace trackloom::fakes {
 
 /// Plays the user before the desk: answers the boxes and modal forms that a test has announced, in that order, and
-/// fails on any other. A modal form's script must leave it hidden or unloaded.
+/// fails on any other. A modal form's script must leave it hidden or unloaded. Every box must stand in the table of all
+/// boxes, word for word and over the form that is in front, and is noted as having come.
 class ScriptedDesk final : public FormHost, public MessageBoxes {
  public:
   /// Announces a box of this title; the answer is given when it comes.
   void expectBox(const std::string& title, BoxAnswer answer);
-  /// Announces a modal form; `script` does what the user does in it.
+  /// Announces a modal form of the owner; `script` does what the user does in it.
   template <class T>
-  void expectForm(const std::string& name, std::function<void(T&)> script) {
+  void expectForm(const std::string& name, std::function<void(T&)> script, const std::string& owner = "frmListing") {
     expected_.push_back(
-        {name, BoxAnswer::Ok, [script = std::move(script)](Form& form) { script(dynamic_cast<T&>(form)); }});
+        {name, BoxAnswer::Ok, [script = std::move(script)](Form& form) { script(dynamic_cast<T&>(form)); }, owner});
   }
   /// Everything announced has come.
   bool finished() const { return expected_.empty(); }
@@ -47,10 +49,17 @@ class ScriptedDesk final : public FormHost, public MessageBoxes {
     std::string what;
     BoxAnswer answer = BoxAnswer::Ok;
     std::function<void(Form&)> script;
+    std::string owner;
   };
   Expected next(const std::string& what);
+  void bringToFront(Form& form);
+  void takeAway(Form& form);
+  void judge(const MessageBox& box);
 
+  const std::vector<words::BoxRow> table_ = words::allBoxes();
   std::deque<Expected> expected_;
+  /// The forms that show, the one in front last.
+  std::vector<std::string> shown_;
 };
 
 }  // namespace trackloom::fakes

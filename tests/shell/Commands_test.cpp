@@ -143,7 +143,8 @@ TEST_CASE("E009: Without a layout but with a disc the disc commands are on and t
   }
 }
 
-TEST_CASE("E010: On an empty layout adding, searching and saving are on; recording, printing and deleting are off") {
+TEST_CASE(
+    "E010: On an empty layout adding, searching and saving are on, while recording, printing and deleting are off") {
   const std::int16_t kind = GENERATE(AudioLayout, Mp3Layout);
   Machine machine;
   machine.startQuietly();

@@ -365,16 +365,19 @@ TEST_CASE("A write error tells its words and ejects only when they are closed") 
 }
 
 TEST_CASE("An error outside of a write is told in a box, closes the disc dialogs and ejects nothing") {
+  const bool erasing = GENERATE(true, false);
   Recording machine;
   WritingForms& forms = machine.program().forms().writing;
   forms.frmErase.get();
   forms.frmDiskInfo.get();
   machine.engines.stage.take();
-  machine.desk.expectBox("Error", BoxAnswer::Ok);
-  machine.cdr1().events.OnWriteError(3, 7);
-  CHECK(machine.desk.lastBox().text ==
-        "There was an error encountered trying to perform the requested disc operation.");
-  CHECK(machine.desk.lastBox().icon == BoxIcon::Exclamation);
+  machine.desk.expectForm<Form>(erasing ? "frmErase" : "frmDiskInfo", [&](const Form& form) {
+    machine.desk.expectBox("Error", BoxAnswer::Ok);
+    machine.cdr1().events.OnWriteError(3, 7);
+    CHECK(form.closed());
+  });
+  (erasing ? forms.frmErase->showModal(&machine.window()) : forms.frmDiskInfo->showModal(&machine.window()));
+  CHECK(machine.desk.finished());
   CHECK_FALSE(forms.frmErase.exists());
   CHECK_FALSE(forms.frmDiskInfo.exists());
   CHECK_FALSE(forms.frmError.exists());
