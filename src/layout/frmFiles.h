@@ -29,12 +29,12 @@ class frmFiles final : public Form {
                      "ListView1",
                      {{"File Name", "File Name", 4200}, {"File Size", "File Size", 1400, true}},
                      {.checkBoxes = true}};
+  StatusBar StatusBar1{*this, "StatusBar1"};
   Button cmdCheckAll{*this, "cmdCheckAll", "Check All"};
   Button cmdClearAll{*this, "cmdClearAll", "Clear All"};
   Button cmdOK{*this, "cmdOK", "&Add Checked"};
   Button cmdCancel{*this, "cmdCancel", "&Cancel"};
   Button cmdHelp{*this, "cmdHelp", "&Help"};
-  StatusBar StatusBar1{*this, "StatusBar1"};
 
  private:
   /// What one look into a folder found; the bytes are a sum of 64 bits.

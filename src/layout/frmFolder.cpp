@@ -8,8 +8,6 @@ namespace trackloom {
 
 frmFolder::frmFolder(Session& session, LayoutForms&)
     : Form(session.host, "frmFolder", "MP3 CD Folder"), session_(session) {
-  // A folder is given to tracks of the list, so an empty list leaves nothing to confirm.
-  cmdOK.Enabled = false;
   cmdOK.Default = true;
   cmdCancel.Cancel = true;
   txtFolder.GotFocus = [this] { txtFolder.SelectAll(); };
@@ -19,6 +17,8 @@ frmFolder::frmFolder(Session& session, LayoutForms&)
 
 void frmFolder::Load() {
   takePicture(session_, &frmImages::imgFolder, Image1);
+  // A folder is given to tracks of the list, so an empty list leaves nothing to confirm.
+  cmdOK.Enabled = false;
 }
 
 }  // namespace trackloom

@@ -17,9 +17,6 @@ constexpr int TenPoints = 1;
 
 frmPrintList::frmPrintList(Session& session, PrintingForms&)
     : Form(session.host, "frmPrintList", "Print Current Layout Track Listing"), session_(session) {
-  // Only tracks of the list can be edited and printed, and the list is empty.
-  cmdEdit.Enabled = false;
-  cmdPrint.Enabled = false;
   cmdCancel.Cancel = true;
   txtTitle.GotFocus = [this] { txtTitle.SelectAll(); };
   cmdCancel.Click = [this] { unload(); };
@@ -28,6 +25,9 @@ frmPrintList::frmPrintList(Session& session, PrintingForms&)
 
 void frmPrintList::Load() {
   takePicture(session_, &frmImages::imgPrint, Image1);
+  // Only tracks of the list can be edited and printed, and the list is empty.
+  cmdEdit.Enabled = false;
+  cmdPrint.Enabled = false;
   offerStyles();
   suggestTitle();
   for (const char* colour : {"Red", "Green", "Yellow", "Blue", "Magenta", "White", "Cyan"}) ImageCombo1.AddItem(colour);

@@ -9,8 +9,6 @@ namespace trackloom {
 frmRipMain::frmRipMain(Session& session, RipperForms&)
     : Form(session.host, "frmRipMain", "CD Ripper"), session_(session) {
   chkCDDB.Value = true;
-  // A disc is read in a drive of the list, and the list is empty.
-  cmdRead.Enabled = false;
   cmdSelectAll.Enabled = false;
   cmdSelectNone.Enabled = false;
   cmdExtract.Enabled = false;
@@ -21,6 +19,8 @@ frmRipMain::frmRipMain(Session& session, RipperForms&)
 
 void frmRipMain::Load() {
   takePicture(session_, &frmImages::imgRipper, Image1);
+  // A disc is read in a drive of the list, and the list is empty.
+  cmdRead.Enabled = false;
 }
 
 void frmRipMain::Unload() {

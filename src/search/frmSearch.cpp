@@ -9,8 +9,6 @@ namespace trackloom {
 
 frmSearch::frmSearch(Session& session, SearchForms&)
     : Form(session.host, "frmSearch", "Search for Audio Files"), session_(session) {
-  // A search walks the hard drives of the machine, and can begin only where these are known.
-  cmdStart.Enabled = false;
   cmdCheckAll.Enabled = false;
   cmdClearAll.Enabled = false;
   cmdOK.Enabled = false;
@@ -22,6 +20,8 @@ frmSearch::frmSearch(Session& session, SearchForms&)
 
 void frmSearch::Load() {
   takePicture(session_, &frmImages::imgSearch, Image1);
+  // A search walks the hard drives of the machine, and can begin only where these are known.
+  cmdStart.Enabled = false;
   Combo1.AddItem("MP3 Files");
   if (!isMp3Layout(session_)) {
     Combo1.AddItem("WAV Files");

@@ -9,8 +9,6 @@ namespace trackloom {
 frmErase::frmErase(Session& session, WritingForms&) : Form(session.host, "frmErase", "Erase CD"), session_(session) {
   imgStatus.Visible = false;
   optQuick.select();
-  // Nothing can be erased before somebody hears the engine tell that an erase has ended or failed.
-  cmdOK.Enabled = false;
   cmdOK.Default = true;
   cmdCancel.Cancel = true;
   cmdCancel.Click = [this] { unload(); };
@@ -19,6 +17,8 @@ frmErase::frmErase(Session& session, WritingForms&) : Form(session.host, "frmEra
 
 void frmErase::Load() {
   takePicture(session_, &frmImages::imgErase, Image1);
+  // Nothing can be erased before somebody hears the engine tell that an erase has ended or failed.
+  cmdOK.Enabled = false;
 }
 
 }  // namespace trackloom

@@ -9,8 +9,6 @@ namespace trackloom {
 frmISO::frmISO(Session& session, WritingForms&)
     : Form(session.host, "frmISO", "Create MP3 CD ISO Image"), session_(session) {
   txtImage.Locked = true;
-  // Nothing can be browsed for without a file dialog, and without a file no image can be made.
-  cmdBrowse.Enabled = false;
   cmdOK.Enabled = false;
   cmdOK.Default = true;
   cmdCancel.Cancel = true;
@@ -20,6 +18,8 @@ frmISO::frmISO(Session& session, WritingForms&)
 
 void frmISO::Load() {
   takePicture(session_, &frmImages::imgISO, Image1);
+  // Nothing can be browsed for without a file dialog.
+  cmdBrowse.Enabled = false;
 }
 
 void frmISO::cmdCancel_Click() {

@@ -1,6 +1,7 @@
 #include "tour/FilledForms.h"
 
 #include "model/Capacity.h"
+#include "tour/EveryForm.h"
 
 namespace trackloom {
 
@@ -114,15 +115,7 @@ std::vector<std::shared_ptr<Form>> filledForms(Program& program, std::int16_t ki
   std::vector<std::shared_ptr<Form>> all;
   const auto keep = [&all](Form& form) { all.push_back(form.keepAlive()); };
   keep(program.session().frmListing());
-  for (Form* form : std::initializer_list<Form*>{
-           &forms.shell.frmOpen.get(),           &forms.shell.frmNOCD.get(),         &forms.shell.frmAbout.get(),
-           &forms.shell.frmDefaultOptions.get(), &forms.layout.frmNewOption.get(),   &forms.layout.frmFiles.get(),
-           &forms.layout.frmSave.get(),          &forms.layout.frmOpenLayout.get(),  &forms.layout.frmFolder.get(),
-           &forms.layout.frmChooseSort.get(),    &forms.writing.frmOptions.get(),    &forms.writing.frmStatus.get(),
-           &forms.writing.frmDone.get(),         &forms.writing.frmError.get(),      &forms.writing.frmISO.get(),
-           &forms.writing.frmDiskInfo.get(),     &forms.writing.frmErase.get(),      &forms.search.frmSearch.get(),
-           &forms.printing.frmReadStatus.get(),  &forms.printing.frmPrintList.get(), &forms.ripper.frmRipMain.get()})
-    keep(*form);
+  for (const FormPlace& place : everyForm()) keep(place.form(program));
   return all;
 }
 
