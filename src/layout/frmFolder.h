@@ -1,5 +1,8 @@
 #pragma once
 
+#include <string>
+#include <vector>
+
 #include "controls/Button.h"
 #include "controls/ComboBox.h"
 #include "controls/Form.h"
@@ -31,6 +34,13 @@ class frmFolder final : public Form {
 
  private:
   void Load() override;
+  void listFolders();
+  void listTracks();
+  void cmdOK_Click();
+  /// Moves the track of a row of the main listing, in the row and in the engine's queue, and tells where it lay.
+  std::string moveTrack(int row);
+  std::string chosenFolder();
+  void removeFoldersWithoutTracks(const std::vector<std::string>& folders);
 
   Session& session_;
 };

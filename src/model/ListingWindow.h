@@ -48,6 +48,9 @@ class ListingWindow : public Form {
   std::int16_t TotalTracks = 0;
   std::int32_t TrackBlocks = 0;
   std::int16_t QueueIndexOfSelection = 0;
+  /// The row that is dragged and the one under the pointer; 0 when idle.
+  std::int16_t DragRow = 0;
+  std::int16_t HoverRow = 0;
 };
 
 }  // namespace trackloom

@@ -1,6 +1,7 @@
 #include "shell/frmListing.h"
 
 #include "layout/FileDrop.h"
+#include "layout/TrackDrag.h"
 #include "model/Capacity.h"
 #include "model/CommandStates.h"
 #include "model/DockState.h"
@@ -43,6 +44,9 @@ void frmListing::connectEvents() {
     if (menu == "mnuTools") UpdateCommandStates(session_);
   };
   ListView1.DblClick = [this] { commands_.PlaySelectedTrack(); };
+  ListView1.MouseDown = [this](MouseButton button) { pressOnListing(session_, button); };
+  ListView1.DragOver = [this](double y) { dragOverListing(session_, y); };
+  ListView1.DragDrop = [this](double y) { dropOnListing(session_, y); };
   ListView1.FilesDropped = [this](const std::vector<std::string>& paths) { addDroppedFiles(session_, paths); };
   Timer1.Tick = [this] {
     startRealWrite(session_);
