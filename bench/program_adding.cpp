@@ -8,7 +8,7 @@
 
 #include "YieldingDesk.h"
 #include "engines/writer/DiscWriters.h"
-#include "engines/writer/FakeRecorder.h"
+#include "engines/writer/FakeWrite.h"
 #include "fakes/FakeWorld.h"
 #include "fakes/TempFolder.h"
 #include "shell/Program.h"

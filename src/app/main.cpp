@@ -42,6 +42,7 @@ int runProgram() {
       settings.virtualRecorders ? engines::virtualrecorder::findVirtualRecorders(programFolder)
                                 : engines::RecorderList(),
       std::make_shared<engines::audio::AudioFiles>(), events, {settings.pause, HostPath(ScratchFolder)});
+  desk.setFailureDetail(writers.failureDetail());
   Program program(desk, {boxes, pump, process, writers, opener, help, commonControls, systemSeparators()});
   const ForcedEnd forcedEnd([&program](int status) { program.endUnasked(status); });
   desk.setTrap([&program](const std::function<void()>& event) { program.run(event); });

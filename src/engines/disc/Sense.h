@@ -13,6 +13,8 @@ namespace sense {
 inline constexpr std::int32_t notReady = 0x020400;
 inline constexpr std::int32_t busy = 0x020408;
 inline constexpr std::int32_t noMedium = 0x023A00;
+inline constexpr std::int32_t readError = 0x031100;
+inline constexpr std::int32_t trayStuck = 0x045300;
 inline constexpr std::int32_t writeError = 0x030C00;
 inline constexpr std::int32_t outOfRange = 0x052100;
 inline constexpr std::int32_t badOrder = 0x052600;

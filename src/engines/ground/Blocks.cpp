@@ -7,7 +7,6 @@ namespace trackloom::engines {
 
 namespace {
 
-constexpr std::int32_t framesASecond = 75;
 constexpr std::int32_t secondsAMinute = 60;
 
 std::string twoDigits(std::int32_t number) {
@@ -30,9 +29,9 @@ std::int32_t bytesOfBlocks(std::int32_t blocks, std::int32_t kind) {
 
 std::string timeOfBlocks(std::int32_t blocks) {
   const std::int32_t frames = std::max(blocks, 0);
-  const std::int32_t seconds = frames / framesASecond;
+  const std::int32_t seconds = frames / blocksASecond;
   return twoDigits(seconds / secondsAMinute) + ":" + twoDigits(seconds % secondsAMinute) + ":" +
-         twoDigits(frames % framesASecond);
+         twoDigits(frames % blocksASecond);
 }
 
 }  // namespace trackloom::engines

@@ -13,6 +13,15 @@ namespace trackloom::engines {
 inline constexpr std::size_t audioSectorBytes = 2352;
 inline constexpr std::size_t dataSectorBytes = 2048;
 
+/// Blocks that pass in a second at the base speed.
+inline constexpr std::int32_t blocksASecond = 75;
+/// Silence before a track (IEC 60908: two seconds), and what a look at a disc reckons with.
+inline constexpr std::int32_t standardPause = 150;
+/// A disc has at most 99 tracks (IEC 60908, track numbers 01 to 99).
+inline constexpr std::size_t mostTracks = 99;
+/// No address behind 99:59:74 can be written down in minutes, seconds and frames, the lead-in's two seconds included.
+inline constexpr std::int32_t mostBlocks = 449849;
+
 inline constexpr std::size_t bytesOfSector(BlockKind kind) {
   return kind == AudioBlocks ? audioSectorBytes : dataSectorBytes;
 }

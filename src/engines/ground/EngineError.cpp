@@ -1,6 +1,11 @@
 #include "engines/ground/EngineError.h"
 
+#include <fcntl.h>
+
+#include <cerrno>
 #include <system_error>
+
+#include "runtime/FileDescriptor.h"
 
 namespace trackloom::engines {
 
@@ -14,6 +19,11 @@ EngineError fileError(const HostPath& file, std::string_view why) {
 
 EngineError fileError(const HostPath& file, int systemError) {
   return fileError(file, systemWords(systemError));
+}
+
+EngineError unusable(const HostPath& file, std::string_view otherwise) {
+  const FileDescriptor opened(::open(file.text.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+  return opened ? fileError(file, otherwise) : fileError(file, errno);
 }
 
 }  // namespace trackloom::engines

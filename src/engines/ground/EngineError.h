@@ -37,4 +37,7 @@ EngineError fileError(const HostPath& file, std::string_view why);
 /// "/home/u/a.mp3: No such file or directory".
 EngineError fileError(const HostPath& file, int systemError);
 
+/// Why a file cannot be had: what the system says of opening it, `otherwise` where it opens.
+EngineError unusable(const HostPath& file, std::string_view otherwise);
+
 }  // namespace trackloom::engines

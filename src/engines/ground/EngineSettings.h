@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "engines/ground/Blocks.h"
 #include "runtime/Paths.h"
 
 namespace trackloom::engines {
@@ -10,7 +11,7 @@ namespace trackloom::engines {
 /// it.
 struct EngineSettings {
   /// Silent blocks between the tracks of an audio disc.
-  std::int32_t pause = 150;
+  std::int32_t pause = standardPause;
   bool virtualRecorders = true;
 };
 

@@ -10,8 +10,8 @@
 #include <cerrno>
 #include <cstdio>
 #include <memory>
-#include <string_view>
 #include <system_error>
+#include <utility>
 
 namespace trackloom::engines {
 
@@ -41,18 +41,13 @@ bool isFolder(const FileDescriptor& parent, const char* name) {
   return fstatat(parent.get(), name, &status, AT_SYMLINK_NOFOLLOW) == 0 && S_ISDIR(status.st_mode);
 }
 
-void writeAll(const FileDescriptor& file, std::string_view text, const std::string& name) {
-  while (!text.empty()) {
-    const ssize_t written = write(file.get(), text.data(), text.size());
-    if (written < 0 && errno == EINTR) continue;
-    if (written < 0) throwSystemError("cannot write " + name);
-    text.remove_prefix(static_cast<std::size_t>(written));
-  }
+std::string asideName(const std::string& name) {
+  return name + ".new";
 }
 
 void writeAside(const FileDescriptor& folder, const std::string& name, const std::string& text) {
-  const FileDescriptor file = openFile(folder, name, O_WRONLY | O_CREAT | O_TRUNC);
-  writeAll(file, text, name);
+  const FileDescriptor file = makeNewFile(folder, name);
+  if (writeAt(file, std::as_bytes(std::span(text)), 0) != text.size()) throwSystemError("cannot write " + name);
   if (fsync(file.get()) != 0) throwSystemError("cannot write " + name);
 }
 
@@ -136,18 +131,61 @@ std::string readSmallFile(const FileDescriptor& folder, const std::string& name,
   }
 }
 
-void replaceFile(const FileDescriptor& folder, const std::string& name, const std::string& text) {
-  const std::string aside = name + ".new";
+FileDescriptor makeNewFile(const FileDescriptor& folder, const std::string& name) {
+  if (unlinkat(folder.get(), name.c_str(), 0) != 0 && errno != ENOENT) throwSystemError("cannot replace " + name);
+  return openFile(folder, name, O_RDWR | O_CREAT | O_EXCL);
+}
+
+std::size_t writeAt(const FileDescriptor& file, std::span<const std::byte> bytes, std::int64_t position) {
+  std::size_t done = 0;
+  while (done != bytes.size()) {
+    const auto place = position + static_cast<std::int64_t>(done);
+    const ssize_t count = pwrite(file.get(), bytes.data() + done, bytes.size() - done, place);
+    if (count < 0 && errno == EINTR) continue;
+    if (count == 0) errno = ENOSPC;
+    if (count <= 0) break;
+    done += static_cast<std::size_t>(count);
+  }
+  return done;
+}
+
+std::size_t readAt(const FileDescriptor& file, std::span<std::byte> bytes, std::int64_t position) {
+  std::size_t done = 0;
+  while (done != bytes.size()) {
+    const auto place = position + static_cast<std::int64_t>(done);
+    const ssize_t count = pread(file.get(), bytes.data() + done, bytes.size() - done, place);
+    if (count < 0 && errno == EINTR) continue;
+    if (count == 0) errno = 0;
+    if (count <= 0) break;
+    done += static_cast<std::size_t>(count);
+  }
+  return done;
+}
+
+Replacement::Replacement(const FileDescriptor& folder, std::string name, const std::string& text)
+    : folder_(folder), name_(std::move(name)) {
   try {
-    writeAside(folder, aside, text);
-    if (renameat(folder.get(), aside.c_str(), folder.get(), name.c_str()) != 0)
-      throwSystemError("cannot replace " + name);
+    writeAside(folder, asideName(name_), text);
   } catch (const std::system_error&) {
-    unlinkat(folder.get(), aside.c_str(), 0);
+    unlinkat(folder.get(), asideName(name_).c_str(), 0);
     throw;
   }
+}
+
+Replacement::~Replacement() {
+  if (!inPlace_) unlinkat(folder_.get(), asideName(name_).c_str(), 0);
+}
+
+void Replacement::putInPlace() {
+  if (renameat(folder_.get(), asideName(name_).c_str(), folder_.get(), name_.c_str()) != 0)
+    throwSystemError("cannot replace " + name_);
+  inPlace_ = true;
   // Not every file system can bring a folder to the medium; the rename itself stands either way.
-  fsync(folder.get());
+  fsync(folder_.get());
+}
+
+void replaceFile(const FileDescriptor& folder, const std::string& name, const std::string& text) {
+  Replacement(folder, name, text).putInPlace();
 }
 
 bool moveEntry(const FileDescriptor& from, const std::string& name, const FileDescriptor& to,

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -33,8 +34,32 @@ bool entryExists(const FileDescriptor& folder, const std::string& name);
 std::optional<std::int64_t> fileSize(const FileDescriptor& folder, const std::string& name);
 /// Throws for a file of more than `limit` bytes.
 std::string readSmallFile(const FileDescriptor& folder, const std::string& name, std::size_t limit);
-/// Writes aside, brings the bytes to the medium, then renames: at any moment the file is either the old one or the new
-/// one.
+/// Makes a file that is new for certain: what bears its name goes first, so no other name of that file, wherever it is,
+/// sees a byte of what is written.
+FileDescriptor makeNewFile(const FileDescriptor& folder, const std::string& name);
+/// As many of the bytes as the system takes, however often it interrupts; fewer than all: errno says why.
+std::size_t writeAt(const FileDescriptor& file, std::span<const std::byte> bytes, std::int64_t position);
+/// As many bytes as the file has there; fewer than asked for: errno says why, 0 at the end of the file.
+std::size_t readAt(const FileDescriptor& file, std::span<std::byte> bytes, std::int64_t position);
+
+/// A file's new content, aside and on the medium, until it takes the file's place: at any moment the file is either the
+/// old one or the new one. Gone without a trace where it is not put in place.
+class Replacement {
+ public:
+  Replacement(const FileDescriptor& folder, std::string name, const std::string& text);
+  ~Replacement();
+  Replacement(const Replacement&) = delete;
+  Replacement& operator=(const Replacement&) = delete;
+
+  void putInPlace();
+
+ private:
+  const FileDescriptor& folder_;
+  std::string name_;
+  bool inPlace_ = false;
+};
+
+/// A replacement put in place at once.
 void replaceFile(const FileDescriptor& folder, const std::string& name, const std::string& text);
 /// False: something of the new name is there, and nothing was moved.
 bool moveEntry(const FileDescriptor& from, const std::string& name, const FileDescriptor& to,

@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 
+#include "engines/ground/Blocks.h"
 #include "engines/virtual/VirtualDisc.h"
 #include "runtime/IniFile.h"
 
@@ -119,12 +120,6 @@ void requireLaws(const VirtualDisc& disc) {
     if (track.kind != tracks.front().kind) throw DamagedDisc("disc.ini has tracks of both kinds");
 }
 
-std::string minutesSecondsFrames(std::int32_t block) {
-  std::array<char, 16> text{};
-  std::snprintf(text.data(), text.size(), "%02d:%02d:%02d", block / 4500, block / 75 % 60, block % 75);
-  return text.data();
-}
-
 }  // namespace
 
 VirtualDisc VirtualDisc::parse(std::string_view text) {
@@ -170,8 +165,8 @@ std::string VirtualDisc::cueSheet() const {
     std::snprintf(heading.data(), heading.size(), "  TRACK %02d AUDIO\r\n", ++number);
     sheet += heading.data();
     // All that lies between two tracks is silence of the later one, also the gap between two sessions.
-    if (track.start > end) sheet += "    INDEX 00 " + minutesSecondsFrames(end) + "\r\n";
-    sheet += "    INDEX 01 " + minutesSecondsFrames(track.start) + "\r\n";
+    if (track.start > end) sheet += "    INDEX 00 " + timeOfBlocks(end) + "\r\n";
+    sheet += "    INDEX 01 " + timeOfBlocks(track.start) + "\r\n";
     end = track.end();
   }
   return sheet;

@@ -77,6 +77,20 @@ std::optional<DiscFolder> RecorderFolder::discInTray() const {
   return DiscFolder(names.front(), openFolder(tray, names.front()));
 }
 
+FolderStamp RecorderFolder::stamp() const {
+  FolderStamp stamp;
+  stamp.add(folder_);
+  stamp.add(folder_, settingsName);
+  const FileDescriptor tray = openFolder(folder_, trayName);
+  stamp.add(tray);
+  if (const std::optional<DiscFolder> disc = discInTray()) disc->stamp(stamp);
+  return stamp;
+}
+
+bool RecorderFolder::trayIsEmpty() const {
+  return folderNames(openFolder(folder_, trayName)).empty();
+}
+
 bool RecorderFolder::lock() const {
   if (flock(folder_.get(), LOCK_EX | LOCK_NB) == 0) return true;
   if (errno == EWOULDBLOCK) return false;

@@ -4,6 +4,8 @@
 #include <charconv>
 #include <limits>
 
+#include "engines/disc/Sense.h"
+#include "engines/ground/Blocks.h"
 #include "runtime/IniFile.h"
 #include "runtime/Text.h"
 
@@ -48,6 +50,7 @@ void takeFaults(const IniFile& ini, RecorderSettings& settings) {
   settings.failWriteAt = ini.number("faults", "failWriteAt", 0, anyBlock);
   settings.failTestAt = ini.number("faults", "failTestAt", 0, anyBlock);
   settings.failClosing = ini.value("faults", "failClosing").value_or("");
+  settings.failErasing = ini.flag("faults", "failErasing").value_or(settings.failErasing);
   settings.failNumber = senseNumber(ini.value("faults", "failNumber").value_or("")).value_or(settings.failNumber);
   takeText(ini, "faults", "failText", longestText, settings.failText);
 }
@@ -69,6 +72,19 @@ RecorderSettings RecorderSettings::parse(std::string_view text) {
   settings.refuseEject = ini.flag(section, "refuseEject").value_or(settings.refuseEject);
   takeFaults(ini, settings);
   return settings;
+}
+
+double RecorderSettings::blocksPerSecond(std::int16_t speed) const {
+  if (!realTimePacing) return 0;
+  return blocksASecond * std::max<int>(0, speed > 0 ? speed : maximumSpeed);
+}
+
+void RecorderSettings::fail(const std::string& otherwise) const {
+  throw deviceError(failNumber, failText.empty() ? otherwise : failText);
+}
+
+void RecorderSettings::failIfClosing(const std::string& part) const {
+  if (failClosing == part) fail(part + " could not be closed");
 }
 
 std::string RecorderSettings::defaultIni() {
@@ -97,6 +113,8 @@ refuseEject = no
 ;failTestAt = 15230
 ; What fails when it is to be closed: track, session or disc.
 ;failClosing = session
+; Whether an erase fails.
+;failErasing = yes
 ; The number (sense key, code and qualifier, hexadecimal) and the words of these failures.
 ;failNumber = 3/0C/00
 ;failText = write error

@@ -27,9 +27,18 @@ struct RecorderSettings {
   std::optional<std::int32_t> failTestAt;
   /// What fails when it is closed: "track", "session" or "disc"; empty: nothing.
   std::string failClosing;
+  bool failErasing = false;
   std::int32_t failNumber = 0x030C00;
   /// Empty: words that fit the place of the failure.
   std::string failText;
+
+  /// How fast an operation goes at this multiple of the base speed, 0 standing for the recorder's highest; 0: as fast
+  /// as it can.
+  double blocksPerSecond(std::int16_t speed) const;
+  /// Throws the EngineError of the faults, with these words where they have none of their own.
+  [[noreturn]] void fail(const std::string& otherwise) const;
+  /// Fails where that is what the faults name.
+  void failIfClosing(const std::string& part) const;
 
   static RecorderSettings parse(std::string_view ini);
   /// A recorder.ini that says all defaults, with comments.

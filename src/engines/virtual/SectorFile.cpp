@@ -4,11 +4,10 @@
 
 #include <cerrno>
 #include <string>
-#include <system_error>
 #include <utility>
 
 #include "engines/disc/Sense.h"
-#include "engines/virtual/DiscFolder.h"
+#include "engines/ground/Blocks.h"
 
 namespace trackloom::engines::virtualrecorder {
 
@@ -23,7 +22,8 @@ EngineError writeFailure(std::int64_t block, int systemError) {
 
 }  // namespace
 
-SectorFile::SectorFile(FileDescriptor file, BlockKind kind) : file_(std::move(file)), sectorBytes_(sectorBytes(kind)) {
+SectorFile::SectorFile(FileDescriptor file, BlockKind kind)
+    : file_(std::move(file)), sectorBytes_(static_cast<std::int64_t>(bytesOfSector(kind))) {
   gathered_.reserve(gatherBytes);
 }
 
@@ -42,16 +42,9 @@ void SectorFile::put(std::int32_t block, std::span<const std::byte> sectors) {
 }
 
 void SectorFile::flush() {
-  std::span<const std::byte> left = gathered_;
-  std::int64_t offset = position_;
-  while (!left.empty()) {
-    const ssize_t written = pwrite(file_.get(), left.data(), left.size(), offset);
-    if (written < 0 && errno == EINTR) continue;
-    if (written <= 0) throw writeFailure(offset / sectorBytes_, written == 0 ? EIO : errno);
-    left = left.subspan(static_cast<std::size_t>(written));
-    offset += written;
-  }
-  position_ = offset;
+  const std::size_t written = writeAt(file_, gathered_, position_);
+  position_ += static_cast<std::int64_t>(written);
+  if (written != gathered_.size()) throw writeFailure(position_ / sectorBytes_, errno);
   gathered_.clear();
 }
 

@@ -28,30 +28,17 @@ std::int32_t nextStart(const VirtualDisc& disc, std::int32_t pause) {
 }
 
 std::int32_t freeBlocks(const VirtualDisc& disc, BlockKind kind) {
-  return std::max(0, disc.capacity(kind) - nextStart(disc, standardPregap));
+  return std::max(0, disc.capacity(kind) - nextStart(disc, standardPause));
 }
 
-void requireSense(const WriteOrder& order) {
-  const bool kindKnown = order.kind == AudioBlocks || order.kind == DataBlocks;
-  const bool pauseKnown = order.pause >= 0 && order.pause <= mostBlocks;
-  if (!kindKnown || !pauseKnown) throw deviceError(sense::badOrder, "the order to write names no known kind or pause");
-  if (order.trackBlocks.empty()) throw deviceError(sense::badOrder, "there is no track to write");
-  for (const std::int32_t blocks : order.trackBlocks)
-    if (blocks <= 0) throw deviceError(sense::badOrder, "a track of no length cannot be written");
+[[noreturn]] void throwSpoilt() {
+  throw deviceError(sense::cannotWriteMedium, "the disc is spoilt: an earlier write on it did not end");
 }
 
-void requireWritable(const VirtualDisc& disc, const WriteOrder& order) {
-  if (disc.status == VirtualDisc::Status::Closed)
-    throw deviceError(sense::cannotWriteMedium, "the disc is closed for further writing");
-  if (disc.status == VirtualDisc::Status::Writing)
-    throw deviceError(sense::cannotWriteMedium, "the disc is spoilt: an earlier write on it did not end");
-  const std::vector<VirtualTrack> tracks = disc.tracks();
-  if (!tracks.empty() && tracks.front().kind != order.kind)
-    throw deviceError(sense::wrongKind, order.kind == AudioBlocks ? "audio tracks cannot be added to a data disc"
-                                                                  : "data cannot be added to an audio disc");
-  if (tracks.size() + order.trackBlocks.size() > mostTracks)
-    throw deviceError(sense::tooManyTracks, "a disc takes 99 tracks, and with these it would have " +
-                                                std::to_string(tracks.size() + order.trackBlocks.size()));
+void requireRoom(const VirtualDisc& disc, BlockKind kind, std::int64_t end) {
+  if (end <= disc.capacity(kind)) return;
+  throw deviceError(sense::noRoom, "the disc ends at block " + std::to_string(disc.capacity(kind)) +
+                                       ", and the tracks would reach to block " + std::to_string(end));
 }
 
 }  // namespace
@@ -66,18 +53,29 @@ std::int32_t VirtualDisc::end() const {
   return sessions.empty() ? 0 : sessions.back().tracks.back().end();
 }
 
+std::optional<BlockKind> VirtualDisc::kind() const {
+  if (sessions.empty()) return std::nullopt;
+  return sessions.front().tracks.front().kind;
+}
+
 DiscState VirtualDisc::state() const {
   DiscState state;
   state.rewritable = medium == Medium::CdRw;
   state.sessions = static_cast<std::int16_t>(sessions.size());
   state.lastSession = sessions.empty() ? SessionEmpty : SessionClosed;
+  std::int16_t number = 0;
+  for (const VirtualSession& session : sessions) {
+    ++number;
+    for (const VirtualTrack& track : session.tracks)
+      state.tracks.push_back({track.kind, track.start, track.length, number});
+  }
   if (status == Status::Closed || status == Status::Writing) {
     state.status = DiscClosed;
     return state;
   }
   state.status = status == Status::Blank ? DiscEmpty : DiscOpen;
   if (continuesSession(*this)) state.lastSession = SessionIncomplete;
-  state.nextWritable = nextStart(*this, standardPregap);
+  state.nextWritable = nextStart(*this, standardPause);
   state.freeAudioBlocks = freeBlocks(*this, AudioBlocks);
   state.freeDataBlocks = freeBlocks(*this, DataBlocks);
   return state;
@@ -92,18 +90,15 @@ DiscState stateOfDamagedDisc() {
 }
 
 VirtualDisc VirtualDisc::afterWriting(const WriteOrder& order) const {
-  requireSense(order);
-  requireWritable(*this, order);
+  if (status == Status::Writing) throwSpoilt();
+  requireFits(order, state());
   VirtualDisc after = *this;
-  const std::int32_t pause = order.kind == AudioBlocks ? order.pause : standardPregap;
+  const std::int32_t pause = order.kind == AudioBlocks ? order.pause : standardPause;
   std::int64_t start = nextStart(*this, pause);
-  std::int32_t pregap = continuesSession(*this) ? pause : (sessions.empty() ? 0 : standardPregap);
+  requireRoom(*this, order.kind, start + blocksOf(order));
+  std::int32_t pregap = continuesSession(*this) ? pause : (sessions.empty() ? 0 : standardPause);
   if (!continuesSession(*this)) after.sessions.emplace_back();
   for (const std::int32_t blocks : order.trackBlocks) {
-    if (start + blocks > capacity(order.kind))
-      throw deviceError(sense::noRoom, "the disc ends at block " + std::to_string(capacity(order.kind)) +
-                                           ", and track " + std::to_string(after.tracks().size() + 1) +
-                                           " would reach to block " + std::to_string(start + blocks));
     after.sessions.back().tracks.push_back({order.kind, static_cast<std::int32_t>(start), blocks, pregap});
     start += std::int64_t{blocks} + pause;
     pregap = pause;
@@ -111,6 +106,25 @@ VirtualDisc VirtualDisc::afterWriting(const WriteOrder& order) const {
   after.sessions.back().closed = order.closeSession || order.closeDisc;
   after.status = order.closeDisc ? Status::Closed : Status::Open;
   return after;
+}
+
+VirtualDisc VirtualDisc::afterClosing(bool alsoDisc) const {
+  if (status == Status::Writing) throwSpoilt();
+  if (status != Status::Open || !continuesSession(*this))
+    throw deviceError(sense::badSequence, "the disc has no incomplete session that could be closed");
+  VirtualDisc after = *this;
+  after.sessions.back().closed = true;
+  if (alsoDisc) after.status = Status::Closed;
+  return after;
+}
+
+VirtualDisc VirtualDisc::erased() const {
+  if (medium != Medium::CdRw)
+    throw deviceError(sense::cannotWriteMedium, "the disc cannot be erased: it can be written once only");
+  VirtualDisc blank = *this;
+  blank.status = Status::Blank;
+  blank.sessions.clear();
+  return blank;
 }
 
 }  // namespace trackloom::engines::virtualrecorder

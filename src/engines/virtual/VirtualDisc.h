@@ -1,23 +1,18 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "engines/disc/Recorder.h"
+#include "engines/disc/WriteOrder.h"
 
 namespace trackloom::engines::virtualrecorder {
 
 /// An 80-minute disc, in blocks.
 inline constexpr std::int32_t blocksOf80Minutes = 359849;
-/// No address behind 99:59:74 can be written down in minutes, seconds and frames, the lead-in's two seconds included.
-inline constexpr std::int32_t mostBlocks = 449849;
-/// A disc has at most 99 tracks (IEC 60908, track numbers 01 to 99).
-inline constexpr std::size_t mostTracks = 99;
-/// The gap before a track of the same session when its order names none, and what a look at the disc reckons with.
-inline constexpr std::int32_t standardPregap = 150;
 
 /// One track; `start` is the first block of its content, and the pre-gap lies before it.
 struct VirtualTrack {
@@ -68,10 +63,17 @@ struct VirtualDisc {
   std::vector<VirtualTrack> tracks() const;
   /// The first block behind all content.
   std::int32_t end() const;
+  /// The kind of all its tracks; nothing: it has none.
+  std::optional<BlockKind> kind() const;
   DiscState state() const;
   /// This disc as it will be after the order. Throws EngineError when the order makes no sense or the disc cannot take
   /// it.
   VirtualDisc afterWriting(const WriteOrder& order) const;
+  /// This disc with its last session closed, and with `alsoDisc` the disc. Throws EngineError unless that session is
+  /// incomplete.
+  VirtualDisc afterClosing(bool alsoDisc) const;
+  /// The same medium, blank. Throws EngineError for one that can be written once only.
+  VirtualDisc erased() const;
 };
 
 /// What a look answers for a disc that nobody can make sense of.

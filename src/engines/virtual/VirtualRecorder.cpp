@@ -1,92 +1,162 @@
 #include "engines/virtual/VirtualRecorder.h"
 
+#include <algorithm>
 #include <string>
 #include <system_error>
 #include <utility>
 
 #include "engines/disc/Sense.h"
-#include "engines/virtual/RecorderFolder.h"
+#include "engines/virtual/VirtualChange.h"
 #include "engines/virtual/VirtualWrite.h"
 
 namespace trackloom::engines::virtualrecorder {
 
 namespace {
 
-std::optional<RecorderSettings> settingsOf(const HostPath& folder) {
-  try {
-    return RecorderFolder(folder).settings();
-  } catch (const std::system_error&) {
-    return std::nullopt;
-  }
+DriveIdentity identityOf(const RecorderSettings& settings) {
+  return {settings.vendor, settings.product, settings.maximumSpeed, settings.writeGuard};
 }
 
-DiscState stateOf(const DiscFolder& disc) {
+std::optional<DiscState> stateOf(const std::optional<DiscFolder>& disc) {
+  if (!disc) return std::nullopt;
   try {
-    return disc.load().state();
+    return disc->load().state();
   } catch (const DamagedDisc&) {
     return stateOfDamagedDisc();
   }
 }
 
-/// A blank disc that cannot be made (the computer's disk is full) leaves an open tray, which is no failure of the
-/// eject.
-void feedIfPossible(const RecorderFolder& recorder) {
+/// A tray that cannot be read holds no disc.
+std::shared_ptr<const DriveSnapshot> snapshotOf(const RecorderFolder& recorder) {
+  auto snapshot = std::make_shared<DriveSnapshot>();
+  snapshot->identity = identityOf(recorder.settings());
   try {
-    recorder.feedBlank();
+    snapshot->disc = stateOf(recorder.discInTray());
   } catch (const std::system_error&) {
-    return;
+    snapshot->disc.reset();
   }
+  return snapshot;
 }
 
 std::string nameOf(const HostPath& folder) {
   return folder.text.substr(folder.text.find_last_of(HostSep) + 1);
 }
 
-}  // namespace
+/// The recorder with the disc in it, which nothing else changes while this lives.
+struct Workplace {
+  RecorderFolder recorder;
+  DiscFolder disc;
+  RecorderSettings settings;
+};
 
-DriveIdentity VirtualRecorder::identity() const {
-  const RecorderSettings settings = settingsOf(folder_).value_or(RecorderSettings{});
-  return {settings.vendor, settings.product, settings.maximumSpeed, settings.writeGuard};
+RecorderFolder locked(const HostPath& folder) {
+  RecorderFolder recorder(folder);
+  if (!recorder.lock()) throw deviceError(sense::busy, nameOf(folder) + " is busy: something else writes its disc");
+  return recorder;
 }
 
-bool VirtualRecorder::take() {
-  const std::optional<RecorderSettings> settings = settingsOf(folder_);
-  return settings && !settings->refuseSelect;
-}
-
-std::optional<DiscState> VirtualRecorder::look() {
+Workplace workplaceIn(const HostPath& folder) {
   try {
-    const std::optional<DiscFolder> disc = RecorderFolder(folder_).discInTray();
-    if (!disc) return std::nullopt;
-    return stateOf(*disc);
-  } catch (const std::system_error&) {
-    return std::nullopt;
+    RecorderFolder recorder = locked(folder);
+    std::optional<DiscFolder> disc = recorder.discInTray();
+    if (!disc) throw deviceError(sense::noMedium, "no disc in " + nameOf(folder));
+    RecorderSettings settings = recorder.settings();
+    return {std::move(recorder), std::move(*disc), std::move(settings)};
+  } catch (const std::system_error& error) {
+    throw deviceError(sense::noMedium, "no disc in " + nameOf(folder) + ": " + error.what());
   }
 }
 
-bool VirtualRecorder::eject() {
+}  // namespace
+
+bool VirtualRecorder::take() {
   try {
-    const RecorderFolder recorder(folder_);
-    const RecorderSettings settings = recorder.settings();
-    if (settings.refuseEject || !recorder.lock()) return false;
-    recorder.clearTray();
-    if (settings.automaticFeed) feedIfPossible(recorder);
-    return true;
+    return !RecorderFolder(folder_).settings().refuseSelect;
   } catch (const std::system_error&) {
     return false;
   }
 }
 
-std::unique_ptr<DiscWrite> VirtualRecorder::begin(const WriteOrder& order) {
-  const std::string name = nameOf(folder_);
+std::shared_ptr<const DriveSnapshot> VirtualRecorder::look() {
+  feedIfOwed();
   try {
-    RecorderFolder recorder(folder_);
-    if (!recorder.lock()) throw deviceError(sense::busy, name + " is busy: something else writes its disc");
-    std::optional<DiscFolder> disc = recorder.discInTray();
-    if (!disc) throw deviceError(sense::noMedium, "no disc in " + name);
-    return std::make_unique<VirtualWrite>(std::move(recorder), std::move(*disc), order);
+    const RecorderFolder recorder(folder_);
+    FolderStamp stamp = recorder.stamp();
+    const std::lock_guard lock(mutex_);
+    if (!looked_ || !looked_->stamp.counts() || looked_->stamp != stamp)
+      looked_ = {std::move(stamp), snapshotOf(recorder)};
+    return looked_->snapshot;
+  } catch (const std::system_error&) {
+    return std::make_shared<DriveSnapshot>(DriveSnapshot{identityOf({}), std::nullopt});
+  }
+}
+
+void VirtualRecorder::check(const WriteOrder& order) {
+  planWrite(workplaceIn(folder_).disc, order);
+}
+
+void VirtualRecorder::write(const WriteOrder& order, SectorSource& source, OperationObserver& observer,
+                            const std::stop_token& stop) {
+  const Workplace at = workplaceIn(folder_);
+  VirtualWrite(at.disc, at.settings, order, source, observer, stop).run();
+}
+
+void VirtualRecorder::erase(bool quick, OperationObserver& observer, const std::stop_token& stop) {
+  const Workplace at = workplaceIn(folder_);
+  eraseDisc(at.disc, at.settings, quick, observer, stop);
+}
+
+void VirtualRecorder::close(bool alsoDisc, OperationObserver& observer, const std::stop_token& stop) {
+  const Workplace at = workplaceIn(folder_);
+  closeLastSession(at.disc, at.settings, alsoDisc, observer, stop);
+}
+
+std::vector<std::byte> VirtualRecorder::read(std::int32_t block, std::int32_t count) {
+  try {
+    const std::optional<DiscFolder> disc = RecorderFolder(folder_).discInTray();
+    if (!disc) throw deviceError(sense::noMedium, "no disc in " + nameOf(folder_));
+    return readDisc(*disc, block, count);
   } catch (const std::system_error& error) {
-    throw deviceError(sense::noMedium, "no disc in " + name + ": " + error.what());
+    throw deviceError(sense::readError, error.what());
+  }
+}
+
+void VirtualRecorder::eject() {
+  try {
+    const RecorderFolder recorder = locked(folder_);
+    const RecorderSettings settings = recorder.settings();
+    if (settings.refuseEject) throw deviceError(sense::trayStuck, "the tray of " + nameOf(folder_) + " is stuck");
+    if (const auto disc = recorder.discInTray()) mendCueSheetOf(*disc);
+    recorder.clearTray();
+    if (settings.automaticFeed) feed(recorder);
+  } catch (const std::system_error& error) {
+    throw deviceError(sense::trayStuck, "the tray of " + nameOf(folder_) + " cannot be opened: " + error.what());
+  }
+}
+
+/// A blank disc that cannot be made (the computer's disk is full) leaves an open tray, which is no failure of the
+/// eject.
+void VirtualRecorder::feed(const RecorderFolder& recorder) {
+  try {
+    feedOwed_ = true;
+    recorder.feedBlank();
+    feedOwed_ = false;
+  } catch (const std::system_error&) {
+    return;
+  }
+}
+
+void VirtualRecorder::feedIfOwed() {
+  if (!feedOwed_) return;
+  try {
+    const RecorderFolder recorder(folder_);
+    if (!recorder.lock()) return;
+    if (recorder.trayIsEmpty() && recorder.settings().automaticFeed)
+      feed(recorder);
+    else
+      feedOwed_ = false;
+  } catch (const std::system_error&) {
+    return;
   }
 }
 

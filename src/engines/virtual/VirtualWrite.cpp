@@ -3,31 +3,24 @@
 #include <algorithm>
 #include <string>
 #include <system_error>
-#include <thread>
 #include <utility>
 
 #include "engines/disc/Sense.h"
+#include "engines/virtual/VirtualChange.h"
 
 namespace trackloom::engines::virtualrecorder {
 
 namespace {
 
-constexpr double blocksOfBaseSpeed = 75;
+/// Small enough for a stop to be felt at once even at the base speed, where it lasts 213 ms.
+constexpr std::int32_t blocksAtOnce = 16;
 /// disc.ini and disc.cue and what a file system needs to hold them.
 constexpr std::int64_t bytesOfDescriptions = std::int64_t{256} * 1024;
-
-VirtualDisc loaded(const DiscFolder& disc) {
-  try {
-    return disc.load();
-  } catch (const DamagedDisc& damage) {
-    throw deviceError(sense::cannotWriteMedium, "the disc cannot be made sense of: " + std::string(damage.what()));
-  }
-}
 
 /// A disc would be spoilt for nothing if the computer's own disk filled up halfway.
 void requireRoomOnHost(const DiscFolder& disc, const std::vector<VirtualTrack>& tracks) {
   std::int64_t bytes = bytesOfDescriptions;
-  for (const VirtualTrack& track : tracks) bytes += std::int64_t{track.length} * sectorBytes(track.kind);
+  for (const VirtualTrack& track : tracks) bytes += track.length * static_cast<std::int64_t>(bytesOfSector(track.kind));
   const std::int64_t room = disc.roomOnHost();
   if (bytes > room)
     throw deviceError(sense::writeError,
@@ -35,34 +28,67 @@ void requireRoomOnHost(const DiscFolder& disc, const std::vector<VirtualTrack>& 
                           " bytes needed, " + std::to_string(room) + " free");
 }
 
-double paceOf(const RecorderSettings& settings, const WriteOrder& order) {
-  if (!settings.realTimePacing) return 0;
-  return blocksOfBaseSpeed * std::max<int>(0, order.speed > 0 ? order.speed : settings.maximumSpeed);
-}
-
-[[noreturn]] void outOfOrder(const std::string& words) {
-  throw deviceError(sense::badSequence, words);
+/// What a write would go through the file of, if it could be opened.
+void requireOwnSectors(const DiscFolder& disc, const VirtualDisc& content) {
+  try {
+    if (const auto kind = content.kind()) disc.openSectors(*kind);
+  } catch (const std::system_error& error) {
+    throw deviceError(sense::writeError, "the disc cannot be written: " + std::string(error.what()));
+  }
 }
 
 }  // namespace
 
-VirtualWrite::VirtualWrite(RecorderFolder recorder, DiscFolder disc, const WriteOrder& order)
-    : recorder_(std::move(recorder)), disc_(std::move(disc)), settings_(recorder_->settings()), order_(order) {
-  const VirtualDisc before = loaded(disc_);
-  after_ = before.afterWriting(order_);
-  tracks_ = after_.tracks();
-  tracks_.erase(tracks_.begin(), tracks_.end() - std::ssize(order_.trackBlocks));
-  faultAt_ = order_.test ? settings_.failTestAt : settings_.failWriteAt;
-  blocksPerSecond_ = paceOf(settings_, order_);
-  requireRoomOnHost(disc_, tracks_);
-  if (!order_.test) markAsWriting(before);
+WritePlan planWrite(const DiscFolder& disc, const WriteOrder& order) {
+  WritePlan plan;
+  plan.before = understood(disc);
+  plan.after = plan.before.afterWriting(order);
+  plan.tracks = plan.after.tracks();
+  plan.tracks.erase(plan.tracks.begin(), plan.tracks.end() - std::ssize(order.trackBlocks));
+  requireRoomOnHost(disc, plan.tracks);
+  requireOwnSectors(disc, plan.before);
+  return plan;
 }
 
-void VirtualWrite::markAsWriting(const VirtualDisc& before) {
-  VirtualDisc marked = before;
+VirtualWrite::VirtualWrite(const DiscFolder& disc, const RecorderSettings& settings, const WriteOrder& order,
+                           SectorSource& source, OperationObserver& observer, const std::stop_token& stop)
+    : disc_(disc),
+      settings_(settings),
+      order_(order),
+      source_(source),
+      observer_(observer),
+      stop_(stop),
+      plan_(planWrite(disc, order)),
+      pacing_(settings.blocksPerSecond(order.speed)),
+      faultAt_(order.test ? settings.failTestAt : settings.failWriteAt) {}
+
+void VirtualWrite::run() {
+  beginTrack(1);
+  if (!order_.test) markAsWriting();
+  for (std::int16_t track = 1; track <= std::ssize(plan_.tracks); ++track) {
+    if (track > 1) beginTrack(track);
+    writeTrack(track);
+  }
+  closeSessionAndDisc();
+  requireNotStopped();
+  if (sectors_) recordContents();
+}
+
+void VirtualWrite::requireNotStopped() const {
+  if (stop_.stop_requested()) throw Stopped();
+}
+
+void VirtualWrite::beginTrack(std::int16_t track) {
+  source_.beginTrack(track);
+  requireNotStopped();
+}
+
+void VirtualWrite::markAsWriting() {
+  VirtualDisc marked = plan_.before;
   marked.status = VirtualDisc::Status::Writing;
+  const bool blank = !plan_.before.kind();
   try {
-    sectors_.emplace(disc_.openSectors(order_.kind), order_.kind);
+    sectors_.emplace(blank ? disc_.makeSectors(order_.kind) : disc_.openSectors(order_.kind), order_.kind);
     disc_.save(marked);
   } catch (const std::system_error& error) {
     disc_.dropEmptySectors(order_.kind);
@@ -70,94 +96,54 @@ void VirtualWrite::markAsWriting(const VirtualDisc& before) {
   }
 }
 
-void VirtualWrite::startTrack() {
-  if (inTrack_) outOfOrder("a track was begun within a track");
-  if (track_ == tracks_.size()) outOfOrder("a track was begun that was not ordered");
-  inTrack_ = true;
-  blocksOfTrack_ = 0;
-}
-
-void VirtualWrite::write(std::span<const std::byte> sectors) {
-  if (!inTrack_) outOfOrder("sectors came outside of a track");
-  const auto bytes = static_cast<std::size_t>(sectorBytes(order_.kind));
-  if (sectors.size() % bytes != 0) throw deviceError(sense::badOrder, "a part of a sector cannot be written");
-  const VirtualTrack& track = tracks_[track_];
-  const std::size_t blocks = sectors.size() / bytes;
-  if (blocks > static_cast<std::size_t>(track.length - blocksOfTrack_))
-    throw deviceError(sense::outOfRange, "track " + std::to_string(track_ + 1) + " of this write was ordered with " +
-                                             std::to_string(track.length) + " blocks, and more came");
-  put(track.start + blocksOfTrack_, sectors);
-  blocksOfTrack_ += static_cast<std::int32_t>(blocks);
-  keepPace(static_cast<std::int64_t>(blocks));
+void VirtualWrite::writeTrack(std::int16_t track) {
+  const VirtualTrack& place = plan_.tracks[static_cast<std::size_t>(track) - 1];
+  const std::int32_t piece = std::clamp(place.length / 4, 1, blocksAtOnce);
+  std::vector<std::byte> buffer(static_cast<std::size_t>(piece) * bytesOfSector(order_.kind));
+  observer_.trackStarted(track, place.length);
+  for (std::int32_t position = 0; position < place.length;) {
+    requireNotStopped();
+    const std::int32_t step = position == 0 ? 1 : std::min(piece, place.length - position);
+    const std::span<std::byte> sectors(buffer.data(), static_cast<std::size_t>(step) * bytesOfSector(order_.kind));
+    source_.read(sectors);
+    put(place.start + position, sectors);
+    pacing_.pass(step, stop_);
+    position += step;
+    observer_.progress(track, position, 100);
+  }
+  requireNotStopped();
+  observer_.trackClosing(track);
+  settings_.failIfClosing("track");
 }
 
 void VirtualWrite::put(std::int32_t block, std::span<const std::byte> sectors) {
-  const auto bytes = static_cast<std::size_t>(sectorBytes(order_.kind));
+  const std::size_t bytes = bytesOfSector(order_.kind);
   const std::int64_t end = block + static_cast<std::int64_t>(sectors.size() / bytes);
   const bool faulty = faultAt_ && *faultAt_ >= block && *faultAt_ < end;
   if (faulty) sectors = sectors.first(static_cast<std::size_t>(*faultAt_ - block) * bytes);
   if (sectors_) sectors_->put(block, sectors);
-  if (faulty) fail("write error at block " + std::to_string(*faultAt_));
+  if (faulty) settings_.fail("write error at block " + std::to_string(*faultAt_));
 }
 
-void VirtualWrite::keepPace(std::int64_t blocks) {
-  if (blocksPerSecond_ <= 0) return;
-  if (blocksInAll_ == 0) started_ = std::chrono::steady_clock::now();
-  blocksInAll_ += blocks;
-  const std::chrono::duration<double> due(static_cast<double>(blocksInAll_) / blocksPerSecond_);
-  std::this_thread::sleep_until(started_ + std::chrono::duration_cast<std::chrono::steady_clock::duration>(due));
-}
-
-void VirtualWrite::closeTrack() {
-  if (!inTrack_) outOfOrder("a track was closed that was not begun");
-  if (blocksOfTrack_ != tracks_[track_].length)
-    outOfOrder("track " + std::to_string(track_ + 1) + " of this write was closed after " +
-               std::to_string(blocksOfTrack_) + " of " + std::to_string(tracks_[track_].length) + " blocks");
-  failIfClosing("track");
-  inTrack_ = false;
-  ++track_;
-}
-
-void VirtualWrite::closeSession() {
-  requireAllTracks();
-  if (!order_.closeSession) outOfOrder("the session was closed without an order");
-  failIfClosing("session");
-}
-
-void VirtualWrite::closeDisc() {
-  requireAllTracks();
-  if (!order_.closeDisc) outOfOrder("the disc was closed without an order");
-  failIfClosing("disc");
-}
-
-void VirtualWrite::finish() {
-  requireAllTracks();
-  finished_ = true;
-  if (sectors_) recordContents();
-  recorder_.reset();
+void VirtualWrite::closeSessionAndDisc() {
+  requireNotStopped();
+  if (order_.closeSession) {
+    observer_.sessionClosing();
+    settings_.failIfClosing("session");
+  }
+  if (order_.closeDisc) {
+    observer_.discClosing();
+    settings_.failIfClosing("disc");
+  }
 }
 
 void VirtualWrite::recordContents() {
   sectors_->finish();
   try {
-    if (order_.kind == AudioBlocks) disc_.saveCueSheet(after_);
-    disc_.save(after_);
+    disc_.record(plan_.after);
   } catch (const std::system_error& error) {
     throw deviceError(sense::writeError, "the disc's contents cannot be recorded: " + std::string(error.what()));
   }
-}
-
-void VirtualWrite::requireAllTracks() const {
-  if (finished_) outOfOrder("the write has ended");
-  if (inTrack_ || track_ != tracks_.size()) outOfOrder("not all tracks of the order have been written");
-}
-
-void VirtualWrite::failIfClosing(const char* part) const {
-  if (settings_.failClosing == part) fail(std::string(part) + " could not be closed");
-}
-
-void VirtualWrite::fail(const std::string& otherwise) const {
-  throw deviceError(settings_.failNumber, settings_.failText.empty() ? otherwise : settings_.failText);
 }
 
 }  // namespace trackloom::engines::virtualrecorder

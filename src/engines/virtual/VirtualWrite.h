@@ -1,60 +1,61 @@
 #pragma once
 
-#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <span>
+#include <stop_token>
 #include <vector>
 
 #include "engines/disc/Recorder.h"
-#include "engines/virtual/RecorderFolder.h"
+#include "engines/virtual/DiscFolder.h"
+#include "engines/virtual/Pacing.h"
+#include "engines/virtual/RecorderSettings.h"
 #include "engines/virtual/SectorFile.h"
 
 namespace trackloom::engines::virtualrecorder {
 
-/// A write onto the disc in the tray, or a test of one, which makes and refuses the same calls and changes nothing.
-/// Holds the recorder until it is gone. The disc is marked as being written before the first sector goes out and gets
-/// its new state after the last one is on the medium, so a write that ends anywhere between leaves a spoilt disc behind
-/// whose earlier tracks are whole.
-class VirtualWrite : public DiscWrite {
- public:
-  /// `recorder` is locked. Throws EngineError, and the disc is as it was.
-  VirtualWrite(RecorderFolder recorder, DiscFolder disc, const WriteOrder& order);
+/// A disc before and after an order, and where the order's tracks come to lie.
+struct WritePlan {
+  VirtualDisc before;
+  VirtualDisc after;
+  std::vector<VirtualTrack> tracks;
+};
 
-  void startTrack() override;
-  void write(std::span<const std::byte> sectors) override;
-  void closeTrack() override;
-  void closeSession() override;
-  void closeDisc() override;
-  void finish() override;
+/// Throws EngineError for all that is known to stand in the way of the order; touches nothing.
+WritePlan planWrite(const DiscFolder& disc, const WriteOrder& order);
+
+/// A write onto a disc, or a test of one, which makes and refuses the same and changes nothing. The disc is marked as
+/// being written before the first sector goes out and gets its new state after the last one is on the medium, so a
+/// write that ends anywhere between leaves a spoilt disc behind whose earlier tracks are whole.
+class VirtualWrite {
+ public:
+  /// All of them outlive the write.
+  VirtualWrite(const DiscFolder& disc, const RecorderSettings& settings, const WriteOrder& order, SectorSource& source,
+               OperationObserver& observer, const std::stop_token& stop);
+
+  void run();
 
  private:
-  void markAsWriting(const VirtualDisc& before);
+  void markAsWriting();
+  void beginTrack(std::int16_t track);
+  void writeTrack(std::int16_t track);
   void put(std::int32_t block, std::span<const std::byte> sectors);
+  void closeSessionAndDisc();
   void recordContents();
-  void keepPace(std::int64_t blocks);
-  void requireAllTracks() const;
-  void failIfClosing(const char* part) const;
-  [[noreturn]] void fail(const std::string& otherwise) const;
+  void requireNotStopped() const;
 
-  std::optional<RecorderFolder> recorder_;
-  DiscFolder disc_;
-  RecorderSettings settings_;
-  WriteOrder order_;
-  VirtualDisc after_;
-  std::vector<VirtualTrack> tracks_;
-  std::optional<SectorFile> sectors_;
+  const DiscFolder& disc_;
+  const RecorderSettings& settings_;
+  const WriteOrder& order_;
+  SectorSource& source_;
+  OperationObserver& observer_;
+  const std::stop_token& stop_;
+
+  WritePlan plan_;
+  Pacing pacing_;
   std::optional<std::int32_t> faultAt_;
-
-  std::size_t track_ = 0;
-  bool inTrack_ = false;
-  bool finished_ = false;
-  std::int32_t blocksOfTrack_ = 0;
-
-  double blocksPerSecond_ = 0;
-  std::int64_t blocksInAll_ = 0;
-  std::chrono::steady_clock::time_point started_;
+  std::optional<SectorFile> sectors_;
 };
 
 }  // namespace trackloom::engines::virtualrecorder

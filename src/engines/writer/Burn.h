@@ -1,50 +1,34 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <stop_token>
-#include <string>
-#include <vector>
 
-#include "engines/audio/AudioFiles.h"
 #include "engines/disc/Recorder.h"
-#include "engines/writer/DataQueue.h"
-#include "engines/writer/OperationEvents.h"
+#include "engines/writer/Reader.h"
 
 namespace trackloom::engines::writer {
-
-/// What an instance of the engine keeps until it is told otherwise.
-struct WriteSettings {
-  BlockKind kind = AudioBlocks;
-  bool test = false;
-  bool closeSession = false;
-  bool closeDisc = false;
-  bool cacheAudioTracks = false;
-  bool cacheDataTrack = false;
-  std::string volumeLabel;
-  /// A multiple of the base speed; 0: the recorder's own choice.
-  std::int16_t speed = 0;
-
-  bool caches() const { return kind == AudioBlocks ? cacheAudioTracks : cacheDataTrack; }
-};
 
 /// All that one write needs, so that nothing that happens to the engine meanwhile can change it.
 struct WriteRequest {
   /// None: no drive is in use.
   std::shared_ptr<Recorder> recorder;
-  std::shared_ptr<audio::AudioFiles> audioFiles;
-  WriteSettings settings;
-  std::vector<HostPath> audioTracks;
-  std::vector<DataEntry> dataEntries;
-  /// Silent blocks between audio tracks.
-  std::int32_t pause = 150;
+  /// The lengths of tracks come from the sources.
+  WriteOrder order;
+  /// The sources for a disc that has this many blocks left.
+  std::function<SourceOpener(std::int32_t room)> sources;
+  bool cached = false;
   /// Where the caches of tracks lie.
   HostPath scratchFolder;
+  std::shared_ptr<HandOver> handOver;
+  /// Of the last write that was given up; none where none was.
+  std::shared_ptr<HandOver> before;
 };
 
-/// Writes a disc on the calling thread, from the first look at it to its closing, and raises the events of that but the
-/// last. Throws EngineError, RuntimeError (a source), and Stopped; the disc is then spoilt if its first
-/// sector had gone out, unless it was a test.
-void burn(const WriteRequest& request, OperationEvents& events, const std::stop_token& stop);
+/// Writes a disc on the calling thread, and raises the events of that but the last. All sources are opened, measured,
+/// and compared with the disc before OnWriteStarting is raised, and what is refused until then leaves the disc as it
+/// was. Throws EngineError and Stopped.
+void burn(const WriteRequest& request, const std::shared_ptr<OperationEvents>& events, const std::stop_token& stop);
 
 }  // namespace trackloom::engines::writer

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "engines/ground/EngineError.h"
+#include "engines/ground/OpenFiles.h"
 
 namespace trackloom::engines::writer {
 
@@ -33,16 +34,6 @@ FileDescriptor namelessFile(const HostPath& folder) {
   return file;
 }
 
-void writeAll(int descriptor, std::span<const std::byte> bytes, std::int64_t position) {
-  while (!bytes.empty()) {
-    const ssize_t count = ::pwrite(descriptor, bytes.data(), bytes.size(), position);
-    if (count < 0 && errno == EINTR) continue;
-    if (count <= 0) throw cacheError("the cache cannot be written", count < 0 ? errno : ENOSPC);
-    bytes = bytes.subspan(static_cast<std::size_t>(count));
-    position += count;
-  }
-}
-
 }  // namespace
 
 CacheFile::CacheFile(const HostPath& folder) : file_(namelessFile(folder)) {}
@@ -57,20 +48,16 @@ void CacheFile::fill(SectorSource& source, std::int64_t bytes, const std::functi
   for (std::int64_t done = 0; done < bytes;) {
     const std::span<std::byte> part(buffer.data(), static_cast<std::size_t>(std::min(bytes - done, step)));
     source.read(part);
-    writeAll(file_.get(), part, done);
+    if (writeAt(file_, part, done) != part.size()) throw cacheError("the cache cannot be written", errno);
     done += static_cast<std::int64_t>(part.size());
     progress(done);
   }
 }
 
 void CacheFile::read(std::span<std::byte> sectors) {
-  while (!sectors.empty()) {
-    const ssize_t count = ::pread(file_.get(), sectors.data(), sectors.size(), position_);
-    if (count < 0 && errno == EINTR) continue;
-    if (count <= 0) throw cacheError("the cache cannot be read back", count < 0 ? errno : EIO);
-    sectors = sectors.subspan(static_cast<std::size_t>(count));
-    position_ += count;
-  }
+  if (readAt(file_, sectors, position_) != sectors.size())
+    throw cacheError("the cache cannot be read back", errno != 0 ? errno : EIO);
+  position_ += std::ssize(sectors);
 }
 
 }  // namespace trackloom::engines::writer

@@ -35,7 +35,7 @@ struct UnrefStream {
   void operator()(IsoStream* stream) const { iso_stream_unref(stream); }
 };
 
-WriteOptions newOptions() {
+WriteOptions newOptions(std::uint32_t padding) {
   constexpr int plain = 0;
   IsoWriteOpts* made = nullptr;
   isoChecked(iso_write_opts_new(&made, plain), "making an image");
@@ -54,7 +54,7 @@ WriteOptions newOptions() {
   iso_write_opts_set_sort_files(made, 1);
   iso_write_opts_set_output_charset(made, "UTF-8");
   iso_write_opts_set_fifo_size(made, readAheadBytes / dataSectorBytes);
-  iso_write_opts_set_tail_blocks(made, tailBlocks);
+  iso_write_opts_set_tail_blocks(made, padding);
   return options;
 }
 
@@ -84,7 +84,8 @@ void DataImage::EndOfSource::operator()(burn_source* source) const {
   std::free(source);  // NOLINT(cppcoreguidelines-no-malloc,cppcoreguidelines-owning-memory)
 }
 
-DataImage::DataImage(std::vector<DataEntry> entries, const std::string& label, Unreadable policy, std::stop_token stop)
+DataImage::DataImage(std::vector<DataEntry> entries, const std::string& label, Unreadable policy, std::stop_token stop,
+                     std::int32_t room)
     : stop_(std::move(stop)) {
   ensureIsoLibrary();
   IsoImage* image = nullptr;
@@ -93,7 +94,7 @@ DataImage::DataImage(std::vector<DataEntry> entries, const std::string& label, U
   iso_image_set_application_id(image, "TRACKLOOM");
   sortAlphabetically(entries);
   addTree(entries, policy);
-  openSource();
+  openSource(room);
 }
 
 DataImage::~DataImage() {
@@ -155,8 +156,15 @@ void DataImage::addFile(IsoDir* parent, const std::string& name, FileContent& co
                            std::numeric_limits<int>::max() - saturated(static_cast<std::int64_t>(content.index())));
 }
 
-void DataImage::openSource() {
-  const WriteOptions options = newOptions();
+void DataImage::openSource(std::int32_t room) {
+  openSourceWith(tailBlocks);
+  const std::int64_t excess = std::int64_t{blocks()} - room;
+  if (excess > 0 && excess <= tailBlocks) openSourceWith(tailBlocks - static_cast<std::uint32_t>(excess));
+}
+
+void DataImage::openSourceWith(std::uint32_t padding) {
+  source_.reset();
+  const WriteOptions options = newOptions(padding);
   burn_source* source = nullptr;
   isoChecked(iso_image_create_burn_source(image_.get(), options.get(), &source), "making an image");
   source_.reset(source);

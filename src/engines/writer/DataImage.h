@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <deque>
+#include <limits>
 #include <memory>
 #include <span>
 #include <stop_token>
@@ -25,9 +26,11 @@ enum class Unreadable { Refused, LeftOut };
 /// are taken in large pieces.
 class DataImage final : public SectorSource {
  public:
-  /// `stop` ends a wait in read(). Throws RuntimeError for a source that is refused and for whatever keeps the image
+  /// `stop` ends a wait in read(). Of the padding behind the files as much is left out as keeps the image within `room`
+  /// blocks, where that is enough. Throws RuntimeError for a source that is refused and for whatever keeps the image
   /// from being made.
-  DataImage(std::vector<DataEntry> entries, const std::string& label, Unreadable policy, std::stop_token stop = {});
+  DataImage(std::vector<DataEntry> entries, const std::string& label, Unreadable policy, std::stop_token stop = {},
+            std::int32_t room = std::numeric_limits<std::int32_t>::max());
   ~DataImage() override;
   DataImage(const DataImage&) = delete;
   DataImage& operator=(const DataImage&) = delete;
@@ -58,7 +61,8 @@ class DataImage final : public SectorSource {
   FileContent* addContent(const HostPath& source, Unreadable policy);
   IsoDir* addFolder(IsoDir* parent, const std::string& name);
   void addFile(IsoDir* parent, const std::string& name, FileContent& content);
-  void openSource();
+  void openSource(std::int32_t room);
+  void openSourceWith(std::uint32_t padding);
   void fetchPiece();
   void waitForBytes(std::size_t count);
   std::size_t bytesReady() const;

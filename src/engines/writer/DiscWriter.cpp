@@ -5,17 +5,21 @@
 #include <system_error>
 #include <utility>
 
+#include "engines/disc/Sense.h"
 #include "engines/ground/Blocks.h"
 #include "engines/writer/ImageFile.h"
-#include "runtime/RuntimeError.h"
+#include "engines/writer/PhaseEvents.h"
+#include "engines/writer/Sources.h"
 
 namespace trackloom::engines::writer {
 
 DiscWriter::DiscWriter(std::shared_ptr<const WriterParts> parts, CDWriterEvents& listener)
-    : parts_(std::move(parts)), listener_(listener) {}
+    : parts_(std::move(parts)), listener_(listener), words_(std::make_shared<FailureWords>()) {
+  words_->last = parts_->lastFailure;
+}
 
 DiscWriter::~DiscWriter() {
-  if (operation_) operation_->silence();
+  DiscWriter::AbortWrite();
 }
 
 Recorder* DiscWriter::recorderAt(std::int16_t drive) const {
@@ -34,18 +38,20 @@ std::string DiscWriter::DriveLetter(std::int16_t drive) {
   return {drive < lettersFromD ? static_cast<char>('D' + drive) : '?'};
 }
 
+DriveIdentity DiscWriter::identityOf(std::int16_t drive) const {
+  Recorder* recorder = recorderAt(drive);
+  return recorder == nullptr ? DriveIdentity() : recorder->look()->identity;
+}
+
 std::string DiscWriter::DriveVendor(std::int16_t drive) {
-  const Recorder* recorder = recorderAt(drive);
-  return recorder == nullptr ? "" : recorder->identity().vendor;
+  return identityOf(drive).vendor;
 }
 
 std::string DiscWriter::DriveProduct(std::int16_t drive) {
-  const Recorder* recorder = recorderAt(drive);
-  return recorder == nullptr ? "" : recorder->identity().product;
+  return identityOf(drive).product;
 }
 
 bool DiscWriter::SelectDrive(std::int16_t drive) {
-  waitForAbortedWrite();
   drive_.reset();
   Recorder* recorder = recorderAt(drive);
   if (recorder == nullptr || !recorder->take()) return false;
@@ -54,7 +60,7 @@ bool DiscWriter::SelectDrive(std::int16_t drive) {
 }
 
 bool DiscWriter::HasWriteGuard() {
-  return drive_ && drive_->identity().hasWriteGuard;
+  return drive_ && drive_->look()->identity.hasWriteGuard;
 }
 
 void DiscWriter::EnableWriteGuard(bool on) {
@@ -62,32 +68,35 @@ void DiscWriter::EnableWriteGuard(bool on) {
 }
 
 std::int16_t DiscWriter::MaxWriteSpeed() {
-  return drive_ ? drive_->identity().maxWriteSpeed : std::int16_t{0};
+  return drive_ ? drive_->look()->identity.maxWriteSpeed : std::int16_t{0};
 }
 
-std::optional<DiscState> DiscWriter::look() {
-  waitForAbortedWrite();
-  return drive_ ? drive_->look() : std::nullopt;
+std::optional<DiscState> DiscWriter::disc() const {
+  return drive_ ? drive_->look()->disc : std::nullopt;
 }
 
 std::int32_t DiscWriter::DiscStatus() {
-  const auto disc = look();
-  return disc ? disc->status : DiscStatusUnknown;
+  const auto now = disc();
+  return now ? now->status : DiscStatusUnknown;
 }
 
 std::int32_t DiscWriter::DiscType() {
-  const auto disc = look();
-  return disc ? disc->type : DiscTypeUnknown;
+  const auto now = disc();
+  return now ? now->type : DiscTypeUnknown;
 }
 
 std::int32_t DiscWriter::FreeBlocks(std::int32_t kind) {
-  const DiscState disc = look().value_or(DiscState{});
-  return kind == AudioBlocks ? disc.freeAudioBlocks : disc.freeDataBlocks;
+  return disc().value_or(DiscState{}).freeBlocks(kind);
 }
 
 bool DiscWriter::EjectDisc() {
-  waitForAbortedWrite();
-  return drive_ && drive_->eject();
+  try {
+    requireIdleDrive();
+    drive_->eject();
+    return true;
+  } catch (const EngineError& error) {
+    return refused(error);
+  }
 }
 
 std::int32_t DiscWriter::BlocksToBytes(std::int32_t blocks, std::int32_t kind) {
@@ -98,11 +107,24 @@ std::string DiscWriter::BlocksToTime(std::int32_t blocks) {
   return timeOfBlocks(blocks);
 }
 
+void DiscWriter::ClearAudioQueue() {
+  audioQueue_.clear();
+  refusedTrack_.reset();
+}
+
 bool DiscWriter::AddAudioTrack(const HostPath& path, std::int16_t number) {
   const auto blocks = parts_->audioFiles->blocks(path);
-  if (!blocks) return false;
-  audioQueue_.add({path, number, *blocks});
-  return true;
+  if (blocks)
+    audioQueue_.add({path, number, *blocks});
+  else if (!refusedTrack_)
+    refusedTrack_ = unusable(path, noAudio);
+  return blocks.has_value();
+}
+
+bool DiscWriter::AddDataFile(const DiscPath& disc, const HostPath& source) {
+  const bool added = dataQueue_.add(disc, source);
+  if (!added && !refusedFile_) refusedFile_ = unusable(source, "cannot be put onto the disc as " + disc.text);
+  return added;
 }
 
 void DiscWriter::ListAudioTracks() {
@@ -111,70 +133,141 @@ void DiscWriter::ListAudioTracks() {
 }
 
 bool DiscWriter::ImportLastSession(bool /*takeOver*/) {
+  refusedFile_.reset();
   return false;
 }
 
-void DiscWriter::waitForAbortedWrite() {
-  if (job_ && !job_->running()) job_.reset();
+void DiscWriter::requireIdleDrive() const {
+  if (!drive_) throw deviceError(sense::notReady, "no drive is in use");
+  if (busy()) throw deviceError(sense::busy, "the drive is at work");
 }
 
-std::shared_ptr<OperationEvents> DiscWriter::newOperation() {
-  waitForAbortedWrite();
-  operation_ = std::make_shared<OperationEvents>(parts_->events, listener_, deviceErrorText_);
+DiscState DiscWriter::requireDisc() const {
+  requireIdleDrive();
+  const auto now = disc();
+  if (!now) throw deviceError(sense::noMedium, "no disc is in the drive");
+  return *now;
+}
+
+bool DiscWriter::refused(const EngineError& error) {
+  words_->deviceError = error.words();
+  words_->last->remember(error.words());
+  return false;
+}
+
+std::shared_ptr<OperationEvents> DiscWriter::newOperation(DeviceWords deviceWords) {
+  words_->last->forget();
+  operation_ = std::make_shared<OperationEvents>(parts_->events, listener_, words_, deviceWords);
   return operation_;
 }
 
-void DiscWriter::StartWrite() {
-  if (job_ && job_->running()) return;
-  const auto events = newOperation();
+void DiscWriter::start(const std::shared_ptr<OperationEvents>& events, Job::Operation operation,
+                       void (OperationEvents::*done)()) {
+  const auto tell = [events, done](const Outcome& outcome) {
+    if (std::holds_alternative<Done>(outcome)) (*events.*done)();
+    if (const auto* error = std::get_if<EngineError>(&outcome)) events->fail(*error);
+  };
+  try {
+    job_.emplace(std::move(operation), tell);
+  } catch (const std::system_error& error) {
+    events->fail({ErrorKind::WriteBuffer, 0, error.what()});
+  }
+}
+
+std::optional<EngineError> DiscWriter::refusalOfQueue() const {
   const bool audio = settings_.kind == AudioBlocks;
-  if (audio ? audioQueue_.empty() : !dataQueue_.hasFiles()) {
-    events->fail(FileError, 0, "there is nothing to write");
+  if (const auto& refusal = audio ? refusedTrack_ : refusedFile_) return refusal;
+  if (audio ? audioQueue_.empty() : !dataQueue_.hasFiles())
+    return EngineError(ErrorKind::File, 0, "there is nothing to write");
+  return std::nullopt;
+}
+
+WriteRequest DiscWriter::requestOfQueue() {
+  WriteRequest request;
+  request.recorder = drive_;
+  request.order = {settings_.kind, {}, parts_->pause, settings_.test, settings_.closeSession, settings_.closeDisc,
+                   settings_.speed};
+  if (settings_.kind == AudioBlocks)
+    request.sources = [opener = parts_->audioSource(audioQueue_.discOrder())](std::int32_t) { return opener; };
+  else
+    request.sources = [entries = dataQueue_.entries(), label = settings_.volumeLabel](std::int32_t room) {
+      return dataSource(entries, label, room);
+    };
+  request.cached = settings_.caches();
+  request.scratchFolder = parts_->scratchFolder;
+  if (!formerReader_ || !formerReader_->atWork()) formerReader_ = reader_;
+  reader_ = std::make_shared<HandOver>();
+  request.before = formerReader_;
+  request.handOver = reader_;
+  return request;
+}
+
+void DiscWriter::StartWrite() {
+  if (busy()) return;
+  const auto events = newOperation(DeviceWords::ToldByProgram);
+  if (const auto refusal = refusalOfQueue()) {
+    events->fail(*refusal);
     return;
   }
-  WriteRequest request{drive_, parts_->audioFiles, settings_, {}, {}, parts_->pause, parts_->scratchFolder};
-  if (audio)
-    request.audioTracks = audioQueue_.discOrder();
-  else
-    request.dataEntries = dataQueue_.entries();
-  try {
-    job_.emplace(std::move(request), events);
-  } catch (const std::system_error& error) {
-    events->fail(WriteBufferError, 0, error.what());
-  }
+  start(
+      events, [request = requestOfQueue(), events](const std::stop_token& stop) { burn(request, events, stop); },
+      &OperationEvents::complete);
 }
 
 void DiscWriter::AbortWrite() {
   if (operation_) operation_->silence();
-  if (job_) job_->requestStop();
+  if (job_) job_->cancel();
 }
 
 bool DiscWriter::WriteIsoImage(const HostPath& image) {
-  if (job_ && job_->running()) return false;
-  newOperation()->fail(DeviceError, 0, image.text + " was not written: this engine does not write finished images");
+  if (busy()) return false;
+  newOperation(DeviceWords::ToldAside)
+      ->fail({ErrorKind::Device, 0, image.text + " was not written: this engine does not write finished images"});
   return false;
 }
 
 bool DiscWriter::CreateIsoImage(const HostPath& image) {
   CDWriterEvents& listener = listener_;
+  words_->last->forget();
+  const Outcome outcome =
+      outcomeOf([&] { writeImageFile(image, dataQueue_.entries(), settings_.volumeLabel, listener); });
+  const auto* error = std::get_if<EngineError>(&outcome);
+  if (error == nullptr) return true;
+  words_->last->remember(error->words());
+  listener.OnWriteError(FileError, 0);
+  return false;
+}
+
+bool DiscWriter::EraseDisc(bool quick) {
   try {
-    writeImageFile(image, dataQueue_.entries(), settings_.volumeLabel, listener);
-    return true;
-  } catch (const RuntimeError& error) {
-    *deviceErrorText_ = error.description();
-    listener.OnWriteError(FileError, 0);
-    return false;
+    if (!requireDisc().rewritable)
+      throw deviceError(sense::cannotWriteMedium, "the disc cannot be erased: it can be written once only");
+  } catch (const EngineError& error) {
+    return refused(error);
   }
+  const auto events = newOperation(DeviceWords::ToldAside);
+  const auto erase = [drive = drive_, quick, events](const std::stop_token& stop) {
+    PhaseEvents phases(*events);
+    drive->erase(quick, phases, stop);
+  };
+  start(events, erase, &OperationEvents::erased);
+  return true;
 }
 
-bool DiscWriter::EraseDisc(bool /*quick*/) {
-  *deviceErrorText_ = "The disc was not erased: this engine does not erase discs";
-  return false;
-}
-
-bool DiscWriter::CloseLastSession(bool /*alsoDisc*/) {
-  *deviceErrorText_ = "The session was not closed: this engine does not close sessions by themselves";
-  return false;
+bool DiscWriter::CloseLastSession(bool alsoDisc) {
+  try {
+    if (requireDisc().lastSession != SessionIncomplete)
+      throw deviceError(sense::badSequence, "the disc has no incomplete session that could be closed");
+  } catch (const EngineError& error) {
+    return refused(error);
+  }
+  const auto events = newOperation(DeviceWords::ToldAside);
+  const auto close = [drive = drive_, alsoDisc, events](const std::stop_token& stop) {
+    PhaseEvents phases(*events);
+    drive->close(alsoDisc, phases, stop);
+  };
+  start(events, close, &OperationEvents::complete);
+  return true;
 }
 
 }  // namespace trackloom::engines::writer

@@ -8,9 +8,10 @@
 #include "engines/audio/AudioFiles.h"
 #include "engines/disc/Recorder.h"
 #include "engines/writer/AudioQueue.h"
+#include "engines/writer/Burn.h"
 #include "engines/writer/DataQueue.h"
+#include "engines/writer/Job.h"
 #include "engines/writer/OperationEvents.h"
-#include "engines/writer/WriteJob.h"
 #include "ports/CDWriterXP.h"
 
 namespace trackloom::engines::writer {
@@ -19,16 +20,37 @@ namespace trackloom::engines::writer {
 struct WriterParts {
   RecorderList recorders;
   std::shared_ptr<audio::AudioFiles> audioFiles;
+  /// The sound of these files as the tracks of a disc.
+  std::function<SourceOpener(std::vector<HostPath>)> audioSource;
   /// Outlives every instance.
   EventQueue& events;
   /// Silent blocks between audio tracks.
-  std::int32_t pause = 150;
+  std::int32_t pause = standardPause;
   /// Where the caches of tracks lie.
   HostPath scratchFolder;
+  std::shared_ptr<LastFailure> lastFailure = std::make_shared<LastFailure>();
 };
 
-/// The writer engine over the recorder interface. All of its state belongs to the UI thread; a write gets copies, runs
-/// on its own threads, and speaks through the event queue alone. A second write while one runs is not begun.
+/// What an instance of the engine keeps until it is told otherwise.
+struct WriteSettings {
+  BlockKind kind = AudioBlocks;
+  bool test = false;
+  bool closeSession = false;
+  bool closeDisc = false;
+  bool cacheAudioTracks = false;
+  bool cacheDataTrack = false;
+  std::string volumeLabel;
+  /// A multiple of the base speed; 0: the recorder's own choice.
+  std::int16_t speed = 0;
+
+  bool caches() const { return kind == AudioBlocks ? cacheAudioTracks : cacheDataTrack; }
+};
+
+/// The writer engine over the recorder interface. All of its state belongs to the UI thread; an operation gets copies,
+/// runs on its own threads, and speaks through the event queue alone. A second operation while one runs is not begun.
+///
+/// Whole or not at all: a file that was refused since its queue was begun anew (ClearAudioQueue, ImportLastSession)
+/// keeps every write of that queue from the disc.
 class DiscWriter final : public CDWriterXP {
  public:
   DiscWriter(std::shared_ptr<const WriterParts> parts, CDWriterEvents& listener);
@@ -48,26 +70,26 @@ class DiscWriter final : public CDWriterXP {
   void SetWriteSpeed(std::int16_t multiple) override { settings_.speed = multiple; }
 
   // Without a disc: not loaded, status and type unknown, an empty last session, and 0 for the rest.
-  bool MediaLoaded() override { return look().has_value(); }
+  bool MediaLoaded() override { return disc().has_value(); }
   std::int32_t DiscStatus() override;
   std::int32_t DiscType() override;
-  bool DiscRewritable() override { return look().value_or(DiscState{}).rewritable; }
-  std::int16_t SessionCount() override { return look().value_or(DiscState{}).sessions; }
-  std::int32_t LastSessionStatus() override { return look().value_or(DiscState{}).lastSession; }
+  bool DiscRewritable() override { return disc().value_or(DiscState{}).rewritable; }
+  std::int16_t SessionCount() override { return disc().value_or(DiscState{}).sessions; }
+  std::int32_t LastSessionStatus() override { return disc().value_or(DiscState{}).lastSession; }
   std::int32_t FreeBlocks(std::int32_t kind) override;
   bool EjectDisc() override;
 
   std::int32_t BlocksToBytes(std::int32_t blocks, std::int32_t kind) override;
   std::string BlocksToTime(std::int32_t blocks) override;
 
-  void ClearAudioQueue() override { audioQueue_.clear(); }
+  void ClearAudioQueue() override;
   bool AddAudioTrack(const HostPath& path, std::int16_t number) override;
   void ListAudioTracks() override;
   bool RemoveAudioTrack(std::int16_t number) override { return audioQueue_.remove(number); }
   std::int32_t AudioQueueBlocks() override { return audioQueue_.blocks(); }
 
   void ClearDataQueue() override { dataQueue_.clear(); }
-  bool AddDataFile(const DiscPath& disc, const HostPath& source) override { return dataQueue_.add(disc, source); }
+  bool AddDataFile(const DiscPath& disc, const HostPath& source) override;
   bool RemoveDataFile(const DiscPath& disc) override { return dataQueue_.remove(disc); }
   std::int32_t DataQueueBlocks() override { return dataQueue_.blocks(); }
   /// False always: no earlier session is taken over yet.
@@ -86,32 +108,42 @@ class DiscWriter final : public CDWriterXP {
   void SetVolumeLabel(const std::string& label) override { settings_.volumeLabel = label; }
 
   void StartWrite() override;
-  /// Returns at once; whatever touches the disc next waits until the write has let go of it.
+  /// Returns when the drive has stopped, which a source that hangs does not hold up.
   void AbortWrite() override;
   /// Refused: False, and OnWriteError after the call.
   bool WriteIsoImage(const HostPath& image) override;
   bool CreateIsoImage(const HostPath& image) override;
-  /// Refused: False, with words in LastDeviceErrorText.
   bool EraseDisc(bool quick) override;
-  /// Refused: False, with words in LastDeviceErrorText.
   bool CloseLastSession(bool alsoDisc) override;
-  std::string LastDeviceErrorText() override { return *deviceErrorText_; }
+  std::string LastDeviceErrorText() override { return words_->deviceError; }
 
  private:
   Recorder* recorderAt(std::int16_t drive) const;
-  std::optional<DiscState> look();
-  void waitForAbortedWrite();
-  std::shared_ptr<OperationEvents> newOperation();
+  DriveIdentity identityOf(std::int16_t drive) const;
+  std::optional<DiscState> disc() const;
+  bool busy() const { return operation_ && !operation_->ended(); }
+  std::shared_ptr<OperationEvents> newOperation(DeviceWords deviceWords);
+  WriteRequest requestOfQueue();
+  std::optional<EngineError> refusalOfQueue() const;
+  void requireIdleDrive() const;
+  DiscState requireDisc() const;
+  bool refused(const EngineError& error);
+  void start(const std::shared_ptr<OperationEvents>& events, Job::Operation operation, void (OperationEvents::*done)());
 
   std::shared_ptr<const WriterParts> parts_;
   CDWriterEvents& listener_;
   std::shared_ptr<Recorder> drive_;
   AudioQueue audioQueue_;
   DataQueue dataQueue_;
+  std::optional<EngineError> refusedTrack_;
+  std::optional<EngineError> refusedFile_;
   WriteSettings settings_;
-  std::shared_ptr<std::string> deviceErrorText_ = std::make_shared<std::string>();
+  std::shared_ptr<FailureWords> words_;
   std::shared_ptr<OperationEvents> operation_;
-  std::optional<WriteJob> job_;
+  std::shared_ptr<HandOver> reader_;
+  /// Of an earlier write, which may still wait for a source.
+  std::shared_ptr<HandOver> formerReader_;
+  std::optional<Job> job_;
 };
 
 }  // namespace trackloom::engines::writer

@@ -3,13 +3,20 @@
 #include <utility>
 
 #include "engines/writer/DiscWriter.h"
+#include "engines/writer/Sources.h"
 
 namespace trackloom::engines::writer {
 
 DiscWriters::DiscWriters(RecorderList recorders, std::shared_ptr<audio::AudioFiles> audioFiles, EventQueue& events,
                          WriterSettings settings)
-    : parts_(std::make_shared<const WriterParts>(WriterParts{std::move(recorders), std::move(audioFiles), events,
-                                                             settings.pause, std::move(settings.scratchFolder)})) {}
+    : parts_(std::make_shared<const WriterParts>(
+          WriterParts{std::move(recorders), audioFiles,
+                      [audioFiles](std::vector<HostPath> tracks) { return audioSource(audioFiles, std::move(tracks)); },
+                      events, settings.pause, std::move(settings.scratchFolder)})) {}
+
+const FailureDetail& DiscWriters::failureDetail() const {
+  return *parts_->lastFailure;
+}
 
 std::unique_ptr<CDWriterXP> DiscWriters::create(CDWriterEvents& listener) {
   return std::make_unique<DiscWriter>(parts_, listener);

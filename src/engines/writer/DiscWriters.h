@@ -7,6 +7,7 @@
 #include "engines/disc/Recorder.h"
 #include "ports/CDWriterXP.h"
 #include "ports/EventQueue.h"
+#include "ports/FailureDetail.h"
 
 namespace trackloom::engines::writer {
 
@@ -14,7 +15,7 @@ struct WriterParts;
 
 struct WriterSettings {
   /// Silent blocks between audio tracks.
-  std::int32_t pause = 150;
+  std::int32_t pause = standardPause;
   /// Where the caches of tracks lie; made when it is first needed.
   HostPath scratchFolder;
 };
@@ -27,6 +28,8 @@ class DiscWriters final : public WriterEngines {
               WriterSettings settings);
 
   std::unique_ptr<CDWriterXP> create(CDWriterEvents& listener) override;
+  /// What the last failure of any instance was about.
+  const FailureDetail& failureDetail() const;
 
  private:
   std::shared_ptr<const WriterParts> parts_;

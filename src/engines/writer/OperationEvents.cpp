@@ -2,11 +2,31 @@
 
 #include <utility>
 
+#include "ports/CDWriterXP.h"
+
 namespace trackloom::engines::writer {
 
-OperationEvents::OperationEvents(EventQueue& queue, CDWriterEvents& listener,
-                                 std::shared_ptr<std::string> deviceErrorText)
-    : queue_(queue), listener_(listener), deviceErrorText_(std::move(deviceErrorText)) {}
+namespace {
+
+WriteErrorCode codeOf(ErrorKind kind) {
+  switch (kind) {
+    case ErrorKind::ReadBuffer:
+      return ReadBufferError;
+    case ErrorKind::WriteBuffer:
+      return WriteBufferError;
+    case ErrorKind::File:
+      return FileError;
+    case ErrorKind::Device:
+      break;
+  }
+  return DeviceError;
+}
+
+}  // namespace
+
+OperationEvents::OperationEvents(EventQueue& queue, CDWriterEvents& listener, std::shared_ptr<FailureWords> words,
+                                 DeviceWords deviceWords)
+    : queue_(queue), listener_(listener), words_(std::move(words)), deviceWords_(deviceWords) {}
 
 void OperationEvents::raise(std::function<void(CDWriterEvents&)> event) {
   queue_.post([self = shared_from_this(), event = std::move(event)] {
@@ -21,15 +41,25 @@ void OperationEvents::end(std::function<void()> last) {
   });
 }
 
-void OperationEvents::fail(WriteErrorCode code, std::int32_t deviceError, std::string words) {
-  end([this, code, deviceError, words = std::move(words)] {
-    *deviceErrorText_ = words;
-    listener_.OnWriteError(code, deviceError);
+void OperationEvents::keepWords(const EngineError& error) {
+  const bool ofDevice = error.kind() == ErrorKind::Device;
+  if (ofDevice) words_->deviceError = error.words();
+  if (!ofDevice || deviceWords_ == DeviceWords::ToldAside) words_->last->remember(error.words());
+}
+
+void OperationEvents::fail(const EngineError& error) {
+  end([this, error] {
+    keepWords(error);
+    listener_.OnWriteError(codeOf(error.kind()), error.number());
   });
 }
 
 void OperationEvents::complete() {
   end([this] { listener_.OnOperationComplete(); });
+}
+
+void OperationEvents::erased() {
+  end([this] { listener_.OnEraseComplete(); });
 }
 
 }  // namespace trackloom::engines::writer

@@ -11,6 +11,7 @@
 #include <catch2/catch.hpp>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <fstream>
 #include <iterator>
 #include <memory>
@@ -76,7 +77,7 @@ std::vector<std::string> names(const fs::path& folder) {
 }
 
 std::string sectorsOf(BlockKind kind, int track, std::int32_t first, std::int32_t count) {
-  const auto bytes = static_cast<std::size_t>(sectorBytes(kind));
+  const auto bytes = bytesOfSector(kind);
   std::string sectors(bytes * static_cast<std::size_t>(count), '\0');
   std::uint32_t state = static_cast<std::uint32_t>(first) * 2654435761U + static_cast<std::uint32_t>(track) + 1U;
   for (std::size_t at = 0; at < sectors.size(); ++at) {
@@ -93,23 +94,74 @@ std::span<const std::byte> bytesOf(const std::string& text) {
   return std::as_bytes(std::span(text));
 }
 
-void writeTracks(DiscWrite& write, const WriteOrder& order, std::int32_t piece) {
-  int track = 0;
-  for (const std::int32_t blocks : order.trackBlocks) {
-    write.startTrack();
-    for (std::int32_t at = 0; at < blocks; at += piece)
-      write.write(bytesOf(sectorsOf(order.kind, track, at, std::min(piece, blocks - at))));
-    write.closeTrack();
-    ++track;
-  }
-  if (order.closeSession) write.closeSession();
-  if (order.closeDisc) write.closeDisc();
+void Script::tell(const std::string& phase) {
+  if (!phase.starts_with("read ")) phases.push_back(phase);
+  onPhase(phase);
 }
 
-void writeDisc(Recorder& recorder, const WriteOrder& order, std::int32_t piece) {
-  const std::unique_ptr<DiscWrite> write = recorder.begin(order);
-  writeTracks(*write, order, piece);
-  write->finish();
+void Script::beginTrack(std::int16_t track) {
+  track_ = track;
+  position_ = 0;
+  tell("begin " + std::to_string(track));
+}
+
+void Script::read(std::span<std::byte> sectors) {
+  tell("read " + std::to_string(track_) + " " + std::to_string(position_));
+  const auto count = static_cast<std::int32_t>(sectors.size() / bytesOfSector(order.kind));
+  const std::string content = sectorsOf(order.kind, track_ - 1, position_, count);
+  std::memcpy(sectors.data(), content.data(), content.size());
+  position_ += count;
+}
+
+void Script::trackStarted(std::int16_t track, std::int32_t blocks) {
+  tell("started " + std::to_string(track) + " " + std::to_string(blocks));
+}
+
+void Script::progress(std::int16_t track, std::int32_t position, std::int16_t) {
+  const std::int32_t length = order.trackBlocks.at(static_cast<std::size_t>(track) - 1);
+  if (position == length) tell("progress " + std::to_string(track) + " " + std::to_string(length));
+}
+
+void Script::trackClosing(std::int16_t track) {
+  tell("closing " + std::to_string(track));
+}
+
+void writeDisc(Recorder& recorder, const WriteOrder& order) {
+  Script(order).run(recorder);
+}
+
+void stopWriteAt(Recorder& recorder, const WriteOrder& order, const std::string& phase) {
+  Script script(order);
+  script.onPhase = [&](const std::string& reached) {
+    if (reached == phase) script.stop.request_stop();
+  };
+  CHECK_THROWS_AS(script.run(recorder), Stopped);
+}
+
+DiscState discIn(Recorder& recorder) {
+  const auto snapshot = recorder.look();
+  REQUIRE(snapshot->disc);
+  return *snapshot->disc;
+}
+
+std::string ejectFailure(Recorder& recorder) {
+  return failureOf([&] { recorder.eject(); });
+}
+
+void writeImage(Recorder& recorder, const std::string& image, bool closeDisc) {
+  struct Bytes : SectorSource {
+    explicit Bytes(const std::string& all) : left(all) {}
+    void read(std::span<std::byte> sectors) override {
+      std::memcpy(sectors.data(), left.data(), sectors.size());
+      left.remove_prefix(sectors.size());
+    }
+    std::int16_t bufferPercent() override { return 100; }
+    std::string_view left;
+  } source(image);
+  OperationObserver nobody;
+  REQUIRE(image.size() % dataSectorBytes == 0);
+  const auto blocks = static_cast<std::int32_t>(image.size() / dataSectorBytes);
+  recorder.write(dataOrder(blocks, true, closeDisc), source, nobody, {});
 }
 
 WriteOrder audioOrder(std::vector<std::int32_t> tracks, bool closeSession, bool closeDisc) {

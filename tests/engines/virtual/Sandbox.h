@@ -4,6 +4,8 @@
 #include <filesystem>
 #include <functional>
 #include <map>
+#include <span>
+#include <stop_token>
 #include <string>
 #include <vector>
 
@@ -43,10 +45,46 @@ std::vector<std::string> names(const std::filesystem::path& folder);
 /// Sectors that tell their track and number, and differ from byte to byte.
 std::string sectorsOf(BlockKind kind, int track, std::int32_t first, std::int32_t count);
 std::span<const std::byte> bytesOf(const std::string& text);
-/// Begins the order, writes sectorsOf() each track, `piece` blocks at a time, and finishes.
-void writeDisc(Recorder& recorder, const WriteOrder& order, std::int32_t piece = 27);
-/// All calls of a write but finish().
-void writeTracks(DiscWrite& write, const WriteOrder& order, std::int32_t piece = 27);
+
+/// A write of sectorsOf() each track, with the places at which a test steps in.
+struct Script : SectorSource, OperationObserver {
+  explicit Script(WriteOrder what) : order(std::move(what)) {}
+
+  void beginTrack(std::int16_t track) override;
+  void read(std::span<std::byte> sectors) override;
+  std::int16_t bufferPercent() override { return 50; }
+  void trackStarted(std::int16_t track, std::int32_t blocks) override;
+  void progress(std::int16_t track, std::int32_t position, std::int16_t bufferPercent) override;
+  void trackClosing(std::int16_t track) override;
+  void sessionClosing() override { tell("session closing"); }
+  void discClosing() override { tell("disc closing"); }
+  void erasing() override { tell("erasing"); }
+  void tell(const std::string& phase);
+
+  WriteOrder order;
+  /// Told in this order: "begin 1", "started 1 300", "read 1 0" (track and first block), "progress 1 300 of 300" (at
+  /// the track's end alone), "closing 1", "session closing", "disc closing".
+  std::function<void(const std::string&)> onPhase = [](const std::string&) {};
+  /// All phases but reads.
+  std::vector<std::string> phases;
+  std::stop_source stop;
+
+  void run(Recorder& recorder) { recorder.write(order, *this, *this, stop.get_token()); }
+
+ private:
+  std::int16_t track_ = 0;
+  std::int32_t position_ = 0;
+};
+
+void writeDisc(Recorder& recorder, const WriteOrder& order);
+/// Stops a write at that phase, which must then end in Stopped.
+void stopWriteAt(Recorder& recorder, const WriteOrder& order, const std::string& phase);
+/// The disc that a look sees; there must be one.
+DiscState discIn(Recorder& recorder);
+/// How the recorder refuses to eject, "no failure" where it does not.
+std::string ejectFailure(Recorder& recorder);
+/// Byte for byte what an image file holds, as a source of one data track.
+void writeImage(Recorder& recorder, const std::string& image, bool closeDisc);
 
 WriteOrder audioOrder(std::vector<std::int32_t> tracks, bool closeSession, bool closeDisc);
 WriteOrder dataOrder(std::int32_t blocks, bool closeSession, bool closeDisc);

@@ -92,8 +92,9 @@ TEST_CASE("An order that just fits is taken, and one block more is refused") {
   CHECK(VirtualDisc{}.afterWriting(audioOrder({359849}, true, true)).end() == 359849);
   CHECK(VirtualDisc{}.afterWriting(audioOrder({100000, 359849 - 100150}, true, true)).end() == 359849);
   const auto write = [](const WriteOrder& order) { return failureOf([&] { VirtualDisc{}.afterWriting(order); }); };
-  CHECK_THAT(write(audioOrder({359850}, true, true)), StartsWith("056300 the disc ends at block 359849"));
-  CHECK_THAT(write(audioOrder({100000, 359849 - 100149}, true, true)), Contains("track 2 would reach to block 359850"));
+  CHECK_THAT(write(audioOrder({359850}, true, true)),
+             StartsWith("056300 the disc has 359849 blocks left, and 359850 are needed"));
+  CHECK_THAT(write(audioOrder({100000, 359849 - 100149}, true, true)), Contains("359850 are needed"));
   CHECK_THAT(write(audioOrder({2147483647, 2147483647}, true, true)), StartsWith("056300 "));
   CHECK_THAT(write(audioOrder({1, 2147483647}, true, true)), StartsWith("056300 "));
 }

@@ -31,25 +31,29 @@ void addDisc(const fs::path& folder, const std::string& ini) {
 void checkDamaged(const Sandbox& box, const std::string& words) {
   const auto before = snapshot(box.tray());
   VirtualRecorder recorder = box.recorder();
-  const std::optional<DiscState> state = recorder.look();
-  REQUIRE(state);
-  CHECK(state->status == DiscClosed);
-  CHECK(state->type == DiscTypeUnknown);
-  CHECK(state->freeAudioBlocks == 0);
-  CHECK(state->freeDataBlocks == 0);
-  CHECK_FALSE(state->rewritable);
-  const std::string text = failureOf([&] { recorder.begin(audioOrder({300}, true, true)); });
+  const DiscState state = discIn(recorder);
+  CHECK(state.status == DiscClosed);
+  CHECK(state.type == DiscTypeUnknown);
+  CHECK(state.freeAudioBlocks == 0);
+  CHECK(state.freeDataBlocks == 0);
+  CHECK_FALSE(state.rewritable);
+  const std::string text = failureOf([&] { recorder.check(audioOrder({300}, true, true)); });
   CHECK_THAT(text, StartsWith("053005 the disc cannot be made sense of: "));
   CHECK_THAT(text, Contains(words));
   CHECK(snapshot(box.tray()) == before);
+}
+
+bool ejects(const Sandbox& box) {
+  VirtualRecorder recorder = box.recorder();
+  return ejectFailure(recorder) == "no failure";
 }
 
 /// No disc is loaded, a write is refused, and nothing changes.
 void checkNoDisc(const Sandbox& box) {
   const auto before = snapshot(box.folder());
   VirtualRecorder recorder = box.recorder();
-  CHECK_FALSE(recorder.look());
-  CHECK_THAT(failureOf([&] { recorder.begin(audioOrder({300}, true, true)); }),
+  CHECK_FALSE(recorder.look()->disc);
+  CHECK_THAT(failureOf([&] { recorder.check(audioOrder({300}, true, true)); }),
              StartsWith("023A00 no disc in Virtual Recorder"));
   CHECK(snapshot(box.folder()) == before);
 }
@@ -63,9 +67,9 @@ TEST_CASE("A fresh recorder has settings, an empty shelf and a blank disc in its
   CHECK(names(box.disc()) == Names{"disc.ini"});
   CHECK(names(box.shelf()).empty());
   VirtualRecorder recorder = box.recorder();
-  REQUIRE(recorder.look());
-  CHECK(recorder.look()->status == DiscEmpty);
-  CHECK(recorder.look()->freeAudioBlocks == 359849);
+  REQUIRE(recorder.look()->disc);
+  CHECK(discIn(recorder).status == DiscEmpty);
+  CHECK(discIn(recorder).freeAudioBlocks == 359849);
 }
 
 TEST_CASE("Laying a recorder out where one is changes nothing, and puts back what was taken away") {
@@ -104,8 +108,8 @@ TEST_CASE("Recorders are listed by their number, and the first gap ends the list
   writeFile(box.root() / "Virtual Recorder 2" / "recorder.ini", "[recorder]\nproduct = Second\n");
   const RecorderList recorders = findVirtualRecorders(program);
   REQUIRE(recorders.size() == 2);
-  CHECK(recorders[0]->identity().product == "CD Recorder");
-  CHECK(recorders[1]->identity().product == "Second");
+  CHECK(recorders[0]->look()->identity.product == "CD Recorder");
+  CHECK(recorders[1]->look()->identity.product == "Second");
   writeFile(box.root() / "Virtual Recorder 3", "a file is no recorder");
   CHECK(findVirtualRecorders(program).size() == 2);
   CHECK(findVirtualRecorders(HostPath((box.root() / "missing").string())).empty());
@@ -114,23 +118,23 @@ TEST_CASE("Recorders are listed by their number, and the first gap ends the list
 TEST_CASE("A recorder tells what recorder.ini says at that moment") {
   const Sandbox box;
   VirtualRecorder recorder = box.recorder();
-  CHECK(recorder.identity().vendor == "Virtual");
-  CHECK(recorder.identity().maxWriteSpeed == 52);
-  CHECK(recorder.identity().hasWriteGuard);
+  CHECK(recorder.look()->identity.vendor == "Virtual");
+  CHECK(recorder.look()->identity.maxWriteSpeed == 52);
+  CHECK(recorder.look()->identity.hasWriteGuard);
   CHECK(recorder.take());
   box.configure("[recorder]\nvendor = ACME\nmaximumSpeed = 4\nwriteGuard = no\nrefuseSelect = yes\n");
-  CHECK(recorder.identity().vendor == "ACME");
-  CHECK(recorder.identity().maxWriteSpeed == 4);
-  CHECK_FALSE(recorder.identity().hasWriteGuard);
+  CHECK(recorder.look()->identity.vendor == "ACME");
+  CHECK(recorder.look()->identity.maxWriteSpeed == 4);
+  CHECK_FALSE(recorder.look()->identity.hasWriteGuard);
   CHECK_FALSE(recorder.take());
   fs::remove(box.folder() / "recorder.ini");
-  CHECK(recorder.identity().vendor == "Virtual");
+  CHECK(recorder.look()->identity.vendor == "Virtual");
   CHECK(recorder.take());
   fs::remove_all(box.folder());
-  CHECK(recorder.identity().vendor == "Virtual");
+  CHECK(recorder.look()->identity.vendor == "Virtual");
   CHECK_FALSE(recorder.take());
-  CHECK_FALSE(recorder.look());
-  CHECK_FALSE(recorder.eject());
+  CHECK_FALSE(recorder.look()->disc);
+  CHECK(ejectFailure(recorder) != "no failure");
 }
 
 TEST_CASE("A recorder.ini that is no file leaves the recorder with its defaults") {
@@ -149,10 +153,10 @@ TEST_CASE("A recorder.ini that is no file leaves the recorder with its defaults"
     box.configure("[recorder]\nvendor = ACME\n" + std::string(1 << 20, ';'));
   }
   VirtualRecorder recorder = box.recorder();
-  CHECK(recorder.identity().vendor == "Virtual");
+  CHECK(recorder.look()->identity.vendor == "Virtual");
   CHECK(recorder.take());
-  CHECK(recorder.look());
-  CHECK(recorder.eject());
+  CHECK(recorder.look()->disc);
+  CHECK(ejectFailure(recorder) == "no failure");
 }
 
 TEST_CASE("What the user may not read or move is a closed disc and a stuck tray") {
@@ -161,17 +165,17 @@ TEST_CASE("What the user may not read or move is a closed disc and a stuck tray"
   const auto asUser = [&](const std::function<int()>& action) {
     return inChild([&] { return geteuid() != 0 || setuid(65534) == 0 ? action() : 77; });
   };
-  CHECK(asUser([&] { return box.recorder().eject() ? 1 : 0; }) == (geteuid() == 0 ? 0 : 1));
+  CHECK(asUser([&] { return ejects(box) ? 1 : 0; }) == (geteuid() == 0 ? 0 : 1));
   fs::permissions(box.tray(), static_cast<fs::perms>(0555));
-  CHECK(asUser([&] { return box.recorder().eject() ? 1 : 0; }) == 0);
+  CHECK(asUser([&] { return ejects(box) ? 1 : 0; }) == 0);
   fs::permissions(box.disc() / "disc.ini", fs::perms::none);
   const int state = asUser([&] {
-    const std::optional<DiscState> seen = box.recorder().look();
+    const std::optional<DiscState> seen = box.recorder().look()->disc;
     return seen && seen->status == DiscClosed && seen->type == DiscTypeUnknown ? 0 : 1;
   });
   CHECK(state == 0);
   fs::permissions(box.disc(), fs::perms::none);
-  CHECK(asUser([&] { return box.recorder().look() ? 1 : 0; }) == 0);
+  CHECK(asUser([&] { return box.recorder().look()->disc ? 1 : 0; }) == 0);
   fs::permissions(box.disc(), fs::perms::owner_all);
   fs::permissions(box.tray(), fs::perms::owner_all);
 }
@@ -190,8 +194,8 @@ TEST_CASE("A disc put in or taken out between two looks is seen") {
   fs::rename(box.disc(), box.shelf() / "Disc 0001");
   checkNoDisc(box);
   addDisc(box.tray() / "My own", blankCdRw);
-  REQUIRE(recorder.look());
-  CHECK(recorder.look()->rewritable);
+  REQUIRE(recorder.look()->disc);
+  CHECK(discIn(recorder).rewritable);
 }
 
 TEST_CASE("An empty, missing or jammed tray holds no disc") {
@@ -236,8 +240,8 @@ TEST_CASE("Files beside the one disc in the tray do not matter") {
   writeFile(box.tray() / "notes.txt", "x");
   fs::create_directory(box.tray() / ".trash");
   VirtualRecorder recorder = box.recorder();
-  REQUIRE(recorder.look());
-  CHECK(recorder.look()->status == DiscEmpty);
+  REQUIRE(recorder.look()->disc);
+  CHECK(discIn(recorder).status == DiscEmpty);
 }
 
 TEST_CASE("A disc without a description that makes sense is a closed one, and is left as it is") {
@@ -321,13 +325,13 @@ TEST_CASE("Ejecting moves the disc to the shelf and feeds a new blank one") {
   const Sandbox box;
   VirtualRecorder recorder = box.recorder();
   writeDisc(recorder, audioOrder({300}, true, true));
-  CHECK(recorder.eject());
+  CHECK(ejectFailure(recorder) == "no failure");
   CHECK(names(box.shelf()) == Names{"Disc 0001"});
   CHECK(names(box.tray()) == Names{"Disc 0002"});
-  CHECK(recorder.look()->status == DiscEmpty);
+  CHECK(discIn(recorder).status == DiscEmpty);
   CHECK(readFile(box.shelf() / "Disc 0001" / "disc.bin") == sectorsOf(AudioBlocks, 0, 0, 300));
   writeDisc(recorder, audioOrder({300}, true, true));
-  CHECK(recorder.eject());
+  CHECK(ejectFailure(recorder) == "no failure");
   CHECK(names(box.shelf()) == Names{"Disc 0001", "Disc 0002"});
   CHECK(names(box.tray()) == Names{"Disc 0003"});
 }
@@ -342,15 +346,15 @@ TEST_CASE("The feed takes the first blank CD-R of the shelf and passes over ever
   addDisc(box.shelf() / "E second", blankCdR);
   addDisc(box.shelf() / "D first", blankCdR);
   writeFile(box.shelf() / "0 file", "x");
-  CHECK(recorder.eject());
+  CHECK(ejectFailure(recorder) == "no failure");
   CHECK(names(box.tray()) == Names{"D first"});
-  CHECK(recorder.look()->status == DiscEmpty);
+  CHECK(discIn(recorder).status == DiscEmpty);
 }
 
 TEST_CASE("A blank disc that is ejected goes round") {
   const Sandbox box;
   VirtualRecorder recorder = box.recorder();
-  CHECK(recorder.eject());
+  CHECK(ejectFailure(recorder) == "no failure");
   CHECK(names(box.tray()) == Names{"Disc 0001"});
   CHECK(names(box.shelf()).empty());
 }
@@ -359,28 +363,28 @@ TEST_CASE("Without automatic feed the tray stays empty after an eject") {
   const Sandbox box;
   box.configure("[recorder]\nautomaticFeed = no\n");
   VirtualRecorder recorder = box.recorder();
-  CHECK(recorder.eject());
+  CHECK(ejectFailure(recorder) == "no failure");
   CHECK(names(box.tray()).empty());
   CHECK(names(box.shelf()) == Names{"Disc 0001"});
-  CHECK_FALSE(recorder.look());
-  CHECK(recorder.eject());
-  CHECK_FALSE(recorder.look());
+  CHECK_FALSE(recorder.look()->disc);
+  CHECK(ejectFailure(recorder) == "no failure");
+  CHECK_FALSE(recorder.look()->disc);
 }
 
 TEST_CASE("An empty tray that is ejected with automatic feed gets a blank disc") {
   const Sandbox box;
   fs::remove_all(box.disc());
   VirtualRecorder recorder = box.recorder();
-  CHECK(recorder.eject());
-  REQUIRE(recorder.look());
-  CHECK(recorder.look()->status == DiscEmpty);
+  CHECK(ejectFailure(recorder) == "no failure");
+  REQUIRE(recorder.look()->disc);
+  CHECK(discIn(recorder).status == DiscEmpty);
 }
 
 TEST_CASE("A stuck tray refuses to eject and keeps its disc") {
   const Sandbox box;
   box.configure("[recorder]\nrefuseEject = yes\n");
   const auto before = snapshot(box.folder());
-  CHECK_FALSE(box.recorder().eject());
+  CHECK_FALSE(ejects(box));
   CHECK(snapshot(box.folder()) == before);
 }
 
@@ -389,7 +393,7 @@ TEST_CASE("A disc that cannot be moved stays in the tray") {
   fs::remove(box.shelf());
   writeFile(box.shelf(), "a file is no shelf");
   const auto before = snapshot(box.folder());
-  CHECK_FALSE(box.recorder().eject());
+  CHECK_FALSE(ejects(box));
   CHECK(snapshot(box.folder()) == before);
 }
 
@@ -407,7 +411,7 @@ TEST_CASE("An ejected disc never takes the place of something on the shelf") {
   }
   writeFile(box.shelf() / "Disc 0002", "a file in the way of the next name");
   const auto before = snapshot(box.shelf());
-  CHECK(box.recorder().eject());
+  CHECK(ejects(box));
   CHECK(names(box.shelf()) == Names{"Disc 0001", "Disc 0002", "Disc 0003"});
   CHECK(readFile(box.shelf() / "Disc 0003" / "disc.ini") != "theirs");
   const auto after = snapshot(box.shelf());
@@ -418,8 +422,8 @@ TEST_CASE("Ejecting a jammed tray puts both discs onto the shelf") {
   const Sandbox box;
   addDisc(box.tray() / "Other", "damaged");
   VirtualRecorder recorder = box.recorder();
-  CHECK(recorder.eject());
-  REQUIRE(recorder.look());
+  CHECK(ejectFailure(recorder) == "no failure");
+  REQUIRE(recorder.look()->disc);
   CHECK(names(box.shelf()) == Names{"Other"});
   CHECK(names(box.tray()) == Names{"Disc 0001"});
 }
@@ -430,7 +434,7 @@ TEST_CASE("A new disc is numbered above all others, whatever odd numbers lie abo
   writeDisc(recorder, audioOrder({300}, true, true));
   for (const char* name : {"Disc 0041", "Disc 99999999999999999999", "Disc -7", "Disc x", "Disc 2147483647"})
     addDisc(box.shelf() / name, "x");
-  CHECK(recorder.eject());
+  CHECK(ejectFailure(recorder) == "no failure");
   CHECK(names(box.tray()) == Names{"Disc 0042"});
 }
 
@@ -439,10 +443,10 @@ TEST_CASE("The rest of a blank disc whose making was cut off is no disc and is u
   VirtualRecorder recorder = box.recorder();
   writeDisc(recorder, audioOrder({300}, true, true));
   fs::create_directory(box.tray() / ".new disc");
-  REQUIRE(recorder.look());
-  CHECK(recorder.eject());
+  REQUIRE(recorder.look()->disc);
+  CHECK(ejectFailure(recorder) == "no failure");
   CHECK(names(box.tray()) == Names{"Disc 0002"});
-  CHECK(recorder.look()->status == DiscEmpty);
+  CHECK(discIn(recorder).status == DiscEmpty);
 }
 
 }  // namespace trackloom::engines::virtualrecorder

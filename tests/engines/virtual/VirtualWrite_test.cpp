@@ -30,13 +30,12 @@ constexpr std::size_t audioSector = 2352;
 constexpr std::size_t dataSector = 2048;
 
 void checkSpoilt(VirtualRecorder& recorder) {
-  const std::optional<DiscState> state = recorder.look();
-  REQUIRE(state);
-  CHECK(state->status == DiscClosed);
-  CHECK(state->freeAudioBlocks == 0);
-  CHECK(state->freeDataBlocks == 0);
-  CHECK(state->lastSession != SessionIncomplete);
-  CHECK_THAT(failureOf([&] { recorder.begin(audioOrder({10}, true, true)); }), StartsWith("053005 the disc is spoilt"));
+  const DiscState state = discIn(recorder);
+  CHECK(state.status == DiscClosed);
+  CHECK(state.freeAudioBlocks == 0);
+  CHECK(state.freeDataBlocks == 0);
+  CHECK(state.lastSession != SessionIncomplete);
+  CHECK_THAT(failureOf([&] { recorder.check(audioOrder({10}, true, true)); }), StartsWith("053005 the disc is spoilt"));
 }
 
 std::string silence(std::size_t blocks) {
@@ -81,31 +80,52 @@ TEST_CASE("An audio disc has its sectors at their addresses with silence between
         "  TRACK 02 AUDIO\r\n    INDEX 00 00:08:00\r\n    INDEX 01 00:10:00\r\n"
         "  TRACK 03 AUDIO\r\n    INDEX 00 00:16:00\r\n    INDEX 01 00:18:00\r\n");
   CHECK(names(box.disc()) == Names{"disc.bin", "disc.cue", "disc.ini"});
-  CHECK(recorder.look()->status == DiscClosed);
-  CHECK(recorder.look()->lastSession == SessionClosed);
-  CHECK(recorder.look()->freeAudioBlocks == 0);
+  CHECK(discIn(recorder).status == DiscClosed);
+  CHECK(discIn(recorder).lastSession == SessionClosed);
+  CHECK(discIn(recorder).freeAudioBlocks == 0);
 }
 
-TEST_CASE("The pieces in which sectors come do not change the disc") {
-  const std::string expected = sectorsOf(AudioBlocks, 0, 0, 1000) + silence(150) + sectorsOf(AudioBlocks, 1, 0, 500);
-  for (const std::int32_t piece : {1, 7, 446, 447, 1000}) {
-    const Sandbox box;
-    VirtualRecorder recorder = box.recorder();
-    writeDisc(recorder, audioOrder({1000, 500}, true, true), piece);
-    CHECK(readFile(box.disc() / "disc.bin") == expected);
-  }
+TEST_CASE("A write tells its phases in order, each track made ready before its first sector") {
+  const Sandbox box;
+  VirtualRecorder recorder = box.recorder();
+  Script script(audioOrder({20, 1}, true, true));
+  script.run(recorder);
+  CHECK(script.phases == Names{"begin 1", "started 1 20", "progress 1 20", "closing 1", "begin 2", "started 2 1",
+                               "progress 2 1", "closing 2", "session closing", "disc closing"});
+}
+
+TEST_CASE("The disc is as it was while its first track is made ready") {
+  const Sandbox box;
+  VirtualRecorder recorder = box.recorder();
+  const auto before = snapshot(box.root());
+  Script script(audioOrder({20}, true, true));
+  bool same = false;
+  script.onPhase = [&](const std::string& phase) {
+    if (phase == "begin 1") same = snapshot(box.root()) == before;
+  };
+  script.run(recorder);
+  CHECK(same);
+  CHECK(readFile(box.disc() / "disc.bin") == sectorsOf(AudioBlocks, 0, 0, 20));
+}
+
+TEST_CASE("A stop while the first track is made ready leaves the disc as it was") {
+  const Sandbox box;
+  VirtualRecorder recorder = box.recorder();
+  const auto before = snapshot(box.root());
+  stopWriteAt(recorder, audioOrder({20}, true, true), "begin 1");
+  CHECK(snapshot(box.root()) == before);
 }
 
 TEST_CASE("Audio tracks are added to an incomplete session, and the cue sheet lists all of them") {
   const Sandbox box;
   VirtualRecorder recorder = box.recorder();
   writeDisc(recorder, audioOrder({300}, false, false));
-  CHECK(recorder.look()->status == DiscOpen);
-  CHECK(recorder.look()->lastSession == SessionIncomplete);
-  CHECK(recorder.look()->nextWritable == 450);
+  CHECK(discIn(recorder).status == DiscOpen);
+  CHECK(discIn(recorder).lastSession == SessionIncomplete);
+  CHECK(discIn(recorder).nextWritable == 450);
   writeDisc(recorder, audioOrder({200, 100}, false, true));
-  CHECK(recorder.look()->status == DiscClosed);
-  CHECK(recorder.look()->sessions == 1);
+  CHECK(discIn(recorder).status == DiscClosed);
+  CHECK(discIn(recorder).sessions == 1);
   CHECK(readFile(box.disc() / "disc.bin") == sectorsOf(AudioBlocks, 0, 0, 300) + silence(150) +
                                                  sectorsOf(AudioBlocks, 0, 0, 200) + silence(150) +
                                                  sectorsOf(AudioBlocks, 1, 0, 100));
@@ -116,11 +136,11 @@ TEST_CASE("A second data session lies behind the gap between sessions, which tak
   const Sandbox box;
   VirtualRecorder recorder = box.recorder();
   writeDisc(recorder, dataOrder(500, true, false));
-  REQUIRE(recorder.look()->nextWritable == 11900);
+  REQUIRE(discIn(recorder).nextWritable == 11900);
   writeDisc(recorder, dataOrder(300, true, false));
-  CHECK(recorder.look()->sessions == 2);
-  CHECK(recorder.look()->nextWritable == 12200 + 6900);
-  CHECK(recorder.look()->freeDataBlocks == 359849 - 19100);
+  CHECK(discIn(recorder).sessions == 2);
+  CHECK(discIn(recorder).nextWritable == 12200 + 6900);
+  CHECK(discIn(recorder).freeDataBlocks == 359849 - 19100);
   const std::string image = readFile(box.disc() / "disc.iso");
   constexpr std::size_t second = 11900 * dataSector;
   CHECK(image.size() == second + 300 * dataSector);
@@ -138,12 +158,12 @@ TEST_CASE("A full disc takes exactly its blocks") {
   box.describeDisc("[disc]\nmedium = CD-R\nstatus = blank\nblocks = 1000\n");
   VirtualRecorder recorder = box.recorder();
   const auto before = snapshot(box.folder());
-  CHECK_THAT(failureOf([&] { recorder.begin(audioOrder({1001}, true, false)); }), StartsWith("056300 "));
+  CHECK_THAT(failureOf([&] { recorder.check(audioOrder({1001}, true, false)); }), StartsWith("056300 "));
   CHECK(snapshot(box.folder()) == before);
   writeDisc(recorder, audioOrder({1000}, true, false));
-  CHECK(recorder.look()->status == DiscOpen);
-  CHECK(recorder.look()->freeAudioBlocks == 0);
-  CHECK_THAT(failureOf([&] { recorder.begin(audioOrder({1}, true, false)); }), StartsWith("056300 "));
+  CHECK(discIn(recorder).status == DiscOpen);
+  CHECK(discIn(recorder).freeAudioBlocks == 0);
+  CHECK_THAT(failureOf([&] { recorder.check(audioOrder({1}, true, false)); }), StartsWith("056300 "));
 }
 
 TEST_CASE("A closed disc and a missing disc are refused and left alone") {
@@ -151,14 +171,14 @@ TEST_CASE("A closed disc and a missing disc are refused and left alone") {
   VirtualRecorder recorder = box.recorder();
   writeDisc(recorder, audioOrder({300}, true, true));
   const auto before = snapshot(box.folder());
-  CHECK(failureOf([&] { recorder.begin(audioOrder({1}, true, true)); }) ==
+  CHECK(failureOf([&] { recorder.check(audioOrder({1}, true, true)); }) ==
         "053005 the disc is closed for further writing (5/30/05)");
   CHECK(snapshot(box.folder()) == before);
   fs::remove_all(box.disc());
-  CHECK(failureOf([&] { recorder.begin(audioOrder({1}, true, true)); }) ==
+  CHECK(failureOf([&] { recorder.check(audioOrder({1}, true, true)); }) ==
         "023A00 no disc in Virtual Recorder (2/3A/00)");
   fs::remove_all(box.folder());
-  CHECK_THAT(failureOf([&] { recorder.begin(audioOrder({1}, true, true)); }), Contains("No such file or directory"));
+  CHECK_THAT(failureOf([&] { recorder.check(audioOrder({1}, true, true)); }), Contains("No such file or directory"));
 }
 
 TEST_CASE("A test write makes the same calls and leaves every file, folder and time as it was") {
@@ -173,7 +193,7 @@ TEST_CASE("A test write makes the same calls and leaves every file, folder and t
   const auto before = snapshot(box.root());
   writeDisc(recorder, order);
   CHECK(snapshot(box.root()) == before);
-  { const auto unfinished = recorder.begin(order); }
+  stopWriteAt(recorder, order, "disc closing");
   CHECK(snapshot(box.root()) == before);
 }
 
@@ -183,60 +203,26 @@ TEST_CASE("A test write refuses what a real one refuses") {
   WriteOrder order = audioOrder({359850}, true, true);
   order.test = GENERATE(false, true);
   const auto before = snapshot(box.folder());
-  CHECK_THAT(failureOf([&] { recorder.begin(order); }), StartsWith("056300 "));
+  CHECK_THAT(failureOf([&] { recorder.check(order); }), StartsWith("056300 "));
+  CHECK_THAT(failureOf([&] { writeDisc(recorder, order); }), StartsWith("056300 "));
   CHECK(snapshot(box.folder()) == before);
-
-  order.trackBlocks = {10, 10};
-  order.closeDisc = false;
-  order.closeSession = false;
-  const auto write = recorder.begin(order);
-  const std::string sectors = sectorsOf(AudioBlocks, 0, 0, 11);
-  CHECK_THAT(failureOf([&] { write->write(bytesOf(sectors)); }), StartsWith("052C00 "));
-  CHECK_THAT(failureOf([&] { write->closeTrack(); }), StartsWith("052C00 "));
-  write->startTrack();
-  CHECK_THAT(failureOf([&] { write->startTrack(); }), StartsWith("052C00 "));
-  CHECK_THAT(failureOf([&] { write->write(bytesOf(sectors)); }), StartsWith("052100 track 1"));
-  CHECK_THAT(failureOf([&] { write->write(bytesOf(sectors).first(2048)); }), StartsWith("052600 "));
-  write->write(bytesOf(sectors).first(9 * audioSector));
-  CHECK_THAT(failureOf([&] { write->closeTrack(); }), Contains("after 9 of 10 blocks"));
-  write->write(bytesOf(sectors).first(audioSector));
-  write->closeTrack();
-  CHECK_THAT(failureOf([&] { write->finish(); }), StartsWith("052C00 "));
-  CHECK_THAT(failureOf([&] { write->closeSession(); }), StartsWith("052C00 "));
-  write->startTrack();
-  write->write(bytesOf(sectors).first(10 * audioSector));
-  write->closeTrack();
-  CHECK_THAT(failureOf([&] { write->startTrack(); }), StartsWith("052C00 "));
-  CHECK_THAT(failureOf([&] { write->closeSession(); }), Contains("without an order"));
-  CHECK_THAT(failureOf([&] { write->closeDisc(); }), Contains("without an order"));
-  write->finish();
-  CHECK_THAT(failureOf([&] { write->finish(); }), Contains("has ended"));
 }
 
-TEST_CASE("A write that is dropped leaves a spoilt disc whose earlier sessions are whole") {
+TEST_CASE("A write that is stopped leaves a spoilt disc whose earlier sessions are whole") {
   const Sandbox box;
   VirtualRecorder recorder = box.recorder();
   writeDisc(recorder, audioOrder({300}, false, false));
-  const WriteOrder order = audioOrder({200, 200}, true, true);
-  SECTION("before its first sector") {
-    const auto write = recorder.begin(order);
-  }
-  SECTION("within a track") {
-    const auto write = recorder.begin(order);
-    write->startTrack();
-    write->write(bytesOf(sectorsOf(AudioBlocks, 0, 0, 100)));
-  }
-  SECTION("after its last call but one") {
-    const auto write = recorder.begin(order);
-    writeTracks(*write, order);
-  }
+  // The first block, in the midst, between tracks, at the last block, and between the disc's close and its finish.
+  const char* const phase = GENERATE("started 1 200", "read 1 97", "closing 1", "begin 2", "progress 2 200",
+                                     "session closing", "disc closing");
+  stopWriteAt(recorder, audioOrder({200, 200}, true, true), phase);
   checkSpoilt(recorder);
-  CHECK(recorder.look()->sessions == 1);
+  CHECK(discIn(recorder).sessions == 1);
   CHECK(readFile(box.disc() / "disc.bin").substr(0, 300 * audioSector) == sectorsOf(AudioBlocks, 0, 0, 300));
   CHECK(readFile(box.disc() / "disc.cue") ==
         "FILE \"disc.bin\" BINARY\r\n  TRACK 01 AUDIO\r\n    INDEX 01 00:00:00\r\n");
-  CHECK(recorder.eject());
-  CHECK(recorder.look()->status == DiscEmpty);
+  CHECK(ejectFailure(recorder) == "no failure");
+  CHECK(discIn(recorder).status == DiscEmpty);
 }
 
 TEST_CASE("A process that is killed within a write leaves a spoilt disc and nothing else changed") {
@@ -246,28 +232,14 @@ TEST_CASE("A process that is killed within a write leaves a spoilt disc and noth
   fs::create_directory(box.shelf() / "Disc 0002");
   writeFile(box.shelf() / "Disc 0002" / "disc.ini", "theirs");
   const auto shelf = snapshot(box.shelf());
-  const WriteOrder order = dataOrder(3000, true, false);
-  SECTION("right after its beginning") {
-    killAt([&](const auto& reached) {
-      const auto write = recorder.begin(order);
-      reached();
-    });
-  }
-  SECTION("within a track") {
-    killAt([&](const auto& reached) {
-      const auto write = recorder.begin(order);
-      write->startTrack();
-      write->write(bytesOf(sectorsOf(DataBlocks, 0, 0, 2000)));
-      reached();
-    });
-  }
-  SECTION("before its end") {
-    killAt([&](const auto& reached) {
-      const auto write = recorder.begin(order);
-      writeTracks(*write, order);
-      reached();
-    });
-  }
+  const std::string phase = GENERATE("started 1 3000", "read 1 2001", "session closing");
+  killAt([&](const auto& reached) {
+    Script script(dataOrder(3000, true, false));
+    script.onPhase = [&](const std::string& now) {
+      if (now == phase) reached();
+    };
+    script.run(recorder);
+  });
   checkSpoilt(recorder);
   CHECK(readFile(box.disc() / "disc.iso").substr(0, 300 * dataSector) == sectorsOf(DataBlocks, 0, 0, 300));
   CHECK(snapshot(box.shelf()) == shelf);
@@ -288,13 +260,12 @@ TEST_CASE("At whatever moment a write is killed, the disc is blank as before, sp
     kill(child, SIGKILL);
     int status = 0;
     REQUIRE(waitpid(child, &status, 0) == child);
-    const std::optional<DiscState> state = recorder.look();
-    REQUIRE(state);
-    CHECK(state->type == DiscTypeCdRom);
-    if (state->status == DiscEmpty) CHECK(state->freeAudioBlocks == 359849);
-    if (state->status != DiscEmpty) CHECK(state->freeAudioBlocks == 0);
-    CHECK(state->status != DiscOpen);
-    if (state->sessions == 1) CHECK(readFile(box.disc() / "disc.bin") == expected);
+    const DiscState state = discIn(recorder);
+    CHECK(state.type == DiscTypeCdRom);
+    if (state.status == DiscEmpty) CHECK(state.freeAudioBlocks == 359849);
+    if (state.status != DiscEmpty) CHECK(state.freeAudioBlocks == 0);
+    CHECK(state.status != DiscOpen);
+    if (state.sessions == 1) CHECK(readFile(box.disc() / "disc.bin") == expected);
   }
 }
 
@@ -330,7 +301,7 @@ TEST_CASE("A fault for writes spares tests, and a fault for tests spares writes"
   CHECK(failureOf([&] { writeDisc(recorder, test); }) == "030C00 write error at block 100 (3/0C/00)");
   CHECK(snapshot(box.tray()) == before);
   writeDisc(recorder, audioOrder({300}, true, false));
-  CHECK(recorder.look()->status == DiscOpen);
+  CHECK(discIn(recorder).status == DiscOpen);
 }
 
 TEST_CASE("A fault at an address that the write does not reach fails nothing") {
@@ -338,7 +309,7 @@ TEST_CASE("A fault at an address that the write does not reach fails nothing") {
   VirtualRecorder recorder = box.recorder();
   box.configure("[faults]\nfailWriteAt = 300\n");
   writeDisc(recorder, audioOrder({300}, true, true));
-  CHECK(recorder.look()->status == DiscClosed);
+  CHECK(discIn(recorder).status == DiscClosed);
 }
 
 TEST_CASE("A refusal of the file system within a write names the block and the reason, and spoils the disc") {
@@ -362,17 +333,17 @@ TEST_CASE("A computer's disk that fills up within a write spoils the disc, and o
     if (!mountSmallFileSystem(small, "size=8m")) return 77;
     createVirtualRecorder(HostPath((small / "R").string()));
     VirtualRecorder recorder(HostPath((small / "R").string()));
-    const std::string tooMuch = failureOf([&] { recorder.begin(audioOrder({4000}, true, true)); });
+    const std::string tooMuch = failureOf([&] { recorder.check(audioOrder({4000}, true, true)); });
     if (!tooMuch.starts_with("030C00 no room for the virtual disc on the computer's disk: ")) return 1;
-    if (recorder.look()->status != DiscEmpty) return 2;
-    const auto write = recorder.begin(audioOrder({3000}, true, true));
-    std::ofstream filler(small / "filler", std::ios::binary);
-    filler << std::string(6 << 20, 'x') << std::flush;
-    write->startTrack();
-    const std::string full = failureOf([&] { write->write(bytesOf(sectorsOf(AudioBlocks, 0, 0, 3000))); });
+    if (recorder.look()->disc->status != DiscEmpty) return 2;
+    Script script(audioOrder({3000}, true, true));
+    script.onPhase = [&](const std::string& phase) {
+      if (phase == "started 1 3000") std::ofstream(small / "filler", std::ios::binary) << std::string(6 << 20, 'x');
+    };
+    const std::string full = failureOf([&] { script.run(recorder); });
     if (!full.starts_with("030C00 write error at block ")) return 3;
     if (!full.ends_with(": No space left on device (3/0C/00)")) return 4;
-    return recorder.look()->status == DiscClosed ? 0 : 5;
+    return recorder.look()->disc->status == DiscClosed ? 0 : 5;
   });
   if (result == 77)
     WARN("this machine lets nobody mount a file system of his own");
@@ -384,19 +355,21 @@ TEST_CASE("While a write runs nothing else can write, test or eject the disc") {
   const Sandbox box;
   VirtualRecorder recorder = box.recorder();
   VirtualRecorder other = box.recorder();
-  WriteOrder order = audioOrder({300}, true, true);
-  order.test = GENERATE(false, true);
-  {
-    const auto write = recorder.begin(order);
-    CHECK(failureOf([&] { other.begin(order); }) ==
-          "020408 Virtual Recorder is busy: something else writes its disc (2/04/08)");
-    CHECK_FALSE(other.eject());
-    CHECK(inChild([&] { return failureOf([&] { other.begin(order); }).starts_with("020408") ? 0 : 1; }) == 0);
-    writeTracks(*write, order);
-    write->finish();
-    CHECK(other.eject());
-  }
-  writeDisc(other, order);
+  Script script(audioOrder({300}, true, true));
+  script.order.test = GENERATE(false, true);
+  const std::string busy = "020408 Virtual Recorder is busy: something else writes its disc (2/04/08)";
+  const std::string phase = GENERATE("begin 1", "read 1 1", "disc closing");
+  Names refusals;
+  script.onPhase = [&](const std::string& now) {
+    if (now != phase) return;
+    refusals = {failureOf([&] { other.check(script.order); }), failureOf([&] { writeDisc(other, script.order); }),
+                ejectFailure(other), ejectFailure(recorder)};
+    CHECK(inChild([&] { return failureOf([&] { other.check(script.order); }) == busy ? 0 : 1; }) == 0);
+  };
+  script.run(recorder);
+  CHECK(refusals == Names{busy, busy, busy, busy});
+  CHECK(ejectFailure(other) == "no failure");
+  writeDisc(other, script.order);
 }
 
 TEST_CASE("Looks taken while another thread writes see a blank disc, then a closed one") {
@@ -410,48 +383,84 @@ TEST_CASE("Looks taken while another thread writes see a blank disc, then a clos
   bool sense = true;
   DiscStatusCode last = DiscEmpty;
   while (!done) {
-    const std::optional<DiscState> state = recorder.look();
+    const auto state = recorder.look()->disc;
     sense = sense && state && state->type == DiscTypeCdRom && (state->status == last || state->status == DiscClosed);
     if (state) last = state->status;
   }
   writer.join();
   CHECK(sense);
-  CHECK(recorder.look()->sessions == 1);
+  CHECK(discIn(recorder).sessions == 1);
 }
 
 TEST_CASE("A disc that is moved within a write is finished where it now lies") {
   const Sandbox box;
   VirtualRecorder recorder = box.recorder();
-  const WriteOrder order = audioOrder({300}, true, true);
-  const auto write = recorder.begin(order);
-  fs::rename(box.disc(), box.shelf() / "Moved");
-  writeTracks(*write, order);
-  write->finish();
+  Script script(audioOrder({300}, true, true));
+  script.onPhase = [&](const std::string& phase) {
+    if (phase == "read 1 97") fs::rename(box.disc(), box.shelf() / "Moved");
+  };
+  script.run(recorder);
   CHECK(readFile(box.shelf() / "Moved" / "disc.bin") == sectorsOf(AudioBlocks, 0, 0, 300));
-  CHECK_FALSE(recorder.look());
+  CHECK_FALSE(recorder.look()->disc);
   fs::rename(box.shelf() / "Moved", box.tray() / "Moved");
-  CHECK(recorder.look()->status == DiscClosed);
+  CHECK(discIn(recorder).status == DiscClosed);
 }
 
 TEST_CASE("A disc that is deleted within a write fails in words") {
   const Sandbox box;
   VirtualRecorder recorder = box.recorder();
-  const WriteOrder order = audioOrder({300}, true, true);
-  const auto write = recorder.begin(order);
-  fs::remove_all(box.disc());
-  writeTracks(*write, order);
-  CHECK_THAT(failureOf([&] { write->finish(); }), Contains("No such file or directory"));
-  CHECK_FALSE(recorder.look());
+  Script script(audioOrder({300}, true, true));
+  script.onPhase = [&](const std::string& phase) {
+    if (phase == "read 1 97") fs::remove_all(box.disc());
+  };
+  CHECK_THAT(failureOf([&] { script.run(recorder); }), Contains("No such file or directory"));
+  CHECK_FALSE(recorder.look()->disc);
 }
 
 TEST_CASE("A description that cannot be replaced refuses the write and leaves the disc as it was") {
   const Sandbox box;
   VirtualRecorder recorder = box.recorder();
   fs::create_directory(box.disc() / "disc.ini.new");
-  const std::string text = failureOf([&] { recorder.begin(audioOrder({300}, true, true)); });
-  CHECK_THAT(text, StartsWith("030C00 the disc cannot be written: cannot open disc.ini.new"));
-  CHECK(recorder.look()->status == DiscEmpty);
+  const std::string text = failureOf([&] { writeDisc(recorder, audioOrder({300}, true, true)); });
+  CHECK_THAT(text, StartsWith("030C00 the disc cannot be written: cannot replace disc.ini.new"));
+  CHECK(discIn(recorder).status == DiscEmpty);
   CHECK(names(box.disc()) == Names{"disc.ini", "disc.ini.new"});
+}
+
+TEST_CASE("No hard link leads a write out of the recorder's folder") {
+  const Sandbox box;
+  VirtualRecorder recorder = box.recorder();
+  const std::string name = GENERATE("disc.ini.new", "disc.cue.new", "disc.bin");
+  const std::string theirs = name == "disc.bin" ? "" : "theirs";
+  writeFile(box.root() / "victim", theirs);
+  fs::create_hard_link(box.root() / "victim", box.disc() / name);
+  writeDisc(recorder, audioOrder({300}, true, true));
+  CHECK(readFile(box.root() / "victim") == theirs);
+  CHECK(readFile(box.disc() / "disc.bin") == sectorsOf(AudioBlocks, 0, 0, 300));
+  CHECK(names(box.disc()) == Names{"disc.bin", "disc.cue", "disc.ini"});
+}
+
+TEST_CASE("Sectors that have another name elsewhere are not added to") {
+  const Sandbox box;
+  VirtualRecorder recorder = box.recorder();
+  writeDisc(recorder, audioOrder({300}, false, false));
+  fs::create_hard_link(box.disc() / "disc.bin", box.root() / "theirs");
+  const auto before = snapshot(box.root());
+  CHECK_THAT(failureOf([&] { writeDisc(recorder, audioOrder({300}, true, true)); }),
+             Contains("disc.bin has another name"));
+  CHECK(snapshot(box.root()) == before);
+}
+
+TEST_CASE("A cue sheet that a kill left behind is mended when the disc is ejected") {
+  const Sandbox box;
+  VirtualRecorder recorder = box.recorder();
+  writeDisc(recorder, audioOrder({300}, false, false));
+  const std::string old = readFile(box.disc() / "disc.cue");
+  writeDisc(recorder, audioOrder({200}, true, true));
+  const std::string now = readFile(box.disc() / "disc.cue");
+  writeFile(box.disc() / "disc.cue", GENERATE_COPY(old, std::string(now.size(), 'x'), std::string()));
+  CHECK(ejectFailure(recorder) == "no failure");
+  CHECK(readFile(box.shelf() / "Disc 0001" / "disc.cue") == now);
 }
 
 TEST_CASE("With real-time pacing a write takes its time") {
@@ -461,7 +470,7 @@ TEST_CASE("With real-time pacing a write takes its time") {
   const auto begun = std::chrono::steady_clock::now();
   writeDisc(recorder, audioOrder({600}, true, true));
   CHECK(std::chrono::steady_clock::now() - begun >= std::chrono::milliseconds(200));
-  REQUIRE(recorder.eject());
+  REQUIRE(ejectFailure(recorder) == "no failure");
   WriteOrder slow = audioOrder({60}, true, true);
   slow.speed = 4;
   const auto again = std::chrono::steady_clock::now();

@@ -189,18 +189,12 @@ TEST_CASE("A listener may start the next write from the completion of the last")
   CHECK(world.recorder->disc()->tracks.size() == 2);
 }
 
-TEST_CASE("What the engine cannot do yet it refuses in words") {
+TEST_CASE("A finished image is not written yet, which is said") {
   FakeWorld world;
-  CHECK_FALSE(world.writer->ImportLastSession(true));
-  CHECK_FALSE(world.writer->EraseDisc(true));
-  CHECK(world.writer->LastDeviceErrorText().find("not erased") != std::string::npos);
-  CHECK_FALSE(world.writer->CloseLastSession(false));
-  CHECK(world.writer->LastDeviceErrorText().find("not closed") != std::string::npos);
   CHECK_FALSE(world.writer->WriteIsoImage(HostPath("/x.iso")));
-  CHECK(world.heard.lines.empty());
-  REQUIRE(world.queue.runUntil([&] { return world.heard.ended(); }));
+  world.queue.runPosted();
   CHECK(world.heard.lines == Lines{"OnWriteError 3 0"});
-  CHECK(world.writer->LastDeviceErrorText().find("/x.iso") != std::string::npos);
+  CHECK(world.writers.failureDetail().lastFailure().find("/x.iso") != std::string::npos);
 }
 
 }  // namespace trackloom::engines::writer

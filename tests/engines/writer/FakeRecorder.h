@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "engines/disc/Recorder.h"
+#include "engines/disc/Sense.h"
 
 namespace trackloom::engines::writer {
 
@@ -46,6 +47,9 @@ class FakeRecorder : public Recorder {
   bool guardOn = false;
   std::atomic<int> writesUnderWay = 0;
   std::vector<WriteOrder> orders;
+  std::vector<bool> erases;
+  /// Whether erasing and closing fail.
+  bool failChange = false;
 
   void insert(FakeDisc disc) {
     const std::lock_guard lock(mutex_);
@@ -56,82 +60,48 @@ class FakeRecorder : public Recorder {
     return disc_;
   }
 
-  DriveIdentity identity() const override { return name; }
   bool take() override { return !refuseTake; }
   void enableWriteGuard(bool on) override { guardOn = on; }
-  std::optional<DiscState> look() override {
+  std::shared_ptr<const DriveSnapshot> look() override {
     const std::lock_guard lock(mutex_);
-    return disc_ ? std::optional(disc_->state) : std::nullopt;
+    return std::make_shared<DriveSnapshot>(DriveSnapshot{name, disc_ ? std::optional(disc_->state) : std::nullopt});
   }
-  bool eject() override {
+  void check(const WriteOrder& order) override {
+    const auto disc = look()->disc;
+    if (!disc) throw deviceError(sense::noMedium, "no disc is in the drive");
+    requireFits(order, *disc);
+  }
+  void write(const WriteOrder& order, SectorSource& source, OperationObserver& observer,
+             const std::stop_token& stop) override;
+  void erase(bool quick, OperationObserver& observer, const std::stop_token& stop) override {
+    erases.push_back(quick);
+    work(observer, stop, &OperationObserver::erasing);
+    insert(FakeDisc::blank());
+  }
+  void close(bool alsoDisc, OperationObserver& observer, const std::stop_token& stop) override {
+    work(observer, stop, &OperationObserver::sessionClosing);
+    FakeDisc closed = *disc();
+    closed.state.lastSession = SessionClosed;
+    if (alsoDisc) closed.state.status = DiscClosed;
+    insert(closed);
+  }
+  std::vector<std::byte> read(std::int32_t, std::int32_t) override { return {}; }
+  void eject() override {
     const std::lock_guard lock(mutex_);
-    if (refuseEject || writesUnderWay != 0) return false;
+    if (refuseEject || writesUnderWay != 0) throw deviceError(sense::trayStuck, "the tray is stuck");
     disc_.reset();
-    return true;
   }
-  std::unique_ptr<DiscWrite> begin(const WriteOrder& order) override;
 
  private:
-  friend class FakeWrite;
+  void work(OperationObserver& observer, const std::stop_token& stop, void (OperationObserver::*phase)()) {
+    (observer.*phase)();
+    if (failChange) throw deviceError(sense::writeError, "the drive smokes");
+    std::this_thread::sleep_for(everyWrite);
+    if (stop.stop_requested()) throw Stopped();
+  }
 
   mutable std::mutex mutex_;
   std::optional<FakeDisc> disc_;
 };
-
-class FakeWrite : public DiscWrite {
- public:
-  FakeWrite(FakeRecorder& recorder, WriteOrder order) : recorder_(recorder), order_(std::move(order)) {
-    ++recorder_.writesUnderWay;
-  }
-  ~FakeWrite() override {
-    if (!finished_ && !order_.test) recorder_.insert(FakeDisc::closed());
-    --recorder_.writesUnderWay;
-  }
-
-  void startTrack() override { tracks_.emplace_back(); }
-  void write(std::span<const std::byte> sectors) override {
-    std::this_thread::sleep_for(recorder_.everyWrite);
-    blocks_ += static_cast<std::int64_t>(sectors.size() / (order_.kind == AudioBlocks ? 2352 : 2048));
-    if (recorder_.failAtBlock && blocks_ > *recorder_.failAtBlock)
-      throw EngineError(ErrorKind::Device, 0x030C00,
-                        "write error at block " + std::to_string(*recorder_.failAtBlock) + " (3/0C/00)");
-    tracks_.back().append(reinterpret_cast<const char*>(sectors.data()), sectors.size());
-  }
-  std::int16_t bufferPercent() override { return 97; }
-  void closeTrack() override { failIfClosing("track"); }
-  void closeSession() override { failIfClosing("session"); }
-  void closeDisc() override { failIfClosing("disc"); }
-  void finish() override {
-    finished_ = true;
-    if (order_.test) return;
-    const bool closed = order_.closeSession || order_.closeDisc;
-    FakeDisc disc = *recorder_.disc();
-    disc.tracks.insert(disc.tracks.end(), tracks_.begin(), tracks_.end());
-    disc.state.status = order_.closeDisc ? DiscClosed : DiscOpen;
-    disc.state.lastSession = closed ? SessionClosed : SessionIncomplete;
-    disc.state.sessions = static_cast<std::int16_t>(disc.state.sessions + 1);
-    const auto used = static_cast<std::int32_t>(blocks_);
-    disc.state.freeAudioBlocks = order_.closeDisc ? 0 : disc.state.freeAudioBlocks - used;
-    disc.state.freeDataBlocks = order_.closeDisc ? 0 : disc.state.freeDataBlocks - used;
-    recorder_.insert(disc);
-  }
-
- private:
-  void failIfClosing(const std::string& part) const {
-    if (recorder_.failClosing == part)
-      throw EngineError(ErrorKind::Device, 0x057200, part + " could not be closed (5/72/00)");
-  }
-
-  FakeRecorder& recorder_;
-  WriteOrder order_;
-  std::vector<std::string> tracks_;
-  std::int64_t blocks_ = 0;
-  bool finished_ = false;
-};
-
-inline std::unique_ptr<DiscWrite> FakeRecorder::begin(const WriteOrder& order) {
-  orders.push_back(order);
-  return std::make_unique<FakeWrite>(*this, order);
-}
 
 }  // namespace trackloom::engines::writer

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "engines/writer/DiscWriters.h"
-#include "engines/writer/FakeRecorder.h"
+#include "engines/writer/FakeWrite.h"
 #include "fakes/FakeEventQueue.h"
 #include "fakes/TempFolder.h"
 #include "fakes/TestFiles.h"

@@ -196,13 +196,13 @@ TEST_CASE("An image file that cannot be written is a file error within the call"
   world.image = world.folder.host("no/such/folder.iso").text;
   CHECK_FALSE(world.make());
   CHECK(world.heard.lines.back() == "OnWriteError 2 0");
-  CHECK(world.writer->LastDeviceErrorText().find("folder.iso") != std::string::npos);
+  CHECK(world.writers.failureDetail().lastFailure().find("folder.iso") != std::string::npos);
   world.image = world.folder.host("pipe").text;
   REQUIRE(::mkfifo(world.image.c_str(), 0600) == 0);
   CHECK_FALSE(world.make());
   world.image = "/dev/full";
   CHECK_FALSE(world.make());
-  CHECK(world.writer->LastDeviceErrorText().find("No space left") != std::string::npos);
+  CHECK(world.writers.failureDetail().lastFailure().find("No space left") != std::string::npos);
 }
 
 TEST_CASE("Ten thousand files of one folder make an image") {

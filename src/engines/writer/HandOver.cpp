@@ -1,0 +1,125 @@
+#include "engines/writer/HandOver.h"
+
+#include <algorithm>
+#include <cstring>
+#include <utility>
+
+#include "engines/disc/SectorSource.h"
+
+namespace trackloom::engines::writer {
+
+namespace {
+
+constexpr std::size_t mostReady = std::size_t{4} << 20;
+
+}  // namespace
+
+void HandOver::begin() {
+  const std::lock_guard lock(mutex_);
+  ended_ = false;
+}
+
+void HandOver::tellLengths(std::vector<std::int32_t> trackBlocks) {
+  const std::lock_guard lock(mutex_);
+  lengths_ = std::move(trackBlocks);
+  changed_.notify_all();
+}
+
+void HandOver::awaitWanted(std::int16_t track, const std::stop_token& stop) {
+  std::unique_lock lock(mutex_);
+  if (!changed_.wait(lock, stop, [&] { return wanted_ >= track; })) throw Stopped();
+}
+
+void HandOver::put(std::vector<std::byte> sectors, std::int16_t level, const std::stop_token& stop) {
+  std::unique_lock lock(mutex_);
+  if (!changed_.wait(lock, stop, [&] { return ready_ < mostReady; })) throw Stopped();
+  ready_ += sectors.size();
+  level_ = level;
+  chunks_.push_back(std::move(sectors));
+  changed_.notify_all();
+}
+
+void HandOver::fail(std::exception_ptr failure) {
+  const std::lock_guard lock(mutex_);
+  failure_ = std::move(failure);
+  changed_.notify_all();
+}
+
+void HandOver::end() {
+  const std::lock_guard lock(mutex_);
+  ended_ = true;
+  changed_.notify_all();
+}
+
+void HandOver::tellReading(const std::string& what) {
+  const std::lock_guard lock(mutex_);
+  reading_ = what;
+}
+
+void HandOver::unlessAbandoned(const std::function<void()>& action) {
+  const std::lock_guard lock(mutex_);
+  if (!abandoned_) action();
+}
+
+std::vector<std::int32_t> HandOver::lengths(const std::stop_token& stop) {
+  std::unique_lock lock(mutex_);
+  if (!changed_.wait(lock, stop, [&] { return lengths_ || failure_; })) throw Stopped();
+  if (!lengths_) std::rethrow_exception(failure_);
+  return *lengths_;
+}
+
+void HandOver::awaitSectors(std::unique_lock<std::mutex>& lock, const std::stop_token& stop) {
+  if (!changed_.wait(lock, stop, [&] { return !chunks_.empty() || failure_; })) throw Stopped();
+  if (chunks_.empty()) std::rethrow_exception(failure_);
+}
+
+void HandOver::want(std::int16_t track, const std::stop_token& stop) {
+  std::unique_lock lock(mutex_);
+  wanted_ = track;
+  changed_.notify_all();
+  awaitSectors(lock, stop);
+}
+
+void HandOver::take(std::span<std::byte> sectors, const std::stop_token& stop) {
+  while (!sectors.empty()) {
+    std::unique_lock lock(mutex_);
+    awaitSectors(lock, stop);
+    const std::vector<std::byte>& chunk = chunks_.front();
+    const std::size_t count = std::min(sectors.size(), chunk.size() - taken_);
+    std::memcpy(sectors.data(), chunk.data() + taken_, count);
+    sectors = sectors.subspan(count);
+    taken_ += count;
+    if (taken_ != chunk.size()) continue;
+    ready_ -= chunk.size();
+    taken_ = 0;
+    chunks_.pop_front();
+    changed_.notify_all();
+  }
+}
+
+std::int16_t HandOver::level() {
+  const std::lock_guard lock(mutex_);
+  return level_;
+}
+
+void HandOver::abandon() {
+  const std::lock_guard lock(mutex_);
+  abandoned_ = true;
+}
+
+bool HandOver::atWork() {
+  const std::lock_guard lock(mutex_);
+  return !ended_;
+}
+
+bool HandOver::awaitEnd(std::chrono::milliseconds limit, const std::stop_token& stop) {
+  std::unique_lock lock(mutex_);
+  return changed_.wait_for(lock, stop, limit, [&] { return ended_; });
+}
+
+std::string HandOver::reading() {
+  const std::lock_guard lock(mutex_);
+  return reading_;
+}
+
+}  // namespace trackloom::engines::writer

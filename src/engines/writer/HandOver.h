@@ -1,0 +1,73 @@
+#pragma once
+
+#include <chrono>
+#include <condition_variable>
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <exception>
+#include <functional>
+#include <mutex>
+#include <optional>
+#include <span>
+#include <stop_token>
+#include <string>
+#include <vector>
+
+namespace trackloom::engines::writer {
+
+/// What passes between the thread that reads the sources of a write and the one that writes the disc. Every wait ends
+/// with Stopped when its token is stopped. Both threads share it, so that either may be gone while the other still
+/// waits for the system.
+class HandOver {
+ public:
+  // The reading side.
+
+  /// A reader is at work from here to end().
+  void begin();
+  void tellLengths(std::vector<std::int32_t> trackBlocks);
+  /// Waits until the disc is about to take this track, from 1.
+  void awaitWanted(std::int16_t track, const std::stop_token& stop);
+  /// Waits while too much lies ready. `level`: how full the buffer is that the sectors came from.
+  void put(std::vector<std::byte> sectors, std::int16_t level, const std::stop_token& stop);
+  void fail(std::exception_ptr failure);
+  /// All sources have been let go of.
+  void end();
+  /// What the reader waits for while it waits for the system.
+  void tellReading(const std::string& what);
+  /// Does this unless the write has ended.
+  void unlessAbandoned(const std::function<void()>& action);
+
+  // The writing side; what made the reader fail is thrown once the sectors before it are used up.
+
+  std::vector<std::int32_t> lengths(const std::stop_token& stop);
+  /// Wants a track, and waits for its first sectors.
+  void want(std::int16_t track, const std::stop_token& stop);
+  void take(std::span<std::byte> sectors, const std::stop_token& stop);
+  std::int16_t level();
+  /// Nothing is wanted any more.
+  void abandon();
+  /// A reader was begun and has not ended.
+  bool atWork();
+  /// False: the reader still waits for the system.
+  bool awaitEnd(std::chrono::milliseconds limit, const std::stop_token& stop);
+  std::string reading();
+
+ private:
+  void awaitSectors(std::unique_lock<std::mutex>& lock, const std::stop_token& stop);
+
+  std::mutex mutex_;
+  std::condition_variable_any changed_;
+  std::optional<std::vector<std::int32_t>> lengths_;
+  std::deque<std::vector<std::byte>> chunks_;
+  std::size_t ready_ = 0;
+  std::size_t taken_ = 0;
+  std::int16_t wanted_ = 0;
+  std::int16_t level_ = 100;
+  std::exception_ptr failure_;
+  std::string reading_;
+  bool abandoned_ = false;
+  bool ended_ = true;
+};
+
+}  // namespace trackloom::engines::writer

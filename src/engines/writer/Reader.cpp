@@ -1,0 +1,109 @@
+#include "engines/writer/Reader.h"
+
+#include <algorithm>
+#include <optional>
+#include <thread>
+#include <utility>
+
+#include "engines/writer/CacheFile.h"
+#include "engines/writer/Progress.h"
+
+namespace trackloom::engines::writer {
+
+namespace {
+
+constexpr std::int64_t sectorsAtOnce = 128;
+/// A reader that nothing holds up ends at once, and there is no need to leave it alone.
+constexpr std::chrono::milliseconds graceOfReader{100};
+
+/// The work of a reader's thread.
+class Reading {
+ public:
+  Reading(const ReadOrder& order, HandOver& handOver, const std::stop_token& stop)
+      : order_(order), handOver_(handOver), stop_(stop) {}
+
+  void run();
+
+ private:
+  void cacheTrack(std::int16_t track);
+  void handOverTrack(std::int16_t track);
+  std::int64_t blocksOf(std::int16_t track) const {
+    return opened_.trackBlocks.at(static_cast<std::size_t>(track) - 1);
+  }
+  bool isLast(std::int16_t track) const { return track == std::ssize(opened_.trackBlocks); }
+  void raise(std::function<void(CDWriterEvents&)> event);
+
+  const ReadOrder& order_;
+  HandOver& handOver_;
+  const std::stop_token& stop_;
+  OpenedSource opened_;
+  std::optional<CacheFile> cache_;
+};
+
+void Reading::run() {
+  opened_ = order_.open(handOver_, stop_);
+  handOver_.tellLengths(opened_.trackBlocks);
+  for (std::int16_t track = 1; track <= std::ssize(opened_.trackBlocks); ++track) {
+    handOver_.tellReading(opened_.trackNames.at(static_cast<std::size_t>(track) - 1));
+    if (order_.cached) cacheTrack(track);
+    handOverTrack(track);
+  }
+}
+
+void Reading::raise(std::function<void(CDWriterEvents&)> event) {
+  handOver_.unlessAbandoned([&] { order_.events->raise(std::move(event)); });
+}
+
+void Reading::cacheTrack(std::int16_t track) {
+  handOver_.awaitWanted(track, stop_);
+  if (!cache_) cache_.emplace(order_.scratchFolder);
+  const std::int64_t blocks = blocksOf(track);
+  const auto sector = static_cast<std::int64_t>(order_.sectorBytes);
+  raise([=](CDWriterEvents& listener) { listener.OnTrackCacheStart(track, static_cast<std::int32_t>(blocks)); });
+  Progress progress(blocks);
+  cache_->fill(*opened_.sectors, blocks * sector, [&](std::int64_t bytes) {
+    if (stop_.stop_requested()) throw Stopped();
+    const auto position = static_cast<std::int32_t>(bytes / sector);
+    if (progress.due(position)) raise([=](CDWriterEvents& listener) { listener.OnCacheProgress(position); });
+  });
+}
+
+void Reading::handOverTrack(std::int16_t track) {
+  SectorSource& source = cache_ ? static_cast<SectorSource&>(*cache_) : *opened_.sectors;
+  for (std::int64_t left = blocksOf(track); left != 0;) {
+    const std::int64_t step = std::min(left, sectorsAtOnce);
+    std::vector<std::byte> sectors(static_cast<std::size_t>(step) * order_.sectorBytes);
+    source.read(sectors);
+    left -= step;
+    if (left == 0 && isLast(track)) opened_.sectors->requireUnchanged();
+    handOver_.put(std::move(sectors), source.bufferPercent(), stop_);
+  }
+}
+
+void readAll(const ReadOrder& order, HandOver& handOver, const std::stop_token& stop) {
+  try {
+    Reading(order, handOver, stop).run();
+  } catch (...) {
+    handOver.fail(std::current_exception());
+  }
+}
+
+}  // namespace
+
+Reader::Reader(ReadOrder order, std::shared_ptr<HandOver> handOver, const std::stop_token& stop)
+    : handOver_(std::move(handOver)), stop_(stop), passOn_(stop, [this] { ownStop_.request_stop(); }) {
+  handOver_->begin();
+  std::thread([order = std::move(order), shared = handOver_, stopped = ownStop_.get_token()]() mutable {
+    readAll(order, *shared, stopped);
+    order = {};
+    shared->end();
+  }).detach();
+}
+
+Reader::~Reader() {
+  handOver_->abandon();
+  ownStop_.request_stop();
+  handOver_->awaitEnd(graceOfReader, {});
+}
+
+}  // namespace trackloom::engines::writer

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <stop_token>
+#include <string>
+#include <vector>
+
+#include "engines/disc/SectorSource.h"
+#include "engines/writer/HandOver.h"
+#include "engines/writer/OperationEvents.h"
+#include "runtime/Paths.h"
+
+namespace trackloom::engines::writer {
+
+/// The sources of a write, opened and measured, with each track's length and what a user knows it by.
+struct OpenedSource {
+  std::unique_ptr<SectorSource> sectors;
+  std::vector<std::int32_t> trackBlocks;
+  std::vector<std::string> trackNames;
+};
+
+/// Opens and looks at all sources. Called on the reader's thread, since the system may let that wait for ever; tells
+/// the hand-over what it looks at. Throws EngineError, Stopped.
+using SourceOpener = std::function<OpenedSource(HandOver& handOver, const std::stop_token& stop)>;
+
+/// What the reader of one write needs; it outlives everything else of the write where a source hangs.
+struct ReadOrder {
+  SourceOpener open;
+  std::size_t sectorBytes = 0;
+  /// Each track goes into the cache as a whole before its first sector is handed out.
+  bool cached = false;
+  HostPath scratchFolder;
+  std::shared_ptr<OperationEvents> events;
+};
+
+/// The reading half of a write, on a thread of its own: opens and measures the sources, fills the caches, and hands the
+/// sectors over. Destroyed, it lets go of a thread that a source keeps waiting; that thread ends by itself when the
+/// system answers, and touches nothing of the write any more.
+class Reader final : public SectorSource {
+ public:
+  /// `handOver` is a new one. Throws std::system_error when no thread can be had.
+  Reader(ReadOrder order, std::shared_ptr<HandOver> handOver, const std::stop_token& stop);
+  ~Reader() override;
+
+  /// Waits until all sources are opened and measured: the blocks of each track.
+  std::vector<std::int32_t> trackBlocks() { return handOver_->lengths(stop_); }
+  void beginTrack(std::int16_t track) override { handOver_->want(track, stop_); }
+  void read(std::span<std::byte> sectors) override { handOver_->take(sectors, stop_); }
+  std::int16_t bufferPercent() override { return handOver_->level(); }
+
+ private:
+  std::shared_ptr<HandOver> handOver_;
+  std::stop_token stop_;
+  std::stop_source ownStop_;
+  std::stop_callback<std::function<void()>> passOn_;
+};
+
+}  // namespace trackloom::engines::writer

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "engines/audio/AudioFiles.h"
+#include "engines/writer/DataQueue.h"
+#include "engines/writer/Reader.h"
+
+namespace trackloom::engines::writer {
+
+/// What is wrong with a file that can be opened and is no track of an audio disc.
+inline constexpr const char* noAudio = "not 44.1 kHz stereo sound, MP3 or WAV";
+
+/// The files of an audio disc, in the order of its tracks.
+SourceOpener audioSource(std::shared_ptr<audio::AudioFiles> files, std::vector<HostPath> tracks);
+
+/// The image of a data disc on a disc with `room` blocks left: its padding gives way where the room is short.
+SourceOpener dataSource(std::vector<DataEntry> entries, std::string volumeLabel, std::int32_t room);
+
+}  // namespace trackloom::engines::writer

@@ -1,0 +1,159 @@
+#include <atomic>
+#include <catch2/catch.hpp>
+#include <cstring>
+#include <thread>
+
+#include "engines/writer/DiscWriter.h"
+#include "engines/writer/FakeWorld.h"
+#include "engines/writer/VirtualWorld.h"
+
+namespace trackloom::engines::writer {
+
+namespace {
+
+/// A source of sound that answers until a block, and then not before it is let go.
+struct Network {
+  std::atomic<bool> hangsAtOpening = false;
+  std::atomic<std::int32_t> hangsAt = 1 << 30;
+  std::atomic<bool> answers = false;
+  std::atomic<bool> hanging = false;
+  std::atomic<int> readers = 0;
+
+  void hang() {
+    hanging = true;
+    while (!answers) std::this_thread::yield();
+    hanging = false;
+  }
+};
+
+class NetworkSource final : public SectorSource {
+ public:
+  explicit NetworkSource(std::shared_ptr<Network> network) : network_(std::move(network)) { ++network_->readers; }
+  ~NetworkSource() override { --network_->readers; }
+
+  void read(std::span<std::byte> sectors) override {
+    block_ += static_cast<std::int32_t>(sectors.size() / audioSectorBytes);
+    if (block_ > network_->hangsAt) network_->hang();
+    std::memset(sectors.data(), 'x', sectors.size());
+  }
+  std::int16_t bufferPercent() override { return 100; }
+
+ private:
+  std::shared_ptr<Network> network_;
+  std::int32_t block_ = 0;
+};
+
+/// The engine over a virtual recorder with one track of 3000 blocks from that network.
+class HangingWorld {
+ public:
+  HangingWorld() {
+    virtualrecorder::createVirtualRecorder(folder.host("Virtual Recorder"));
+    const auto open = [network = network](const std::vector<HostPath>&) -> SourceOpener {
+      return [network](HandOver& handOver, const std::stop_token&) {
+        handOver.tellReading("/net/a.mp3");
+        if (network->hangsAtOpening) network->hang();
+        return OpenedSource{std::make_unique<NetworkSource>(network), {3000}, {"/net/a.mp3"}};
+      };
+    };
+    const auto parts = std::make_shared<const WriterParts>(
+        WriterParts{virtualrecorder::findVirtualRecorders(HostPath(folder.path())),
+                    std::make_shared<audio::AudioFiles>(), open, queue, 150, folder.host("scratch"), detail});
+    writer = std::make_unique<DiscWriter>(parts, heard);
+    REQUIRE(writer->SelectDrive(0));
+    REQUIRE(writer->AddAudioTrack(folder.file("a.wav", wav(std::string(2352, 'x'))), 1));
+  }
+  ~HangingWorld() {
+    network->answers = true;
+    while (network->readers != 0 || network->hanging) std::this_thread::yield();
+  }
+
+  void startAndHang() {
+    writer->StartWrite();
+    while (!network->hanging) std::this_thread::yield();
+  }
+  bool runToEnd() {
+    return queue.runUntil([&] { return heard.ended(); });
+  }
+  std::string discIni() const { return contentOf(folder.path() + "/Virtual Recorder/shelf/Disc 0001/disc.ini"); }
+
+  TempFolder folder;
+  std::shared_ptr<Network> network = std::make_shared<Network>();
+  fakes::FakeEventQueue queue;
+  fakes::WriterTranscript heard;
+  std::shared_ptr<LastFailure> detail = std::make_shared<LastFailure>();
+  std::unique_ptr<DiscWriter> writer;
+};
+
+}  // namespace
+
+TEST_CASE("An abort frees the drive of a source that hangs, and the disc changes no more when it answers") {
+  HangingWorld world;
+  world.network->hangsAt = 1000;
+  world.startAndHang();
+  REQUIRE(world.queue.runUntil([&] { return world.heard.has("OnTrackWriteStart 1 3000"); }));
+  world.writer->AbortWrite();
+  CHECK(world.network->hanging);
+  CHECK(world.writer->DiscStatus() == DiscClosed);
+  CHECK(world.writer->FreeBlocks(AudioBlocks) == 0);
+  CHECK(world.writer->EjectDisc());
+  CHECK(world.writer->DiscStatus() == DiscEmpty);
+  const std::string ini = world.discIni();
+  CHECK(ini.find("status = writing") != std::string::npos);
+  const auto lines = world.heard.lines;
+  world.network->answers = true;
+  while (world.network->readers != 0) std::this_thread::yield();
+  world.queue.runPosted();
+  CHECK(world.heard.lines == lines);
+  CHECK(world.discIni() == ini);
+}
+
+TEST_CASE("An abort while the sources are looked at leaves the disc as it was") {
+  HangingWorld world;
+  world.network->hangsAtOpening = true;
+  world.startAndHang();
+  world.writer->AbortWrite();
+  CHECK(world.network->hanging);
+  CHECK(world.writer->DiscStatus() == DiscEmpty);
+  CHECK(world.writer->EjectDisc());
+}
+
+TEST_CASE("An abort while a hanging source is cached leaves the disc as it was") {
+  HangingWorld world;
+  world.network->hangsAt = 1000;
+  world.writer->SetCacheAudioTracks(true);
+  world.startAndHang();
+  world.writer->AbortWrite();
+  CHECK(world.writer->DiscStatus() == DiscEmpty);
+}
+
+TEST_CASE(
+    "The next write says what it waits for while the source of a cancelled one still hangs, and goes on after it") {
+  HangingWorld world;
+  world.network->hangsAt = 1000;
+  world.startAndHang();
+  world.writer->AbortWrite();
+  REQUIRE(world.writer->EjectDisc());
+  world.heard.lines.clear();
+  for (int round = 0; round < 2; ++round) {
+    world.writer->StartWrite();
+    REQUIRE(world.runToEnd());
+    CHECK(world.heard.lines == Lines{"OnWriteError 2 0"});
+    CHECK(world.detail->lastFailure() == "/net/a.mp3: the recording that was cancelled still waits for an answer");
+    CHECK(world.writer->DiscStatus() == DiscEmpty);
+    world.heard.lines.clear();
+  }
+  world.network->answers = true;
+  world.writer->StartWrite();
+  REQUIRE(world.runToEnd());
+  CHECK(world.heard.lines.back() == "OnOperationComplete");
+}
+
+TEST_CASE("An engine that is destroyed leaves a hanging source alone") {
+  HangingWorld world;
+  world.network->hangsAt = 1000;
+  world.startAndHang();
+  world.writer.reset();
+  CHECK(world.network->hanging);
+}
+
+}  // namespace trackloom::engines::writer
