@@ -12,7 +12,6 @@
 
 #include "engines/audio/FrameSource.h"
 #include "engines/audio/Mp3Source.h"
-#include "engines/audio/OpenedFile.h"
 #include "engines/audio/WavSource.h"
 
 namespace trackloom::engines::audio {
@@ -28,7 +27,7 @@ enum class Kind { Wav, Mp3, Other };
 
 // Whatever is not of the RIFF family may be an MP3 stream with something before it. A file of the family never is: its
 // samples look like frame headers often enough to be taken for sound, and MP3 sound inside of it is not ours to play.
-Kind kindOf(const OpenedFile& file) {
+Kind kindOf(const SourceFile& file) {
   std::array<std::uint8_t, 12> bytes{};
   file.readAt(0, bytes);
   const std::string magic(bytes.begin(), bytes.end());
@@ -38,44 +37,44 @@ Kind kindOf(const OpenedFile& file) {
   return Kind::Mp3;
 }
 
-std::optional<std::int64_t> framesOf(const OpenedFile& file) {
-  switch (kindOf(file)) {
+std::optional<SoundLength> lengthOf(SourceReading& reading, Proof proof) {
+  switch (kindOf(reading.file())) {
     case Kind::Wav:
-      return wavFrames(file);
+      return wavLength(reading);
     case Kind::Mp3:
-      return mp3Frames(file);
+      return mp3Length(reading, proof);
     case Kind::Other:
       break;
   }
   return std::nullopt;
 }
 
-std::optional<std::int32_t> blocksOf(const OpenedFile& file) {
-  const auto frames = framesOf(file);
-  if (!frames) return std::nullopt;
+std::optional<std::int32_t> blocksFor(std::int64_t frames) {
   constexpr std::int64_t perBlock{FramesPerSector};
-  const std::int64_t blocks = *frames / perBlock + (*frames % perBlock != 0 ? 1 : 0);
+  const std::int64_t blocks = frames / perBlock + (frames % perBlock != 0 ? 1 : 0);
   if (blocks > std::numeric_limits<std::int32_t>::max()) return std::nullopt;
   return static_cast<std::int32_t>(blocks);
 }
 
-std::unique_ptr<FrameSource> sourceOf(OpenedFile file) {
-  return kindOf(file) == Kind::Wav ? openWav(std::move(file)) : openMp3(std::move(file));
+std::unique_ptr<FrameSource> sourceOf(std::unique_ptr<SourceReading> reading) {
+  return kindOf(reading->file()) == Kind::Wav ? openWav(std::move(reading)) : openMp3(std::move(reading));
 }
 
-/// The frames of a source cut or filled up with silence to a number of sectors.
+/// The frames of a source in whole sectors.
 class SectorStream : public AudioStream {
  public:
-  SectorStream(std::unique_ptr<FrameSource> source, std::int32_t blocks)
-      : source_(std::move(source)), blocks_(blocks), sectorsLeft_(static_cast<std::size_t>(blocks)) {}
+  SectorStream(std::unique_ptr<FrameSource> source, std::int64_t frames, std::int32_t blocks)
+      : source_(std::move(source)),
+        blocks_(blocks),
+        samplesLeft_(static_cast<std::size_t>(frames) * ChannelCount),
+        sectorsLeft_(static_cast<std::size_t>(blocks)) {}
 
   std::int32_t blocks() const override { return blocks_; }
 
   std::size_t read(std::span<std::byte> sectors) override {
     const std::size_t count = std::min(sectors.size() / SectorSize, sectorsLeft_);
     samples_.resize(count * SamplesPerSector);
-    const std::size_t heard = readSource(samples_);
-    std::fill(samples_.begin() + static_cast<std::ptrdiff_t>(heard), samples_.end(), std::int16_t{0});
+    readSource();
     for (std::size_t i = 0; i < samples_.size(); ++i) {
       const auto sample = static_cast<std::uint16_t>(samples_[i]);
       sectors[2 * i] = static_cast<std::byte>(sample & 0xFF);
@@ -86,18 +85,19 @@ class SectorStream : public AudioStream {
   }
 
  private:
-  std::size_t readSource(std::span<std::int16_t> samples) {
-    std::size_t done = 0;
-    while (source_ && done < samples.size()) {
-      const std::size_t got = source_->read(samples.subspan(done));
-      if (got == 0) source_.reset();
-      done += got;
-    }
-    return done;
+  void readSource() {
+    if (samplesLeft_ == 0) return;
+    const std::size_t count = std::min(samples_.size(), samplesLeft_);
+    const std::span<std::int16_t> samples(samples_);
+    source_->read(samples.first(count));
+    std::ranges::fill(samples.subspan(count), std::int16_t{0});
+    samplesLeft_ -= count;
+    if (samplesLeft_ == 0) source_->finish();
   }
 
-  std::unique_ptr<FrameSource> source_;  // gone once it is over
+  std::unique_ptr<FrameSource> source_;
   std::int32_t blocks_;
+  std::size_t samplesLeft_;
   std::size_t sectorsLeft_;
   std::vector<std::int16_t> samples_;
 };
@@ -108,33 +108,41 @@ class SectorStream : public AudioStream {
 /// file meanwhile gets the same answer without a second measuring, and whoever asks for another one does not wait.
 class AudioFiles::Cache {
  public:
-  std::optional<std::int32_t> blocks(const HostPath& path, const FileIdentity& identity) {
-    return lookUp(path, identity, [&] { return OpenedFile(path); });
-  }
+  struct Measured {
+    FileNote note;
+    std::optional<SoundLength> length;  // nothing: refused
+    std::optional<std::int32_t> blocks;
+  };
 
-  std::optional<std::int32_t> blocks(const HostPath& path, const OpenedFile& file) {
-    return lookUp(path, file.identity(), [&]() -> const OpenedFile& { return file; });
+  Measured known(const HostPath& path, const FileNote& note) {
+    return measured(path, note, Proof::Header, [&] { return SourceReading(path); });
+  }
+  Measured proven(SourceReading& reading) {
+    return measured(reading.file().path(), reading.file().note(), Proof::EveryFrame,
+                    [&]() -> SourceReading& { return reading; });
   }
 
  private:
-  struct Measured {
-    FileIdentity identity;
-    std::optional<std::int32_t> blocks;  // nothing: refused
-  };
   struct Entry {
     std::mutex mutex;
     std::optional<Measured> measured;
   };
 
+  static bool isEnough(const std::optional<SoundLength>& length, Proof proof) {
+    return !length || length->proven || proof == Proof::Header;
+  }
+
   template <class Opener>
-  std::optional<std::int32_t> lookUp(const HostPath& path, const FileIdentity& identity, const Opener& opened) {
+  Measured measured(const HostPath& path, const FileNote& note, Proof proof, const Opener& open) {
     Entry& entry = entryOf(path);
     const std::lock_guard lock(entry.mutex);
-    if (!entry.measured || entry.measured->identity != identity) {
-      const OpenedFile& file = opened();
-      entry.measured = Measured{.identity = file.identity(), .blocks = blocksOf(file)};
+    std::optional<Measured>& known = entry.measured;
+    if (!known || known->note != note || !isEnough(known->length, proof)) {
+      auto&& reading = open();
+      const auto length = lengthOf(reading, proof);
+      known = Measured{reading.file().note(), length, length ? blocksFor(length->frames) : std::nullopt};
     }
-    return entry.measured->blocks;
+    return *known;
   }
 
   // Entries stay where they are when others come, so a reference outlives the lock.
@@ -150,21 +158,37 @@ class AudioFiles::Cache {
 AudioFiles::AudioFiles() : cache_(std::make_unique<Cache>()) {}
 AudioFiles::~AudioFiles() = default;
 
-std::optional<std::int32_t> AudioFiles::blocks(const HostPath& path) {
-  const auto identity = identityOf(path);
-  if (!identity) return std::nullopt;
+std::optional<FoundSound> AudioFiles::find(const HostPath& path) {
+  const auto note = noteOf(path);
+  if (!note) return std::nullopt;
   try {
-    return cache_->blocks(path, *identity);
-  } catch (const RuntimeError&) {
+    const auto measured = cache_->known(path, *note);
+    if (!measured.blocks) return std::nullopt;
+    return FoundSound{std::make_shared<Source>(path, measured.note), *measured.blocks};
+  } catch (const EngineError&) {
     return std::nullopt;
   }
 }
 
+std::optional<std::int32_t> AudioFiles::blocks(const HostPath& path) {
+  const auto found = find(path);
+  if (!found) return std::nullopt;
+  return found->blocks;
+}
+
+std::int32_t AudioFiles::provenBlocks(const std::shared_ptr<Source>& source) {
+  return open(source)->blocks();
+}
+
 std::unique_ptr<AudioStream> AudioFiles::open(const HostPath& path) {
-  OpenedFile file(path);
-  const auto blocks = cache_->blocks(path, file);
-  if (!blocks) throw file.failure("it is not 44.1 kHz stereo sound in the form of MP3 or WAV");
-  return std::make_unique<SectorStream>(sourceOf(std::move(file)), *blocks);
+  return open(std::make_shared<Source>(path, SourceFile(path).note()));
+}
+
+std::unique_ptr<AudioStream> AudioFiles::open(const std::shared_ptr<Source>& source) {
+  auto reading = std::make_unique<SourceReading>(source);
+  const auto measured = cache_->proven(*reading);
+  if (!measured.blocks) throw reading->failure("not 44.1 kHz stereo sound, MP3 or WAV");
+  return std::make_unique<SectorStream>(sourceOf(std::move(reading)), measured.length->frames, *measured.blocks);
 }
 
 }  // namespace trackloom::engines::audio

@@ -4,114 +4,84 @@
 #include <sys/types.h>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
-#include <cstdio>
-#include <span>
 #include <utility>
-#include <vector>
 
-#include "engines/audio/Mp3Extent.h"
+#include "engines/audio/Mp3Walk.h"
 
 namespace trackloom::engines::audio {
 
 namespace {
 
-/// The sound of an MP3 file as libmpg123 sees it: a file that begins with the first frame and ends with the last, so
-/// that no tag is ever searched for frames. Reads ahead, since the library asks for each frame in two small pieces.
-/// Remembers the error that ended reading, which the library does not tell.
+/// The frames of a walk as the file that libmpg123 sees: without a byte between them, so that it never has to search
+/// for one, and whatever it does about damage and changes of format never counts. Remembers the error that ended
+/// reading, which the library does not tell.
 class Window {
  public:
-  Window(const OpenedFile& file, const Mp3Extent& extent) : file_(file), extent_(extent) {}
+  Window(SourceReading& reading, const Mp3Extent& extent) : reading_(reading), walk_(reading, extent) {}
 
-  const OpenedFile& file() const { return file_; }
-  const std::optional<RuntimeError>& failure() const { return failure_; }
+  void throwFailure() const {
+    if (failure_) throw *failure_;
+  }
 
   static ssize_t read(void* window, void* buffer, size_t size) noexcept {
     return static_cast<Window*>(window)->read(std::span(static_cast<std::uint8_t*>(buffer), size));
   }
-  static off_t seek(void* window, off_t offset, int whence) noexcept {
-    return static_cast<Window*>(window)->seek(offset, whence);
-  }
+  static off_t seek(void* /*window*/, off_t /*offset*/, int /*whence*/) noexcept { return -1; }
 
  private:
-  static constexpr std::int64_t readAhead = 32'768;  // bytes
-
-  std::int64_t size() const { return extent_.end - extent_.begin; }
-
   ssize_t read(std::span<std::uint8_t> bytes) noexcept {
     try {
-      if (position_ < aheadAt_ || position_ >= aheadAt_ + static_cast<std::int64_t>(ahead_.size())) fill();
-    } catch (const RuntimeError& error) {
+      if (frame_.size == 0) frame_ = walk_.next().value_or(Mp3Walk::Frame{});
+      const std::size_t count = reading_.readAt(frame_.at, bytes.first(std::min(bytes.size(), frame_.size)));
+      frame_.at += static_cast<std::int64_t>(count);
+      frame_.size -= count;
+      return static_cast<ssize_t>(count);
+    } catch (const EngineError& error) {
       failure_ = error;
       return -1;
     }
-    const std::span known = std::span(ahead_).subspan(static_cast<std::size_t>(position_ - aheadAt_));
-    const std::size_t count = std::min(bytes.size(), known.size());
-    std::copy_n(known.begin(), count, bytes.begin());
-    position_ += static_cast<std::int64_t>(count);
-    return static_cast<ssize_t>(count);
   }
 
-  void fill() {
-    const std::int64_t wanted = std::clamp<std::int64_t>(size() - position_, 0, readAhead);
-    ahead_.resize(static_cast<std::size_t>(wanted));
-    aheadAt_ = position_;
-    ahead_.resize(file_.readAt(extent_.begin + position_, ahead_));
-  }
-
-  off_t seek(off_t offset, int whence) noexcept {
-    const std::int64_t base = whence == SEEK_CUR ? position_ : whence == SEEK_END ? size() : 0;
-    std::int64_t position = 0;
-    if (__builtin_add_overflow(base, offset, &position) || position < 0) return -1;
-    position_ = position;
-    return position;
-  }
-
-  const OpenedFile& file_;
-  Mp3Extent extent_;
-  std::int64_t position_ = 0;        // bytes from the first frame
-  std::vector<std::uint8_t> ahead_;  // what lies from aheadAt_ on
-  std::int64_t aheadAt_ = 0;
-  std::optional<RuntimeError> failure_;
+  SourceReading& reading_;
+  Mp3Walk walk_;
+  Mp3Walk::Frame frame_;  // what is left of it
+  std::optional<EngineError> failure_;
 };
 
-/// An MP3 file open in libmpg123, set to 16-bit samples as the file has them: nothing is resampled, mixed or amplified.
+/// An MP3 file open in libmpg123, set to 16-bit samples as the file has them: nothing is resampled, mixed, amplified or
+/// left out.
 class Decoder {
  public:
-  Decoder(const OpenedFile& file, const Mp3Extent& extent) : window_(file, extent) {
-    if (!handle_) throw file.failure(ENOMEM);
-    constexpr long flags = MPG123_QUIET | MPG123_GAPLESS | MPG123_SKIP_ID3V2;
-    const bool ready =
-        mpg123_param(handle_.get(), MPG123_ADD_FLAGS, flags, 0) == MPG123_OK &&
-        mpg123_param(handle_.get(), MPG123_REMOVE_FLAGS, MPG123_AUTO_RESAMPLE, 0) == MPG123_OK &&
-        mpg123_format_none(handle_.get()) == MPG123_OK &&
-        mpg123_format2(handle_.get(), 0, MPG123_MONO | MPG123_STEREO, MPG123_ENC_SIGNED_16) == MPG123_OK &&
-        mpg123_replace_reader_handle(handle_.get(), Window::read, Window::seek, nullptr) == MPG123_OK &&
-        mpg123_open_handle(handle_.get(), &window_) == MPG123_OK;
+  Decoder(SourceReading& reading, const Mp3Extent& extent) : reading_(reading), window_(reading, extent) {
+    if (!handle_) throw reading.failure(systemWords(ENOMEM));
+    constexpr long set = MPG123_QUIET | MPG123_SKIP_ID3V2 | MPG123_IGNORE_INFOFRAME;
+    constexpr long unset = MPG123_GAPLESS | MPG123_AUTO_RESAMPLE;
+    const auto freeSize = static_cast<long>(extent.freeSize == 0 ? -1 : extent.freeSize - HeaderSize);
+    const bool ready = mpg123_param(handle_.get(), MPG123_ADD_FLAGS, set, 0) == MPG123_OK &&
+                       mpg123_param(handle_.get(), MPG123_REMOVE_FLAGS, unset, 0) == MPG123_OK &&
+                       mpg123_param(handle_.get(), MPG123_RESYNC_LIMIT, -1, 0) == MPG123_OK &&
+                       mpg123_param(handle_.get(), MPG123_FREEFORMAT_SIZE, freeSize, 0) == MPG123_OK &&
+                       mpg123_format_none(handle_.get()) == MPG123_OK &&
+                       mpg123_format(handle_.get(), 44'100, MPG123_STEREO, MPG123_ENC_SIGNED_16) == MPG123_OK &&
+                       mpg123_replace_reader_handle(handle_.get(), Window::read, Window::seek, nullptr) == MPG123_OK &&
+                       mpg123_open_handle(handle_.get(), &window_) == MPG123_OK;
     if (!ready) throw trouble();
   }
 
   Decoder(const Decoder&) = delete;
   Decoder& operator=(const Decoder&) = delete;
 
-  /// Walks the whole stream, so that its ends are known from then on; the frames it will play, nothing if it has none.
-  std::optional<std::int64_t> scan() {
-    const bool scanned = hasDiscFormat() && mpg123_scan(handle_.get()) == MPG123_OK;
-    if (window_.failure()) throw *window_.failure();
-    const off_t frames = scanned ? mpg123_length(handle_.get()) : 0;
-    if (frames <= 0) return std::nullopt;
-    return frames;
-  }
-
+  /// The samples decoded, 0 when the sound is over.
   std::size_t read(std::span<std::int16_t> samples) {
     for (;;) {
       std::size_t bytes = 0;
       const int result =
           mpg123_read(handle_.get(), reinterpret_cast<unsigned char*>(samples.data()), samples.size_bytes(), &bytes);
-      if (window_.failure()) throw *window_.failure();
-      if (result == MPG123_NEW_FORMAT && !hasDiscFormat())
-        throw window_.file().failure("its sound changes to another sample rate or number of channels on the way");
-      if (bytes > 0 || (result != MPG123_OK && result != MPG123_NEW_FORMAT)) return bytes / sizeof(std::int16_t);
+      window_.throwFailure();
+      if (bytes > 0 || result == MPG123_DONE) return bytes / sizeof(std::int16_t);
+      if (result != MPG123_OK && result != MPG123_NEW_FORMAT) throw trouble();
     }
   }
 
@@ -120,50 +90,72 @@ class Decoder {
     void operator()(mpg123_handle* handle) const { mpg123_delete(handle); }
   };
 
-  bool hasDiscFormat() {
-    long rate = 0;
-    int channels = 0;
-    int encoding = 0;
-    mpg123_frameinfo2 info{};
-    return mpg123_getformat(handle_.get(), &rate, &channels, &encoding) == MPG123_OK && rate == 44'100 &&
-           channels == MPG123_STEREO && encoding == MPG123_ENC_SIGNED_16 &&
-           mpg123_info2(handle_.get(), &info) == MPG123_OK && info.layer == 3;
+  EngineError trouble() const {
+    window_.throwFailure();
+    return reading_.failure(mpg123_strerror(handle_.get()));
   }
 
-  RuntimeError trouble() const {
-    return window_.failure() ? *window_.failure() : window_.file().failure(mpg123_strerror(handle_.get()));
-  }
-
+  SourceReading& reading_;
   Window window_;
   std::unique_ptr<mpg123_handle, Deleter> handle_{mpg123_new(nullptr, nullptr)};
 };
 
 class Mp3Source : public FrameSource {
  public:
-  Mp3Source(OpenedFile file, const Mp3Extent& extent) : file_(std::move(file)), decoder_(file_, extent) {
-    decoder_.scan();
+  Mp3Source(std::unique_ptr<SourceReading> reading, const Mp3Extent& extent)
+      : reading_(std::move(reading)), extent_(extent), decoder_(*reading_, extent_) {}
+
+  void read(std::span<std::int16_t> samples) override {
+    if (!std::exchange(begun_, true) && skip(samplesIn(extent_.before)) != samplesIn(extent_.before)) throw tooShort();
+    for (std::size_t done = 0; done < samples.size();) {
+      const std::size_t got = decoder_.read(samples.subspan(done));
+      if (got == 0) throw tooShort();
+      done += got;
+    }
   }
 
-  std::size_t read(std::span<std::int16_t> samples) override { return decoder_.read(samples); }
+  void finish() override {
+    if (skip(samplesIn(extent_.behind) + 1) != samplesIn(extent_.behind)) throw reading_->changed();
+    reading_->requireUnchanged();
+  }
 
  private:
-  OpenedFile file_;
+  static std::size_t samplesIn(std::int64_t frames) { return static_cast<std::size_t>(frames) * ChannelCount; }
+  EngineError tooShort() const { return reading_->failure("its sound ends too early"); }
+
+  /// The samples that there were to leave out.
+  std::size_t skip(std::size_t samples) {
+    std::array<std::int16_t, 4096> unheard{};
+    std::size_t done = 0;
+    while (done < samples) {
+      const std::size_t got = decoder_.read(std::span(unheard).first(std::min(unheard.size(), samples - done)));
+      if (got == 0) break;
+      done += got;
+    }
+    return done;
+  }
+
+  std::unique_ptr<SourceReading> reading_;
+  Mp3Extent extent_;
   Decoder decoder_;
+  bool begun_ = false;
 };
 
 }  // namespace
 
-std::optional<std::int64_t> mp3Frames(const OpenedFile& file) {
-  const auto extent = findMp3(file);
+std::optional<SoundLength> mp3Length(SourceReading& reading, Proof proof) {
+  const auto extent = findMp3(reading.file());
   if (!extent) return std::nullopt;
-  if (extent->announcedFrames) return extent->announcedFrames;
-  return Decoder(file, *extent).scan();
+  const bool believed = extent->announced && proof == Proof::Header;
+  const std::int64_t frames = extent->soundIn(believed ? *extent->announced : countFrames(reading, *extent));
+  if (frames <= 0) return std::nullopt;
+  return SoundLength{.frames = frames, .proven = !believed};
 }
 
-std::unique_ptr<FrameSource> openMp3(OpenedFile file) {
-  const auto extent = findMp3(file);
-  if (!extent) throw file.failure("it holds no MP3 sound");
-  return std::make_unique<Mp3Source>(std::move(file), *extent);
+std::unique_ptr<FrameSource> openMp3(std::unique_ptr<SourceReading> reading) {
+  const auto extent = findMp3(reading->file());
+  if (!extent) throw reading->changed();
+  return std::make_unique<Mp3Source>(std::move(reading), *extent);
 }
 
 }  // namespace trackloom::engines::audio

@@ -5,16 +5,15 @@
 #include <optional>
 
 #include "engines/audio/FrameSource.h"
-#include "engines/audio/OpenedFile.h"
+#include "engines/ground/Source.h"
 
 namespace trackloom::engines::audio {
 
-/// The exact count of stereo frames that an MP3 file plays: the one its header announces where that fits the file, else
-/// one counted frame by frame. Nothing: not an MP3 file for a disc. Throws RuntimeError when the file can't be read.
-std::optional<std::int64_t> mp3Frames(const OpenedFile& file);
+/// Nothing: not an MP3 file for a disc. Throws EngineError when the file can't be read.
+std::optional<SoundLength> mp3Length(SourceReading& reading, Proof proof);
 
-/// The decoded MP3 file, without the encoder's silence at either end where its header tells how long that is. A damaged
-/// stretch that the decoder can't cross ends the sound. Throws RuntimeError.
-std::unique_ptr<FrameSource> openMp3(OpenedFile file);
+/// The decoded MP3 file without the encoder's silence at either end, where its header tells how long that is. Throws
+/// EngineError.
+std::unique_ptr<FrameSource> openMp3(std::unique_ptr<SourceReading> reading);
 
 }  // namespace trackloom::engines::audio

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
 #include <limits>
 #include <span>
 #include <utility>
@@ -15,6 +16,47 @@ namespace {
 
 struct Closer {
   void operator()(SNDFILE* sound) const { sf_close(sound); }
+};
+
+/// A reading as the file that libsndfile sees. Remembers the error that ended it, which the library does not tell.
+class Window {
+ public:
+  explicit Window(SourceReading& reading) : reading_(reading) {}
+
+  void throwFailure() const {
+    if (failure_) throw *failure_;
+  }
+
+  static sf_count_t size(void* window) noexcept { return static_cast<Window*>(window)->reading_.size(); }
+  static sf_count_t position(void* window) noexcept { return static_cast<Window*>(window)->position_; }
+  static sf_count_t seek(sf_count_t offset, int whence, void* window) noexcept {
+    Window& self = *static_cast<Window*>(window);
+    const sf_count_t base = whence == SEEK_CUR ? self.position_ : whence == SEEK_END ? self.reading_.size() : 0;
+    sf_count_t position = 0;
+    if (__builtin_add_overflow(base, offset, &position) || position < 0) return -1;
+    return self.position_ = position;
+  }
+  static sf_count_t read(void* buffer, sf_count_t size, void* window) noexcept {
+    Window& self = *static_cast<Window*>(window);
+    return self.read(std::span(static_cast<std::uint8_t*>(buffer), static_cast<std::size_t>(size)));
+  }
+  static sf_count_t write(const void* /*bytes*/, sf_count_t /*size*/, void* /*window*/) noexcept { return 0; }
+
+ private:
+  sf_count_t read(std::span<std::uint8_t> bytes) noexcept {
+    try {
+      const auto count = static_cast<sf_count_t>(reading_.readAt(position_, bytes));
+      position_ += count;
+      return count;
+    } catch (const EngineError& error) {
+      failure_ = error;
+      return 0;
+    }
+  }
+
+  SourceReading& reading_;
+  sf_count_t position_ = 0;  // bytes
+  std::optional<EngineError> failure_;
 };
 
 /// A WAV file open in libsndfile, known to be of a kind that fits on a disc.
@@ -34,10 +76,16 @@ bool fitsDisc(const SF_INFO& info) {
   return wav && plain && info.samplerate == 44'100 && info.channels == 2 && info.frames > 0;
 }
 
-std::optional<Wav> openSound(const OpenedFile& file) {
+std::optional<Wav> openSound(Window& window) {
+  SF_VIRTUAL_IO calls{.get_filelen = Window::size,
+                      .seek = Window::seek,
+                      .read = Window::read,
+                      .write = Window::write,
+                      .tell = Window::position};
   Wav wav;
-  wav.sound.reset(sf_open_fd(file.rewoundDescriptor(), SFM_READ, &wav.info, SF_FALSE));
-  if (!wav.sound || !fitsDisc(wav.info) || wav.info.frames > file.size()) return std::nullopt;
+  wav.sound.reset(sf_open_virtual(&calls, SFM_READ, &wav.info, &window));
+  window.throwFailure();
+  if (!wav.sound || !fitsDisc(wav.info)) return std::nullopt;
   return wav;
 }
 
@@ -64,46 +112,58 @@ sf_count_t readFrames(SNDFILE* sound, std::span<float> samples) {
 
 class WavSource : public FrameSource {
  public:
-  WavSource(OpenedFile file, Wav wav) : file_(std::move(file)), wav_(std::move(wav)), left_(wav_.info.frames) {}
+  explicit WavSource(std::unique_ptr<SourceReading> reading) : reading_(std::move(reading)), window_(*reading_) {
+    auto wav = openSound(window_);
+    if (!wav) throw reading_->changed();
+    wav_ = std::move(*wav);
+    left_ = wav_.info.frames;
+  }
 
-  std::size_t read(std::span<std::int16_t> samples) override {
-    return wav_.isFloat() ? convert(floats_, samples) : convert(integers_, samples);
+  void read(std::span<std::int16_t> samples) override {
+    left_ -= static_cast<sf_count_t>(samples.size() / ChannelCount);
+    if (wav_.isFloat())
+      convert(floats_, samples);
+    else
+      convert(integers_, samples);
+  }
+
+  void finish() override {
+    if (left_ != 0) throw reading_->changed();
+    reading_->requireUnchanged();
   }
 
  private:
   template <class Sample>
-  std::size_t convert(std::vector<Sample>& wide, std::span<std::int16_t> samples) {
+  void convert(std::vector<Sample>& wide, std::span<std::int16_t> samples) {
     wide.resize(samples.size());
     const sf_count_t frames = readFrames(wav_.sound.get(), std::span<Sample>(wide));
+    window_.throwFailure();
     if (const int error = sf_error(wav_.sound.get()); error != SF_ERR_NO_ERROR)
-      throw file_.failure(sf_error_number(error));
-    left_ -= frames;
-    if (frames == 0 && left_ > 0) throw file_.failure("it became shorter while it was read");
-    const std::size_t count = static_cast<std::size_t>(frames) * ChannelCount;
-    std::transform(wide.begin(), wide.begin() + static_cast<std::ptrdiff_t>(count), samples.begin(),
-                   [](Sample sample) { return rounded(sample); });
-    return count;
+      throw reading_->failure(sf_error_number(error));
+    if (static_cast<std::size_t>(frames) * ChannelCount != samples.size())
+      throw reading_->failure("its sound ends too early");
+    std::transform(wide.begin(), wide.end(), samples.begin(), [](Sample sample) { return rounded(sample); });
   }
 
-  OpenedFile file_;
+  std::unique_ptr<SourceReading> reading_;
+  Window window_;
   Wav wav_;
-  sf_count_t left_;  // frames
+  sf_count_t left_ = 0;  // frames
   std::vector<int> integers_;
   std::vector<float> floats_;
 };
 
 }  // namespace
 
-std::optional<std::int64_t> wavFrames(const OpenedFile& file) {
-  const auto wav = openSound(file);
+std::optional<SoundLength> wavLength(SourceReading& reading) {
+  Window window(reading);
+  const auto wav = openSound(window);
   if (!wav) return std::nullopt;
-  return wav->info.frames;
+  return SoundLength{.frames = wav->info.frames, .proven = true};
 }
 
-std::unique_ptr<FrameSource> openWav(OpenedFile file) {
-  auto wav = openSound(file);
-  if (!wav) throw file.failure("it is not a WAV file of 44.1 kHz stereo sound");
-  return std::make_unique<WavSource>(std::move(file), std::move(*wav));
+std::unique_ptr<FrameSource> openWav(std::unique_ptr<SourceReading> reading) {
+  return std::make_unique<WavSource>(std::move(reading));
 }
 
 }  // namespace trackloom::engines::audio

@@ -35,15 +35,15 @@ std::int32_t AudioQueue::blocks() const {
   return saturated(blocks_);
 }
 
-std::vector<HostPath> AudioQueue::discOrder() const {
+std::vector<std::shared_ptr<Source>> AudioQueue::discOrder() const {
   std::vector<const AudioEntry*> order;
   order.reserve(entries_.size());
   for (const AudioEntry& entry : entries_) order.push_back(&entry);
   std::ranges::stable_sort(order, {}, &AudioEntry::number);
-  std::vector<HostPath> paths;
-  paths.reserve(order.size());
-  for (const AudioEntry* entry : order) paths.push_back(entry->path);
-  return paths;
+  std::vector<std::shared_ptr<Source>> sources;
+  sources.reserve(order.size());
+  for (const AudioEntry* entry : order) sources.push_back(entry->source);
+  return sources;
 }
 
 }  // namespace trackloom::engines::writer

@@ -3,16 +3,17 @@
 #include <cstdint>
 #include <deque>
 #include <list>
+#include <memory>
 #include <unordered_map>
 #include <vector>
 
-#include "runtime/Paths.h"
+#include "engines/ground/Source.h"
 
 namespace trackloom::engines::writer {
 
 /// A queued track with the number that its owner gave it and its length in blocks.
 struct AudioEntry {
-  HostPath path;
+  std::shared_ptr<Source> source;
   std::int16_t number = 0;
   std::int32_t blocks = 0;
 };
@@ -32,7 +33,7 @@ class AudioQueue {
   /// A copy, so that whoever walks it may change the queue meanwhile.
   std::vector<AudioEntry> entries() const { return {entries_.begin(), entries_.end()}; }
   /// The files in the order of a disc: by number, equal numbers as they were queued.
-  std::vector<HostPath> discOrder() const;
+  std::vector<std::shared_ptr<Source>> discOrder() const;
 
  private:
   using Place = std::list<AudioEntry>::iterator;

@@ -4,8 +4,10 @@
 #include <chrono>
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
 #include <limits>
 #include <numeric>
+#include <system_error>
 #include <thread>
 #include <tuple>
 #include <unordered_map>
@@ -13,7 +15,6 @@
 
 #include "engines/ground/Blocks.h"
 #include "engines/writer/ImageNames.h"
-#include "runtime/RuntimeError.h"
 #include "runtime/Text.h"
 
 namespace trackloom::engines::writer {
@@ -84,7 +85,7 @@ void DataImage::EndOfSource::operator()(burn_source* source) const {
   std::free(source);  // NOLINT(cppcoreguidelines-no-malloc,cppcoreguidelines-owning-memory)
 }
 
-DataImage::DataImage(std::vector<DataEntry> entries, const std::string& label, Unreadable policy, std::stop_token stop,
+DataImage::DataImage(std::vector<DataEntry> entries, const std::string& label, Missing missing, std::stop_token stop,
                      std::int32_t room)
     : stop_(std::move(stop)) {
   ensureIsoLibrary();
@@ -93,7 +94,7 @@ DataImage::DataImage(std::vector<DataEntry> entries, const std::string& label, U
   image_.reset(image);
   iso_image_set_application_id(image, "TRACKLOOM");
   sortAlphabetically(entries);
-  addTree(entries, policy);
+  addTree(entries, missing);
   openSource(room);
 }
 
@@ -101,19 +102,16 @@ DataImage::~DataImage() {
   state_.cancelled = true;
 }
 
-FileContent* DataImage::addContent(const HostPath& source, Unreadable policy) {
-  try {
-    return &contents_.emplace_back(source, contents_.size(), state_);
-  } catch (const RuntimeError&) {
-    if (policy == Unreadable::Refused) throw;
-    return nullptr;
-  }
+FileContent* DataImage::addContent(const std::shared_ptr<Source>& source, Missing missing) {
+  std::error_code error;
+  if (missing == Missing::LeftOut && !std::filesystem::exists(source->path().text, error) && !error) return nullptr;
+  return &contents_.emplace_back(source, contents_.size(), state_);
 }
 
-void DataImage::addTree(const std::vector<DataEntry>& entries, Unreadable policy) {
+void DataImage::addTree(const std::vector<DataEntry>& entries, Missing missing) {
   std::unordered_map<std::string, std::vector<Child>> folders;
   for (const DataEntry& entry : entries) {
-    FileContent* content = entry.folder ? nullptr : addContent(entry.source, policy);
+    FileContent* content = entry.folder ? nullptr : addContent(entry.source, missing);
     if (entry.folder || content != nullptr) folders[discFolder(entry.disc.text)].push_back({&entry, content});
   }
   std::vector<std::pair<std::string, IsoDir*>> open{{"", iso_image_get_root(image_.get())}};
@@ -198,9 +196,8 @@ void DataImage::fetchPiece() {
   const auto wanted = static_cast<int>(piece_.size());
   const int count = source_->read_xt(source_.get(), reinterpret_cast<unsigned char*>(piece_.data()), wanted);
   const std::string failure = state_.failure();
-  if (!failure.empty()) throw RuntimeError(RuntimeError::DeviceIoError, failure);
-  if (count != wanted || wanted == 0)
-    throw RuntimeError(RuntimeError::InputPastEnd, "the image of the data disc ended early");
+  if (!failure.empty()) throw EngineError(ErrorKind::File, 0, failure);
+  if (count != wanted || wanted == 0) throw EngineError(ErrorKind::File, 0, "the image of the data disc ended early");
   fetched_ += count;
 }
 

@@ -16,8 +16,8 @@
 
 namespace trackloom::engines::writer {
 
-/// What an image does about a source that cannot be opened when the image is sized.
-enum class Unreadable { Refused, LeftOut };
+/// What an image does about a source that is not there any more when the image is sized.
+enum class Missing : std::uint8_t { Refused, LeftOut };
 
 /// The image of a data disc: ISO 9660 (ECMA-119, level 3) with a Joliet tree, made while it is read. Its size stands
 /// before its first sector does. File data lie in alphabetical order of disc paths, whatever the case.
@@ -26,10 +26,10 @@ enum class Unreadable { Refused, LeftOut };
 /// are taken in large pieces.
 class DataImage final : public SectorSource {
  public:
-  /// `stop` ends a wait in read(). Of the padding behind the files as much is left out as keeps the image within `room`
-  /// blocks, where that is enough. Throws RuntimeError for a source that is refused and for whatever keeps the image
-  /// from being made.
-  DataImage(std::vector<DataEntry> entries, const std::string& label, Unreadable policy, std::stop_token stop = {},
+  /// Looks at every source. `stop` ends a wait in read(). Of the padding behind the files as much is left out as keeps
+  /// the image within `room` blocks, where that is enough. Throws EngineError for a source that cannot be read or has
+  /// changed since it was queued, and for whatever keeps the image from being made.
+  DataImage(std::vector<DataEntry> entries, const std::string& label, Missing missing, std::stop_token stop = {},
             std::int32_t room = std::numeric_limits<std::int32_t>::max());
   ~DataImage() override;
   DataImage(const DataImage&) = delete;
@@ -57,8 +57,8 @@ class DataImage final : public SectorSource {
     FileContent* content = nullptr;
   };
 
-  void addTree(const std::vector<DataEntry>& entries, Unreadable policy);
-  FileContent* addContent(const HostPath& source, Unreadable policy);
+  void addTree(const std::vector<DataEntry>& entries, Missing missing);
+  FileContent* addContent(const std::shared_ptr<Source>& source, Missing missing);
   IsoDir* addFolder(IsoDir* parent, const std::string& name);
   void addFile(IsoDir* parent, const std::string& name, FileContent& content);
   void openSource(std::int32_t room);

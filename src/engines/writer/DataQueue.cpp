@@ -1,12 +1,6 @@
 #include "engines/writer/DataQueue.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-
-#include <optional>
-
 #include "engines/ground/Blocks.h"
-#include "runtime/FileDescriptor.h"
 
 namespace trackloom::engines::writer {
 
@@ -15,13 +9,18 @@ namespace {
 /// Far beyond the 8 levels of ISO 9660 (6.8.2.1) and still shallow enough for readers that walk a tree by recursion.
 constexpr std::size_t deepestLevel = 255;
 
-/// Opens it, since only that tells whether it can be read; without waiting, since it might be a pipe.
-std::optional<std::int64_t> blocksOfReadableFile(const HostPath& path) {
-  const FileDescriptor file(::open(path.text.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
-  struct stat status {};
-  if (!file || ::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode)) return std::nullopt;
+/// Opens it, since only that tells whether it can be read. Nothing: it can't.
+std::shared_ptr<Source> readableSource(const HostPath& path) {
+  try {
+    return std::make_shared<Source>(path, SourceFile(path).note());
+  } catch (const EngineError&) {
+    return nullptr;
+  }
+}
+
+std::int64_t blocksOf(const Source& source) {
   const auto sector = static_cast<std::int64_t>(dataSectorBytes);
-  return status.st_size / sector + (status.st_size % sector != 0 ? 1 : 0);
+  return source.note().size / sector + (source.note().size % sector != 0 ? 1 : 0);
 }
 
 std::size_t levelsOf(const std::string& discPath) {
@@ -49,23 +48,23 @@ void DataQueue::clear() {
   blocks_ = 0;
 }
 
-bool DataQueue::add(const DiscPath& disc, const HostPath& source) {
-  const auto blocks = blocksOfReadableFile(source);
-  if (!blocks || levelsOf(disc.text) > deepestLevel) return false;
+bool DataQueue::add(const DiscPath& disc, const HostPath& path) {
+  const auto source = readableSource(path);
+  if (!source || levelsOf(disc.text) > deepestLevel) return false;
   const auto found = items_.find(disc.text);
   if (found != items_.end()) {
     Item& item = found->second;
     if (item.folder) return false;
-    blocks_ += *blocks - item.blocks;
+    blocks_ += blocksOf(*source) - item.blocks;
     item.source = source;
-    item.blocks = *blocks;
+    item.blocks = blocksOf(*source);
     return true;
   }
   const std::string folder = discFolder(disc.text);
   if (!makeFolders(folder)) return false;
   if (!folder.empty()) ++items_[folder].children;
-  items_[disc.text] = Item{source, *blocks};
-  blocks_ += *blocks;
+  items_[disc.text] = Item{source, blocksOf(*source)};
+  blocks_ += blocksOf(*source);
   ++files_;
   return true;
 }

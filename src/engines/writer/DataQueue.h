@@ -2,10 +2,12 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <unordered_map>
 #include <vector>
 
+#include "engines/ground/Source.h"
 #include "runtime/Paths.h"
 
 namespace trackloom::engines::writer {
@@ -13,7 +15,7 @@ namespace trackloom::engines::writer {
 /// A file of a data disc with its source, or a folder without one.
 struct DataEntry {
   DiscPath disc;
-  HostPath source;
+  std::shared_ptr<Source> source;
   bool folder = false;
 };
 
@@ -27,9 +29,9 @@ std::string discName(const std::string& discPath);
 class DataQueue {
  public:
   void clear();
-  /// The source of an equal path is replaced. False: the source is no regular file that can be opened for reading, or
-  /// the path runs through a file, ends on a folder, or nests deeper than any reader follows.
-  bool add(const DiscPath& disc, const HostPath& source);
+  /// The source of an equal path is replaced, and noted as it is now. False: the source is no regular file that can be
+  /// opened for reading, or the path runs through a file, ends on a folder, or nests deeper than any reader follows.
+  bool add(const DiscPath& disc, const HostPath& path);
   /// Removes the file, or the folder if nothing lies in it; False: there is no such thing.
   bool remove(const DiscPath& disc);
 
@@ -41,7 +43,7 @@ class DataQueue {
 
  private:
   struct Item {
-    HostPath source;
+    std::shared_ptr<Source> source;
     std::int64_t blocks = 0;
     bool folder = false;
     std::size_t children = 0;

@@ -113,12 +113,12 @@ void DiscWriter::ClearAudioQueue() {
 }
 
 bool DiscWriter::AddAudioTrack(const HostPath& path, std::int16_t number) {
-  const auto blocks = parts_->audioFiles->blocks(path);
-  if (blocks)
-    audioQueue_.add({path, number, *blocks});
+  const auto found = parts_->audioFiles->find(path);
+  if (found)
+    audioQueue_.add({found->source, number, found->blocks});
   else if (!refusedTrack_)
     refusedTrack_ = unusable(path, noAudio);
-  return blocks.has_value();
+  return found.has_value();
 }
 
 bool DiscWriter::AddDataFile(const DiscPath& disc, const HostPath& source) {
@@ -129,7 +129,8 @@ bool DiscWriter::AddDataFile(const DiscPath& disc, const HostPath& source) {
 
 void DiscWriter::ListAudioTracks() {
   CDWriterEvents& listener = listener_;
-  for (const AudioEntry& entry : audioQueue_.entries()) listener.OnAudioTrackListed(entry.path, 0, 0, 0, entry.number);
+  for (const AudioEntry& entry : audioQueue_.entries())
+    listener.OnAudioTrackListed(entry.source->path(), 0, 0, 0, entry.number);
 }
 
 bool DiscWriter::ImportLastSession(bool /*takeOver*/) {

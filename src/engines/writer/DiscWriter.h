@@ -21,7 +21,7 @@ struct WriterParts {
   RecorderList recorders;
   std::shared_ptr<audio::AudioFiles> audioFiles;
   /// The sound of these files as the tracks of a disc.
-  std::function<SourceOpener(std::vector<HostPath>)> audioSource;
+  std::function<SourceOpener(std::vector<std::shared_ptr<Source>>)> audioSource;
   /// Outlives every instance.
   EventQueue& events;
   /// Silent blocks between audio tracks.

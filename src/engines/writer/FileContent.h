@@ -1,17 +1,16 @@
 #pragma once
 
-#include <sys/stat.h>
-
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
+#include <ctime>
+#include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
-#include <vector>
 
+#include "engines/ground/Source.h"
 #include "engines/writer/IsoLibrary.h"
-#include "runtime/FileDescriptor.h"
-#include "runtime/Paths.h"
 
 namespace trackloom::engines::writer {
 
@@ -36,15 +35,15 @@ class ReadingState {
   std::string failure_;
 };
 
-/// The bytes of one source file as the image takes them: exactly as many as it had when the image was sized. A file
-/// that has vanished, shrunk or grown since is an error of the whole image, never filled up with zeros.
+/// The bytes of one source as the image takes them. A file that can't be read, or may not be one content from its
+/// queueing to its last byte, is an error of the whole image, never filled up with zeros.
 class FileContent {
  public:
-  /// Throws RuntimeError when the source is not a regular file that can be opened for reading.
-  FileContent(HostPath source, std::size_t index, ReadingState& state);
+  /// Looks at the source. Throws EngineError when it can't be read or is not what it was when it was queued.
+  FileContent(std::shared_ptr<Source> source, std::size_t index, ReadingState& state);
 
-  std::int64_t size() const { return size_; }
-  std::time_t modified() const { return modified_; }
+  std::int64_t size() const { return source_->note().size; }
+  std::time_t modified() const { return source_->note().modified.seconds; }
   /// Its place among the files of the image, from 0.
   std::size_t index() const { return index_; }
 
@@ -59,19 +58,12 @@ class FileContent {
   int open();
   int close();
   int read(void* target, std::size_t count);
-  bool fillBuffer();
-  int failed(const std::string& what, int systemError);
 
-  HostPath source_;
+  std::shared_ptr<Source> source_;
   std::size_t index_;
   ReadingState& state_;
-  std::int64_t size_ = 0;
-  std::time_t modified_ = 0;
-
-  FileDescriptor file_;
+  std::optional<SourceReading> reading_;
   std::int64_t position_ = 0;
-  std::vector<std::byte> buffer_;
-  std::size_t used_ = 0;
 };
 
 }  // namespace trackloom::engines::writer

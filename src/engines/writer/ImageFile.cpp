@@ -6,13 +6,12 @@
 #include <algorithm>
 #include <cerrno>
 #include <limits>
-#include <system_error>
 #include <utility>
 
 #include "engines/ground/Blocks.h"
+#include "engines/ground/EngineError.h"
 #include "engines/writer/DataImage.h"
 #include "runtime/FileDescriptor.h"
-#include "runtime/RuntimeError.h"
 
 namespace trackloom::engines::writer {
 
@@ -21,8 +20,7 @@ namespace {
 constexpr std::size_t blocksAtOnce = 256;
 
 [[noreturn]] void throwSystemError(const HostPath& target, int systemError) {
-  throw RuntimeError(RuntimeError::fromErrno(systemError).number(),
-                     target.text + " cannot be written: " + std::generic_category().message(systemError));
+  throw fileError(target, systemError);
 }
 
 class Target {
@@ -95,7 +93,7 @@ class Report {
 void writeImageFile(const HostPath& target, std::vector<DataEntry> entries, const std::string& label,
                     CDWriterEvents& listener) {
   Target file(target);
-  DataImage image(std::move(entries), label, Unreadable::LeftOut);
+  DataImage image(std::move(entries), label, Missing::LeftOut);
   Report report(image, listener);
   std::vector<std::byte> buffer(blocksAtOnce * dataSectorBytes);
   for (std::int64_t left = image.blocks(); left != 0;) {

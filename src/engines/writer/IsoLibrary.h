@@ -11,10 +11,10 @@
 namespace trackloom::engines::writer {
 
 /// Makes the library that builds ISO 9660 images ready, once for the process: silent, giving up at the first source
-/// that cannot be read, and with UTF-8 for names whatever the locale. Throws RuntimeError when it cannot be used.
+/// that cannot be read, and with UTF-8 for names whatever the locale. Throws EngineError when it cannot be used.
 void ensureIsoLibrary();
 
-/// Throws RuntimeError with the library's own words where `result` is one of its error codes.
+/// Throws EngineError with the library's own words where `result` is one of its error codes.
 int isoChecked(int result, const std::string& what);
 
 }  // namespace trackloom::engines::writer

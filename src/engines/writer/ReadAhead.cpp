@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "engines/ground/Blocks.h"
-#include "runtime/RuntimeError.h"
+#include "engines/ground/EngineError.h"
 
 namespace trackloom::engines::writer {
 
@@ -55,7 +55,7 @@ void ReadAhead::Work::decode(std::size_t track, const std::stop_token& stop) {
     if (stop.stop_requested()) throw Stopped();
     DecodedTracks::Chunk chunk(std::min(left, chunkBytes));
     chunk.resize(stream->read(chunk));
-    if (chunk.empty()) throw RuntimeError(RuntimeError::InputPastEnd, "a track ends before its last block");
+    if (chunk.empty()) throw EngineError(ErrorKind::File, 0, "a track ends before its last block");
     left -= chunk.size();
     tracks.keep(track, std::move(chunk), stop);
   }

@@ -11,38 +11,33 @@ namespace trackloom::engines::writer {
 namespace {
 
 using Files = std::shared_ptr<audio::AudioFiles>;
+using Tracks = std::vector<std::shared_ptr<Source>>;
 
-std::int32_t measured(audio::AudioFiles& files, const HostPath& path) {
-  const auto blocks = files.blocks(path);
-  if (!blocks) throw unusable(path, noAudio);
-  return *blocks;
-}
-
-ReadAhead::Opener openerOf(const Files& files, const std::vector<HostPath>& paths,
-                           const std::vector<std::int32_t>& lengths) {
+ReadAhead::Opener openerOf(const Files& files, const Tracks& tracks, const std::vector<std::int32_t>& lengths) {
   return [=](std::size_t track) {
-    auto stream = files->open(paths[track]);
-    if (stream->blocks() != lengths[track]) throw fileError(paths[track], "changed since it was measured");
+    auto stream = files->open(tracks[track]);
+    if (stream->blocks() != lengths[track])
+      throw fileError(tracks[track]->path(), "changed while it was being recorded");
     return stream;
   };
 }
 
-OpenedSource openAudio(const Files& files, const std::vector<HostPath>& paths, HandOver& handOver,
-                       const std::stop_token& stop) {
+OpenedSource openAudio(const Files& files, const Tracks& tracks, HandOver& handOver, const std::stop_token& stop) {
   OpenedSource opened;
-  for (const HostPath& path : paths) {
+  for (const auto& track : tracks) {
     if (stop.stop_requested()) throw Stopped();
-    handOver.tellReading(path.text);
-    opened.trackBlocks.push_back(measured(*files, path));
-    opened.trackNames.push_back(path.text);
+    const std::string& name = track->path().text;
+    handOver.tellReading(name);
+    opened.trackBlocks.push_back(files->provenBlocks(track));
+    opened.trackNames.push_back(name);
   }
-  opened.sectors = std::make_unique<ReadAhead>(opened.trackBlocks, openerOf(files, paths, opened.trackBlocks), stop);
+  opened.sectors = std::make_unique<ReadAhead>(opened.trackBlocks, openerOf(files, tracks, opened.trackBlocks), stop);
   return opened;
 }
 
 }  // namespace
 
-SourceOpener audioSource(Files files, std::vector<HostPath> tracks) {
+SourceOpener audioSource(Files files, Tracks tracks) {
   return [files = std::move(files), tracks = std::move(tracks)](HandOver& handOver, const std::stop_token& stop) {
     return openAudio(files, tracks, handOver, stop);
   };
@@ -53,7 +48,7 @@ SourceOpener dataSource(std::vector<DataEntry> entries, std::string volumeLabel,
                                                                                     const std::stop_token& stop) {
     const std::string name = "the files of the data disc";
     handOver.tellReading(name);
-    auto image = std::make_unique<DataImage>(entries, volumeLabel, Unreadable::Refused, stop, room);
+    auto image = std::make_unique<DataImage>(entries, volumeLabel, Missing::Refused, stop, room);
     const std::int32_t blocks = image->blocks();
     return OpenedSource{std::move(image), {blocks}, {name}};
   };

@@ -15,7 +15,7 @@ namespace trackloom::engines::writer {
 inline constexpr const char* noAudio = "not 44.1 kHz stereo sound, MP3 or WAV";
 
 /// The files of an audio disc, in the order of its tracks.
-SourceOpener audioSource(std::shared_ptr<audio::AudioFiles> files, std::vector<HostPath> tracks);
+SourceOpener audioSource(std::shared_ptr<audio::AudioFiles> files, std::vector<std::shared_ptr<Source>> tracks);
 
 /// The image of a data disc on a disc with `room` blocks left: its padding gives way where the room is short.
 SourceOpener dataSource(std::vector<DataEntry> entries, std::string volumeLabel, std::int32_t room);

@@ -3,12 +3,15 @@
 #include <unistd.h>
 
 #include <catch2/catch.hpp>
+#include <chrono>
 #include <filesystem>
+#include <fstream>
+#include <memory>
 #include <random>
 #include <thread>
 
 #include "engines/audio/SoundFiles.h"
-#include "runtime/RuntimeError.h"
+#include "engines/ground/EngineError.h"
 
 namespace trackloom::engines::audio {
 
@@ -19,11 +22,11 @@ void checkRefused(const HostPath& path) {
   AudioFiles files;
   CHECK_FALSE(files.blocks(path));
   CHECK_FALSE(files.blocks(path));
-  CHECK_THROWS_AS(files.open(path), RuntimeError);
+  CHECK_THROWS_AS(files.open(path), EngineError);
 }
 
-// Puts other bytes into a file without any trace in size, time or inode.
-void replaceUnseen(const HostPath& path, const std::string& bytes) {
+// Puts other bytes into a file of the same length, and the time of its last change back.
+void replaceSecretly(const HostPath& path, const std::string& bytes) {
   struct stat before {};
   REQUIRE(stat(path.text.c_str(), &before) == 0);
   const int file = ::open(path.text.c_str(), O_WRONLY | O_CLOEXEC);
@@ -43,18 +46,19 @@ std::string damaged(std::string bytes, std::mt19937& random) {
   return bytes;
 }
 
-// Whatever the bytes are, a file is refused, or played at the length it was measured, or fails with words.
+// Whatever the bytes are, a file is refused, or plays at the very length that was proven.
 void checkHarmless(const HostPath& path) {
   AudioFiles files;
-  const auto blocks = files.blocks(path);
+  files.blocks(path);
+  std::unique_ptr<AudioStream> stream;
   try {
-    const auto stream = files.open(path);
-    CHECK(stream->blocks() == blocks);
-    const Samples samples = readAll(*stream);
-    CHECK(samples.size() == static_cast<std::size_t>(stream->blocks()) * SectorSamples);
-  } catch (const RuntimeError& error) {
-    CHECK(error.description().find(path.text) != std::string::npos);
+    stream = files.open(path);
+  } catch (const EngineError& error) {
+    CHECK(error.words().starts_with(path.text + ": "));
+    return;
   }
+  CHECK(files.blocks(path) == stream->blocks());
+  CHECK(readAll(*stream).size() == static_cast<std::size_t>(stream->blocks()) * SectorSamples);
 }
 
 }  // namespace
@@ -139,26 +143,43 @@ TEST_CASE_METHOD(SoundFolder, "A file that vanished after it was measured can't 
   REQUIRE(unlink(path.text.c_str()) == 0);
 
   CHECK_FALSE(files.blocks(path));
-  try {
-    files.open(path);
-    FAIL("opened");
-  } catch (const RuntimeError& error) {
-    CHECK(error.number() == RuntimeError::FileNotFound);
-  }
+  CHECK_THROWS_WITH(files.open(path), path.text + ": No such file or directory");
 }
 
 TEST_CASE_METHOD(SoundFolder, "A file is measured once, and the measure is kept for accepted and refused files alike") {
   AudioFiles files;
-  const std::string sound = wavBytes(bytesOf(music(600)));
-  const auto good = write("good.wav", sound);
-  const auto bad = write("bad.wav", std::string(sound.size(), 'x'));
+  const auto good = write("good.wav", wavBytes(bytesOf(music(600))));
+  const auto bad = write("bad.wav", "xxxx");
   CHECK(files.blocks(good) == 2);
   CHECK_FALSE(files.blocks(bad));
 
-  replaceUnseen(good, std::string(sound.size(), 'x'));
-  replaceUnseen(bad, sound);
-  CHECK(files.blocks(good) == 2);
-  CHECK_FALSE(files.blocks(bad));
+  const std::uint64_t before = bytesRead();
+  for (int time = 0; time < 10; ++time) CHECK(files.blocks(good) == 2);
+  for (int time = 0; time < 10; ++time) CHECK_FALSE(files.blocks(bad));
+  CHECK(bytesRead() - before < 1000);
+}
+
+TEST_CASE_METHOD(SoundFolder, "A file that changed within its size and its time of change is measured anew") {
+  AudioFiles files;
+  const std::string sound = wavBytes(bytesOf(music(600)));
+  const auto path = write("sound.wav", sound);
+  CHECK(files.blocks(path) == 2);
+  std::this_thread::sleep_for(std::chrono::milliseconds(20));
+  replaceSecretly(path, wavBytes(bytesOf(music(600)), {.dataSize = 400}));
+  CHECK(files.blocks(path) == 1);
+  std::this_thread::sleep_for(std::chrono::milliseconds(20));
+  replaceSecretly(path, std::string(sound.size(), 'x'));
+  CHECK_FALSE(files.blocks(path));
+}
+
+TEST_CASE_METHOD(SoundFolder, "A file that changed within one second is measured anew") {
+  AudioFiles files;
+  const auto path = write("sound.wav", wavBytes(bytesOf(music(6'000))));
+  CHECK(files.blocks(path) == 11);
+  std::this_thread::sleep_for(std::chrono::milliseconds(20));
+  std::fstream(path.text, std::ios::binary | std::ios::in | std::ios::out)
+      << wavBytes(bytesOf(music(6'000)), {.dataSize = 400}).substr(0, 44);
+  CHECK(files.blocks(path) == 1);
 }
 
 TEST_CASE_METHOD(SoundFolder, "A file that changed is measured anew") {

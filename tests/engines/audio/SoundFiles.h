@@ -57,6 +57,9 @@ class SoundFolder {
   std::string path_;
 };
 
+/// All bytes that this process has asked the system for so far.
+std::uint64_t bytesRead();
+
 /// `frames` in sectors, the last one begun counted whole.
 std::int32_t blocksFor(std::size_t frames);
 

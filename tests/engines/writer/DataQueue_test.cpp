@@ -53,7 +53,7 @@ TEST_CASE("An equal disc path is the same entry with a new source, and one that 
   CHECK(add(queue, "\\a.mp3", small));
   CHECK(queue.blocks() == 1);
   REQUIRE(queue.entries().size() == 1);
-  CHECK(queue.entries()[0].source == small);
+  CHECK(queue.entries()[0].source->path() == small);
   CHECK(add(queue, "\\A.mp3", large));
   CHECK(queue.blocks() == 6);
 }

@@ -48,7 +48,7 @@ class HangingWorld {
  public:
   HangingWorld() {
     virtualrecorder::createVirtualRecorder(folder.host("Virtual Recorder"));
-    const auto open = [network = network](const std::vector<HostPath>&) -> SourceOpener {
+    const auto open = [network = network](const std::vector<std::shared_ptr<Source>>&) -> SourceOpener {
       return [network](HandOver& handOver, const std::stop_token&) {
         handOver.tellReading("/net/a.mp3");
         if (network->hangsAtOpening) network->hang();

@@ -17,7 +17,7 @@
 #include <vector>
 
 #include "engines/ground/Blocks.h"
-#include "runtime/RuntimeError.h"
+#include "engines/ground/EngineError.h"
 
 namespace trackloom::engines::writer {
 
@@ -52,7 +52,7 @@ class ScriptedStream final : public audio::AudioStream {
     script_.decoder = ::gettid();
     script_.opened.wait();
     if (script_.bytes / audioSectorBytes >= static_cast<std::size_t>(script_.failAt))
-      throw RuntimeError(RuntimeError::DeviceIoError, "scripted");
+      throw EngineError(ErrorKind::File, 0, "scripted");
     std::ranges::fill(sectors, static_cast<std::byte>(script_.sound));
     script_.bytes += sectors.size();
     ++script_.reads;

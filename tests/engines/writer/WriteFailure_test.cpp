@@ -166,8 +166,8 @@ TEST_CASE(
 
 TEST_CASE("More than 99 tracks are refused before the first block") {
   FakeWorld world;
-  for (std::int16_t number = 1; number <= 100; ++number)
-    world.writer->AddAudioTrack(world.folder.file("a.wav", wav(std::string(2352, 'x'))), number);
+  const HostPath path = world.folder.file("a.wav", wav(std::string(2352, 'x')));
+  for (std::int16_t number = 1; number <= 100; ++number) world.writer->AddAudioTrack(path, number);
   CHECK(lastLine(world) == deviceFailure(0x057205));
   CHECK(world.recorder->orders.empty());
 }
