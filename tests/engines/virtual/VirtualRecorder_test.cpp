@@ -5,6 +5,7 @@
 
 #include <catch2/catch.hpp>
 #include <filesystem>
+#include <fstream>
 
 #include "engines/virtual/Sandbox.h"
 #include "engines/virtual/VirtualRecorders.h"
@@ -378,6 +379,42 @@ TEST_CASE("An empty tray that is ejected with automatic feed gets a blank disc")
   CHECK(ejectFailure(recorder) == "no failure");
   REQUIRE(recorder.look()->disc);
   CHECK(discIn(recorder).status == DiscEmpty);
+}
+
+TEST_CASE("A blank disc that found no room on the computer's disk comes with the first look after there is some") {
+  const Sandbox box;
+  const int result = inChild([&] {
+    const fs::path small = box.root() / "small";
+    if (!mountSmallFileSystem(small, "size=1m")) return 77;
+    createVirtualRecorder(HostPath((small / "R").string()));
+    VirtualRecorder recorder(HostPath((small / "R").string()));
+    writeDisc(recorder, audioOrder({100}, true, true));
+    std::ofstream(small / "filler", std::ios::binary) << std::string(2 << 20, 'x');
+    recorder.eject();
+    if (recorder.look()->disc) return 1;
+    fs::remove(small / "filler");
+    if (!recorder.look()->disc || recorder.look()->disc->status != DiscEmpty) return 2;
+    recorder.eject();
+    fs::remove_all(*fs::directory_iterator(small / "R" / "tray"));
+    return recorder.look()->disc ? 3 : 0;
+  });
+  if (result == 77)
+    WARN("this machine lets nobody mount a file system of his own");
+  else
+    CHECK(result == 0);
+}
+
+TEST_CASE("Looks share one snapshot while the folder stays as it is, and a change makes a new one") {
+  const Sandbox box;
+  VirtualRecorder recorder = box.recorder();
+  auto last = recorder.look();
+  while (recorder.look() != last) last = recorder.look();
+  CHECK(recorder.look() == last);
+  box.configure("[recorder]\nvendor = ACME\n");
+  CHECK(recorder.look()->identity.vendor == "ACME");
+  CHECK(last->identity.vendor == "Virtual");
+  addDisc(box.tray() / "Other", blankCdRw);
+  CHECK_FALSE(recorder.look()->disc);
 }
 
 TEST_CASE("A stuck tray refuses to eject and keeps its disc") {
