@@ -36,12 +36,19 @@ int runProgram() {
   NoHelpViewer help;
   NoCommonControls commonControls;
   const HostPath programFolder(process.executableFolder());
-  process.whenFirst = [&programFolder] { engines::explainEngineSettings(programFolder); };
   const engines::EngineSettings settings = engines::loadEngineSettings(programFolder);
-  engines::writer::DiscWriters writers(
-      settings.virtualRecorders ? engines::virtualrecorder::findVirtualRecorders(programFolder)
-                                : engines::RecorderList(),
-      std::make_shared<engines::audio::AudioFiles>(), events, {settings.pause, HostPath(ScratchFolder)});
+  const std::vector<engines::KnownDrive> known = engines::loadKnownDrives(programFolder);
+  const engines::RecorderList present = settings.virtualRecorders
+                                            ? engines::virtualrecorder::findVirtualRecorders(programFolder, known)
+                                            : engines::RecorderList();
+  const std::vector<engines::KnownDrive> drives = engines::withPresent(known, present);
+  process.whenFirst = [&programFolder, &drives] {
+    engines::explainEngineSettings(programFolder);
+    engines::saveKnownDrives(programFolder, drives);
+  };
+  engines::writer::DiscWriters writers(engines::inKnownOrder(drives, present),
+                                       std::make_shared<engines::audio::AudioFiles>(), events,
+                                       {settings.pause, HostPath(ScratchFolder)});
   desk.setFailureDetail(writers.failureDetail());
   Program program(desk, {boxes, pump, process, writers, opener, help, commonControls, systemSeparators()});
   const ForcedEnd forcedEnd([&program](int status) { program.endUnasked(status); });

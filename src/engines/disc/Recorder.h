@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 #include <stop_token>
+#include <string>
 #include <vector>
 
 #include "engines/disc/DriveSnapshot.h"
@@ -43,6 +44,8 @@ class Recorder {
   Recorder& operator=(const Recorder&) = delete;
   virtual ~Recorder() = default;
 
+  /// By what this recorder is known again at a later start; "|" stands in none.
+  virtual std::string id() const = 0;
   /// Takes the drive into use; False: it could not be taken.
   virtual bool take() = 0;
   virtual void enableWriteGuard(bool on) = 0;

@@ -11,10 +11,6 @@ namespace {
 /// A minute of silence; more is a slip of the keyboard.
 constexpr std::int32_t LongestPause = 60 * 75;
 
-HostPath settingsPath(const HostPath& programFolder) {
-  return HostPath(EnsureTrailingSep(programFolder.text) + "Engines.ini");
-}
-
 std::string explainedDefaults(const EngineSettings& settings) {
   return IniWriter()
       .comment("Settings of Trackloom's engines. Every line may be left out.")
@@ -29,9 +25,13 @@ std::string explainedDefaults(const EngineSettings& settings) {
 
 }  // namespace
 
+HostPath engineSettingsPath(const HostPath& programFolder) {
+  return HostPath(EnsureTrailingSep(programFolder.text) + "Engines.ini");
+}
+
 EngineSettings loadEngineSettings(const HostPath& programFolder) {
   EngineSettings settings;
-  if (const auto file = IniFile::load(settingsPath(programFolder))) {
+  if (const auto file = IniFile::load(engineSettingsPath(programFolder))) {
     settings.pause = file->number("Writing", "pause", 0, LongestPause).value_or(settings.pause);
     settings.virtualRecorders = file->flag("Recorders", "virtual").value_or(settings.virtualRecorders);
   }
@@ -39,7 +39,7 @@ EngineSettings loadEngineSettings(const HostPath& programFolder) {
 }
 
 void explainEngineSettings(const HostPath& programFolder) {
-  const HostPath path = settingsPath(programFolder);
+  const HostPath path = engineSettingsPath(programFolder);
   if (!FileExists(path)) skipOnError([&] { ReplaceFile(path, explainedDefaults(EngineSettings())); });
 }
 

@@ -15,6 +15,9 @@ struct EngineSettings {
   bool virtualRecorders = true;
 };
 
+/// Where the settings lie.
+HostPath engineSettingsPath(const HostPath& programFolder);
+
 /// Reads the settings; a key that is missing or makes no sense has its default.
 EngineSettings loadEngineSettings(const HostPath& programFolder);
 

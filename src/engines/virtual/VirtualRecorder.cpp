@@ -69,6 +69,10 @@ Workplace workplaceIn(const HostPath& folder) {
 
 }  // namespace
 
+std::string VirtualRecorder::id() const {
+  return nameOf(folder_);
+}
+
 bool VirtualRecorder::take() {
   try {
     return !RecorderFolder(folder_).settings().refuseSelect;

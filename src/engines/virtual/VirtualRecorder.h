@@ -4,6 +4,7 @@
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <string>
 
 #include "engines/disc/Recorder.h"
 #include "engines/virtual/RecorderFolder.h"
@@ -21,6 +22,8 @@ class VirtualRecorder : public Recorder {
  public:
   explicit VirtualRecorder(HostPath folder) : folder_(std::move(folder)) {}
 
+  /// The name of its folder.
+  std::string id() const override;
   bool take() override;
   void enableWriteGuard(bool on) override { writeGuard_ = on; }
   bool writeGuardEnabled() const { return writeGuard_; }

@@ -60,6 +60,7 @@ class FakeRecorder : public Recorder {
     return disc_;
   }
 
+  std::string id() const override { return "fake"; }
   bool take() override { return !refuseTake; }
   void enableWriteGuard(bool on) override { guardOn = on; }
   std::shared_ptr<const DriveSnapshot> look() override {
