@@ -14,6 +14,10 @@ void Control::Refresh() {
   form_.host().repaint(*this);
 }
 
+bool Control::usable() const {
+  return Enabled && Visible && form_.takesInput();
+}
+
 void Control::raise(const std::function<void()>& handler) const {
   if (!handler) return;
   const auto alive = form_.keepAlive();

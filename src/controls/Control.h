@@ -37,7 +37,7 @@ class Control {
 
  protected:
   /// A user can reach the control.
-  bool usable() const { return Enabled && Visible; }
+  bool usable() const;
   /// Runs a handler of the form, which stays alive until the handler returns even when the handler unloads it.
   void raise(const std::function<void()>& handler) const;
 

@@ -7,6 +7,23 @@ namespace trackloom {
 Form::Form(FormHost& host, std::string name, std::string designedCaption)
     : caption(changed, std::move(designedCaption)), host_(host), name_(std::move(name)) {}
 
+/// A modal form's hold on its owner.
+class Form::Cover {
+ public:
+  explicit Cover(Form* owner) : owner_(owner), alive_(owner == nullptr ? nullptr : owner->keepAlive()) {
+    if (owner_ != nullptr) ++owner_->modals_;
+  }
+  ~Cover() {
+    if (owner_ != nullptr) --owner_->modals_;
+  }
+  Cover(const Cover&) = delete;
+  Cover& operator=(const Cover&) = delete;
+
+ private:
+  Form* owner_;
+  std::shared_ptr<Form> alive_;
+};
+
 void Form::load() {
   if (loaded_) return;
   loaded_ = true;
@@ -25,6 +42,7 @@ void Form::showModal(Form* owner) {
   load();
   if (unloaded_) return;
   visible_ = true;
+  const Cover cover(owner);
   host_.showModal(*this, owner);
 }
 
@@ -48,7 +66,7 @@ bool Form::unload(CloseReason reason) {
 }
 
 void Form::closeBox() {
-  unload(CloseReason::User);
+  if (takesInput()) unload(CloseReason::User);
 }
 
 void Form::activated() {

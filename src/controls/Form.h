@@ -38,6 +38,9 @@ class Form : public std::enable_shared_from_this<Form> {
   FormHost& host() const { return host_; }
   bool visible() const { return visible_; }
   bool closed() const { return unloaded_; }
+  /// A modal form that it owns keeps all input from it and its controls until that one's show returns, also while that
+  /// one is hidden because the work that it began goes on.
+  bool takesInput() const { return modals_ == 0; }
 
   Signal<> changed;
   Property<std::string> caption;
@@ -67,6 +70,7 @@ class Form : public std::enable_shared_from_this<Form> {
   virtual void Activate() {}
 
  private:
+  class Cover;
   friend class Control;
   void join(Control& control) { controls_.push_back(&control); }
 
@@ -76,6 +80,7 @@ class Form : public std::enable_shared_from_this<Form> {
   bool loaded_ = false;
   bool visible_ = false;
   bool unloaded_ = false;
+  int modals_ = 0;
 };
 
 }  // namespace trackloom

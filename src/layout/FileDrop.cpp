@@ -7,12 +7,15 @@
 namespace trackloom {
 
 void addDroppedFiles(Session& session, const std::vector<std::string>& paths) {
+  const Batch batch(session, Batch::Source::Drop);
   for (const std::string& path : paths) {
     const std::string name = SplitPath(session, path);
     const Candidate candidate{HostPath(path), session.mod.PathFolder, name};
-    if (AddTrack(session, candidate, DroppedFiles) == AddOutcome::LayoutTooBig) break;
+    const bool full = AddTrack(batch, candidate, DroppedFiles) == AddOutcome::LayoutTooBig;
+    if (!batch.goesOn()) return;
+    if (full) break;
   }
-  finishBatch(session);
+  batch.finish();
   if (session.frmListing().ListView1.Count() > 0) UpdateCapacityDisplay(session);
 }
 

@@ -1,5 +1,7 @@
 #include "layout/TrackRemoval.h"
 
+#include <algorithm>
+
 #include "model/Layout.h"
 #include "model/Session.h"
 #include "model/TrackRow.h"
@@ -44,7 +46,11 @@ void RemoveTrack(Session& session) {
   else
     skipOnError([&] { removeFromDataQueue(session, row); });
   skipOnError([&] { removeEmptyFolder(session, row); });
-  skipOnError([&] { listing.Remove(row); });
+  skipOnError([&] {
+    listing.Remove(row);
+    // The next row, so that several can be removed by the keyboard.
+    listing.SelectRow(std::min(row, listing.Count()));
+  });
   session.mod.LayoutSaved = false;
 }
 

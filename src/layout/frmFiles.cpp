@@ -69,19 +69,20 @@ void frmFiles::cmdOK_Click() {
   session_.ports.pump.pumpEvents();
   const std::string folder = EnsureTrailingSep(FT1.SelectedFolder());
   session_.mod.Options.setLastFolder(folder);
-  const bool finished = addChecked(folder);
+  const Batch batch(session_, Batch::Source::Dialog);
+  const bool finished = addChecked(batch, folder);
   ListView& listing = session_.frmListing().ListView1;
   if (finished && listing.Count() > 0) listing.SelectRow(1);
-  finishBatch(session_);
+  batch.finish();
   unload();
 }
 
-bool frmFiles::addChecked(const std::string& folder) {
+bool frmFiles::addChecked(const Batch& batch, const std::string& folder) {
   for (int row = 1; row <= ListView1.Count(); ++row) {
     if (!ListView1.Item(row).Checked) continue;
     const std::string name = ListView1.Item(row).Text;
     const Candidate candidate{HostPath(folder + name), folder, name};
-    if (AddTrack(session_, candidate, PickedFiles) == AddOutcome::LayoutTooBig) return false;
+    if (AddTrack(batch, candidate, PickedFiles) == AddOutcome::LayoutTooBig) return false;
   }
   return true;
 }

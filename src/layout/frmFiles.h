@@ -14,6 +14,7 @@
 
 namespace trackloom {
 
+class Batch;
 struct Session;
 struct LayoutForms;
 
@@ -49,7 +50,7 @@ class frmFiles final : public Form {
   void checkAll(bool checked);
   void cmdOK_Click();
   /// True: the whole list was gone through, false: the layout was full.
-  bool addChecked(const std::string& folder);
+  bool addChecked(const Batch& batch, const std::string& folder);
 
   Session& session_;
 };

@@ -1,7 +1,6 @@
 #include "model/AddTrack.h"
 
 #include "model/Capacity.h"
-#include "model/CommandStates.h"
 #include "model/Layout.h"
 #include "model/Session.h"
 #include "model/TrackRow.h"
@@ -51,13 +50,15 @@ bool isSkipped(Session& session, const Candidate& candidate, const AddTrackRules
   return rules.testDuplicates && session.frmListing().ListView1.HasText(candidate.name);
 }
 
-void addRow(Session& session, const Candidate& candidate) {
+void addRow(const Batch& batch, const Candidate& candidate) {
+  Session& session = batch.session();
   ListItem row;
   row.Text = candidate.name;
   row.Tag = session.mod.NextTrackNumber;
   row.SubItems = {candidate.folder, MeasureTrack(session, candidate.path)};
   if (!isAudioLayout(session)) row.SubItems.push_back(candidate.discFolder);
   session.frmListing().ListView1.Add(std::move(row));
+  batch.rowAdded();
   session.ports.pump.pumpEvents();
 }
 
@@ -82,10 +83,9 @@ void takeBackOverflow(Session& session, const Candidate& candidate) {
 
 }  // namespace
 
-AddOutcome AddTrack(Session& session, const Candidate& candidate, const AddTrackRules& rules) {
-  // While the rows of a batch come in, the user can close the layout that they are meant for.
-  if (!session.mod.LayoutOpen) return AddOutcome::NotAdded;
-  if (isSkipped(session, candidate, rules)) return AddOutcome::NotAdded;
+AddOutcome AddTrack(const Batch& batch, const Candidate& candidate, const AddTrackRules& rules) {
+  Session& session = batch.session();
+  if (!batch.goesOn() || isSkipped(session, candidate, rules)) return AddOutcome::NotAdded;
   const bool queued =
       isAudioLayout(session) ? queueAudio(session, candidate, rules) : queueData(session, candidate, rules);
   if (rules.testLimit) {
@@ -96,14 +96,8 @@ AddOutcome AddTrack(Session& session, const Candidate& candidate, const AddTrack
     }
   }
   if (!queued) return AddOutcome::NotAdded;
-  addRow(session, candidate);
+  addRow(batch, candidate);
   return AddOutcome::Added;
-}
-
-void finishBatch(Session& session) {
-  if (session.frmListing().ListView1.Count() == 0) return;
-  session.mod.LayoutSaved = false;
-  UpdateCommandStates(session);
 }
 
 std::string MeasureTrack(Session& session, const HostPath& path) {

@@ -6,6 +6,7 @@
 
 namespace trackloom {
 
+class Batch;
 struct Session;
 
 /// What differs between the ways by which a track enters a layout.
@@ -36,12 +37,9 @@ struct Candidate {
 enum class AddOutcome { Added, NotAdded, LayoutTooBig };
 
 /// Takes one candidate into the open layout: tests, queues, measures and lists it, with the boxes that belong to a
-/// refusal. LayoutTooBig ends the caller's batch. Lets pending window events run after a row was added; once one of
-/// them has closed the layout, nothing is added any more.
-AddOutcome AddTrack(Session& session, const Candidate& candidate, const AddTrackRules& rules);
-
-/// What every batch ends with: a listing with rows counts as changed, whether or not the batch added any.
-void finishBatch(Session& session);
+/// refusal. LayoutTooBig ends the caller's batch. Lets pending window events run after a row was added; any of them can
+/// close the layout.
+AddOutcome AddTrack(const Batch& batch, const Candidate& candidate, const AddTrackRules& rules);
 
 /// The play time of one file as text, by the scratch engine.
 std::string MeasureTrack(Session& session, const HostPath& path);

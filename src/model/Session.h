@@ -2,6 +2,7 @@
 
 #include "controls/FormHost.h"
 #include "controls/FormSlot.h"
+#include "model/Batch.h"
 #include "model/ListingWindow.h"
 #include "model/Ports.h"
 #include "model/Trackloom50Mod1.h"
@@ -23,6 +24,7 @@ struct Session {
   /// Here and not with the shell's forms, since every dialog of every feature takes its picture from it.
   FormSlot<class frmImages> frmImages{*this};
 
+  RunningBatches batches;
   /// The program is ending by force: nothing but its last boxes takes input any more.
   bool ending = false;
 

@@ -1,5 +1,8 @@
 #include "shell/Commands.h"
 
+#include <algorithm>
+#include <utility>
+
 #include "help/HelpLaunch.h"
 #include "layout/TrackRemoval.h"
 #include "model/Capacity.h"
@@ -20,6 +23,7 @@ namespace {
 
 constexpr const char* WebPage = "https://trackloom.example/";
 constexpr int ShowNormal = 1;
+constexpr const char* ExitTool = "mnuFileExit";
 
 bool hasTrackWithoutFolder(const ListView& listing) {
   for (int row = 1; row <= listing.Count(); ++row)
@@ -29,28 +33,38 @@ bool hasTrackWithoutFolder(const ListView& listing) {
 
 }  // namespace
 
+/// What a command does when it comes inside of a batch that runs with the main window open.
+enum class Commands::Inside {
+  Runs,
+  /// It uses the listing whole, and waits for the batch to end.
+  WaitsForEnd,
+  /// Its save question would cut a layout file to the rows read so far, and waits until all have been.
+  WaitsForOpening
+};
+
 /// A row of the command table: the toolbar's and the menu's name for one command, each may be missing.
 struct Commands::Row {
   const char* toolbarName;
   const char* menuName;
   void (Commands::*action)();
+  Inside insideBatch = Inside::Runs;
 };
 
 const Commands::Row Commands::table[] = {
-    {"New", "mnuFileNew", &Commands::newLayout},
+    {"New", "mnuFileNew", &Commands::newLayout, Inside::WaitsForOpening},
     {"AddFiles", "mnuActionsAdd", &Commands::addFiles},
     {"Delete", "mnuActionsDelete", &Commands::removeTrack},
-    {nullptr, "mnuFileClose", &Commands::closeLayout},
-    {nullptr, "mnuFileExit", &Commands::exit},
+    {nullptr, "mnuFileClose", &Commands::closeLayout, Inside::WaitsForOpening},
+    {nullptr, ExitTool, &Commands::exit, Inside::WaitsForOpening},
     {"ShowAll", nullptr, &Commands::showAllTracks},
     {"ShowNoFolder", nullptr, &Commands::showTracksWithoutFolder},
     {"mainHelp", "mnuHelpContents", &Commands::help},
     {"Erase", "mnuToolsErase", &Commands::eraseDisc},
     {"Ripper", "mnuToolsRipper", &Commands::openRipper},
-    {"Open", "mnuFileOpen", &Commands::openLayout},
-    {nullptr, "mnuFileWrite", &Commands::writeIsoImage},
-    {nullptr, "mnuFileSave", &Commands::save},
-    {nullptr, "mnuFileSaveAs", &Commands::saveAs},
+    {"Open", "mnuFileOpen", &Commands::openLayout, Inside::WaitsForOpening},
+    {nullptr, "mnuFileWrite", &Commands::writeIsoImage, Inside::WaitsForEnd},
+    {nullptr, "mnuFileSave", &Commands::save, Inside::WaitsForEnd},
+    {nullptr, "mnuFileSaveAs", &Commands::saveAs, Inside::WaitsForEnd},
     {nullptr, "mnuToolsInformation", &Commands::showDiscInfo},
     {"Search", "mnuActionsSearch", &Commands::search},
     {nullptr, "mnuToolsEject", &Commands::ejectDisc},
@@ -58,18 +72,50 @@ const Commands::Row Commands::table[] = {
     {nullptr, "mnuToolsOptions", &Commands::defaultOptions},
     {nullptr, "mnuHelpWeb", &Commands::OpenWebSite},
     {nullptr, "mnuActionsPlay", &Commands::PlaySelectedTrack},
-    {"Print", "mnuFilePrint", &Commands::print},
-    {nullptr, "mnuActionsCreate", &Commands::createIsoImage},
-    {"Record", "mnuActionsRecord", &Commands::record},
+    {"Print", "mnuFilePrint", &Commands::print, Inside::WaitsForEnd},
+    {nullptr, "mnuActionsCreate", &Commands::createIsoImage, Inside::WaitsForEnd},
+    {"Record", "mnuActionsRecord", &Commands::record, Inside::WaitsForEnd},
 };
 
-void Commands::dispatch(const std::string& tool) {
+const Commands::Row* Commands::rowOf(const std::string& tool) {
   const auto bears = [&](const char* name) { return name != nullptr && tool == name; };
-  for (const Row& row : table) {
-    if (!bears(row.toolbarName) && !bears(row.menuName)) continue;
-    (this->*row.action)();
-    return;
-  }
+  for (const Row& row : table)
+    if (bears(row.toolbarName) || bears(row.menuName)) return &row;
+  return nullptr;
+}
+
+void Commands::dispatch(const std::string& tool) {
+  const Row* row = rowOf(tool);
+  if (row != nullptr && !keeps(*row, tool)) (this->*row->action)();
+}
+
+bool Commands::keepsExit() {
+  return keeps(*rowOf(ExitTool), ExitTool);
+}
+
+bool Commands::mustWait(const Row& row) const {
+  const RunningBatches& batches = session_.batches;
+  if (row.insideBatch == Inside::WaitsForEnd) return batches.any();
+  return row.insideBatch == Inside::WaitsForOpening && batches.openings > 0 && !session_.mod.LayoutSaved;
+}
+
+bool Commands::keeps(const Row& row, const std::string& tool) {
+  if (!mustWait(row)) return false;
+  const auto same = [&](const Kept& other) { return other.row == &row; };
+  if (std::none_of(kept_.begin(), kept_.end(), same)) kept_.push_back({&row, tool, session_.batches.layoutsClosed});
+  return true;
+}
+
+void Commands::runKept() {
+  if (session_.batches.any()) return;
+  for (const Kept& command : std::exchange(kept_, {}))
+    if (stillMeant(command)) dispatch(command.tool);
+}
+
+bool Commands::stillMeant(const Kept& command) const {
+  ListingWindow& window = session_.frmListing();
+  const bool sameLayout = session_.mod.LayoutOpen && session_.batches.layoutsClosed == command.layout;
+  return sameLayout && window.visible() && window.takesInput() && window.DockStudio1.tool(command.tool).Enabled;
 }
 
 template <class T>

@@ -30,6 +30,7 @@ void CloseLayout(Session& session) {
   window.Progress1.Value = 0;
   window.CDR1->ClearAudioQueue();
   window.CDR1->ClearDataQueue();
+  ++session.batches.layoutsClosed;
   session.mod.LayoutOpen = false;
   session.mod.LayoutHasFile = false;
   session.mod.LayoutFileName.clear();

@@ -47,7 +47,10 @@ void frmListing::connectEvents() {
   ListView1.MouseDown = [this](MouseButton button) { pressOnListing(session_, button); };
   ListView1.DragOver = [this](double y) { dragOverListing(session_, y); };
   ListView1.DragDrop = [this](double y) { dropOnListing(session_, y); };
-  ListView1.FilesDropped = [this](const std::vector<std::string>& paths) { addDroppedFiles(session_, paths); };
+  ListView1.FilesDropped = [this](const std::vector<std::string>& paths) {
+    addDroppedFiles(session_, paths);
+    commands_.runKept();
+  };
   Timer1.Tick = [this] {
     startRealWrite(session_);
     Timer1.Enabled = false;
@@ -121,6 +124,7 @@ void frmListing::Activate() {
 }
 
 bool frmListing::QueryUnload(CloseReason) {
+  if (commands_.keepsExit()) return false;
   if (session_.mod.Options.PromptSave != 1 || !needsSaving(session_)) return true;
   const BoxAnswer answer = askToSave(session_, BoxButtons::YesNoCancel);
   if (answer == BoxAnswer::Yes) saveBeforeClose();

@@ -45,6 +45,38 @@ struct Slots {
 
 }  // namespace
 
+TEST_CASE(
+    "A form takes no input while a modal one that it owns is open, shown or hidden, and takes it again behind it") {
+  fakes::ScriptedDesk host;
+  std::string log;
+  const auto owner = std::make_shared<Sample>(host, log);
+  const auto other = std::make_shared<Sample>(host, log);
+  const auto modal = std::make_shared<Sample>(host, log);
+  int clicks = 0;
+  owner->button.Click = [&] { ++clicks; };
+  owner->show();
+  const auto script = [&](Sample& form) {
+    CHECK(form.takesInput());
+    CHECK(other->takesInput());
+    host.expectForm<Sample>(
+        "Sample", [](Sample& second) { second.hide(); }, "Sample");
+    other->showModal(owner.get());
+    CHECK_FALSE(owner->takesInput());
+    form.hide();
+    owner->button.click();
+    owner->closeBox();
+    CHECK_FALSE(owner->closed());
+  };
+  host.expectForm<Sample>("Sample", script, "Sample");
+  modal->showModal(owner.get());
+  CHECK(clicks == 0);
+  CHECK(owner->takesInput());
+  owner->button.click();
+  CHECK(clicks == 1);
+  owner->closeBox();
+  CHECK(owner->closed());
+}
+
 TEST_CASE("A form that unloads itself in its Load can still be read, is not shown, and is made anew") {
   struct Shy : Sample {
     using Sample::Sample;

@@ -155,27 +155,6 @@ TEST_CASE("A WAV file dropped on an MP3 layout makes no row and no words, but th
   listing.dropFiles({machine.music("waves/x.wav")});
 }
 
-TEST_CASE("Files are no longer added once their layout is closed while the rows come in") {
-  const bool picked = GENERATE(false, true);
-  Picker machine(AudioLayout);
-  machine.pump.onPump = [&] {
-    if (machine.window().ListView1.Count() == 2) machine.click("mnuFileClose");
-  };
-  if (picked)
-    machine.pick([&](frmFiles& form) {
-      form.FT1.choose(machine.music("mixed"));
-      form.cmdCheckAll.click();
-      form.cmdOK.click();
-    });
-  else
-    machine.window().ListView1.dropFiles(
-        {machine.music("mixed/b.mp3"), machine.music("mixed/a.wav"), machine.music("waves/x.wav")});
-  CHECK(machine.pump.pumped == (picked ? 3 : 2));
-  CHECK(machine.window().ListView1.Count() == 0);
-  CHECK(machine.cdr1().audioQueue.empty());
-  CHECK(machine.mod().LayoutSaved);
-}
-
 TEST_CASE("Nothing can be dropped while no layout is open") {
   Machine machine;
   machine.startQuietly();
@@ -212,6 +191,44 @@ TEST_CASE("Removing the last row of a disc folder removes the folder from the qu
   REQUIRE(calls.size() >= 2);
   CHECK(calls[0] == "CDR1.RemoveDataFile(\\x.mp3)");
   CHECK(calls[1] == "CDR1.RemoveDataFile(No Folder)");
+}
+
+TEST_CASE("Behind a removed track the next one is selected, or the last, so that several can go") {
+  Picker machine(AudioLayout);
+  for (const char* name : {"a.mp3", "b.mp3", "c.mp3", "d.mp3"}) machine.addTrack(name, 10);
+  ListView& listing = machine.window().ListView1;
+  const auto remove = [&] {
+    machine.desk.expectBox("Remove Track", BoxAnswer::Ok);
+    machine.click("Delete");
+  };
+  listing.SelectRow(2);
+  remove();
+  CHECK(listing.SelectedRow() == 2);
+  CHECK(listing.Item(2).Text == "c.mp3");
+  listing.SelectRow(3);
+  remove();
+  CHECK(listing.SelectedRow() == 2);
+  remove();
+  remove();
+  CHECK(listing.Count() == 0);
+  CHECK(listing.SelectedRow() == 0);
+}
+
+TEST_CASE("Delete with no selected row still asks, and takes from the queue what the last removal pointed at") {
+  Picker machine(AudioLayout);
+  for (const char* name : {"a.mp3", "b.mp3", "c.mp3"}) machine.addTrack(name, 10);
+  ListView& listing = machine.window().ListView1;
+  listing.SelectRow(0);
+  machine.window().QueueIndexOfSelection = 2;
+  machine.mod().LayoutSaved = true;
+  machine.desk.expectBox("Remove Track", BoxAnswer::Ok);
+  machine.click("Delete");
+  CHECK(machine.desk.finished());
+  CHECK(listing.Count() == 3);
+  CHECK(listing.SelectedRow() == 0);
+  REQUIRE(machine.cdr1().audioQueue.size() == 2);
+  CHECK(machine.cdr1().audioQueue[1].first == 3);
+  CHECK_FALSE(machine.mod().LayoutSaved);
 }
 
 }  // namespace trackloom

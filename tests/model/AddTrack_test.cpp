@@ -18,7 +18,8 @@ class Layout : public fakes::LayoutMachine {
 
   AddOutcome add(const std::string& path, const AddTrackRules& rules = PickedFiles) {
     const PathParts parts = splitPathText(path);
-    return AddTrack(session(), Candidate{HostPath(path), parts.folder, parts.name}, rules);
+    return AddTrack(Batch(session(), Batch::Source::Dialog), Candidate{HostPath(path), parts.folder, parts.name},
+                    rules);
   }
   AddOutcome addNew(const std::string& name, std::int32_t blocks, const AddTrackRules& rules = PickedFiles) {
     return add(makeTrack(name, blocks), rules);
@@ -187,8 +188,9 @@ TEST_CASE("The tracks of a layout file meet no duplicate test, no limit and no s
   const std::string name = std::string(70, 'x') + ".mp3";
   const std::string path = layout.makeTrack(name, 900);
   Candidate candidate{HostPath(path), layout.folder.path() + "/music/", name, "\\Rock"};
-  CHECK(AddTrack(layout.session(), candidate, LayoutFileTracks) == AddOutcome::Added);
-  CHECK(AddTrack(layout.session(), candidate, LayoutFileTracks) == AddOutcome::Added);
+  const Batch opening(layout.session(), Batch::Source::LayoutFile);
+  CHECK(AddTrack(opening, candidate, LayoutFileTracks) == AddOutcome::Added);
+  CHECK(AddTrack(opening, candidate, LayoutFileTracks) == AddOutcome::Added);
   CHECK(layout.cdr1().dataQueue.contains("\\Rock\\" + name));
   CHECK(layout.rows().SubItem(1, FolderColumn) == "\\Rock");
 }
