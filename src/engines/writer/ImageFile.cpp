@@ -1,17 +1,20 @@
 #include "engines/writer/ImageFile.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
+#include <filesystem>
 #include <limits>
+#include <optional>
+#include <system_error>
 #include <utility>
 
 #include "engines/ground/Blocks.h"
 #include "engines/ground/EngineError.h"
 #include "engines/writer/DataImage.h"
-#include "runtime/FileDescriptor.h"
+#include "runtime/AsideFile.h"
+#include "runtime/RuntimeError.h"
 
 namespace trackloom::engines::writer {
 
@@ -19,29 +22,38 @@ namespace {
 
 constexpr std::size_t blocksAtOnce = 256;
 
-[[noreturn]] void throwSystemError(const HostPath& target, int systemError) {
-  throw fileError(target, systemError);
-}
-
+/// The image in the making: what stands under its name stays until all of it is there.
 class Target {
  public:
-  explicit Target(const HostPath& path)
-      : path_(path), file_(::open(path.text.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_NONBLOCK | O_CLOEXEC, 0666)) {
-    if (!file_) throwSystemError(path_, errno);
+  explicit Target(const HostPath& path) : path_(path) {
+    namespace fs = std::filesystem;
+    std::error_code error;
+    const fs::path target = fs::weakly_canonical(path.text, error);
+    if (error) throw fileError(path_, error.value());
+    if (fs::exists(target, error) && !fs::is_regular_file(target, error)) throw fileError(path_, "not a regular file");
+    if (fs::exists(target, error) && ::eaccess(target.c_str(), W_OK) != 0) throw fileError(path_, errno);
+    guarded([&] { aside_.emplace(target.string()); });
   }
 
   void append(std::span<const std::byte> bytes) {
-    while (!bytes.empty()) {
-      const ssize_t count = ::write(file_.get(), bytes.data(), bytes.size());
-      if (count < 0 && errno == EINTR) continue;
-      if (count <= 0) throwSystemError(path_, count < 0 ? errno : ENOSPC);
-      bytes = bytes.subspan(static_cast<std::size_t>(count));
-    }
+    guarded([&] { aside_->write({reinterpret_cast<const char*>(bytes.data()), bytes.size()}); });
+  }
+  void finish() {
+    guarded([&] { aside_->takePlace(); });
   }
 
  private:
+  template <class Work>
+  void guarded(const Work& work) const {
+    try {
+      work();
+    } catch (const RuntimeError& error) {
+      throw fileError(path_, error.description());
+    }
+  }
+
   HostPath path_;
-  FileDescriptor file_;
+  std::optional<AsideFile> aside_;
 };
 
 /// Tells of the files that went into the image since the last time.
@@ -104,6 +116,7 @@ void writeImageFile(const HostPath& target, std::vector<DataEntry> entries, cons
     left -= step;
     report.upTo(image.reading().file, image.reading().bytesOfFile);
   }
+  file.finish();
   report.upTo(image.fileCount(), 0);
 }
 

@@ -1,7 +1,10 @@
+#include <sys/resource.h>
 #include <sys/stat.h>
 
 #include <algorithm>
 #include <catch2/catch.hpp>
+#include <csignal>
+#include <filesystem>
 #include <sstream>
 
 #include "engines/writer/FakeWorld.h"
@@ -202,7 +205,48 @@ TEST_CASE("An image file that cannot be written is a file error within the call"
   CHECK_FALSE(world.make());
   world.image = "/dev/full";
   CHECK_FALSE(world.make());
-  CHECK(world.writers.failureDetail().lastFailure().find("No space left") != std::string::npos);
+  CHECK(world.writers.failureDetail().lastFailure() == "/dev/full: not a regular file");
+}
+
+TEST_CASE("An image that fails leaves what was there, and nothing beside it") {
+  ImageWorld world;
+  const bool replaces = GENERATE(false, true);
+  CHECK(world.add("\\a", noise(3000000, 1)));
+  const HostPath second = world.folder.file("second", noise(3000000, 2));
+  CHECK(world.writer->AddDataFile(DiscPath("\\b"), second));
+  if (replaces) world.folder.file("made.iso", "the old one");
+  SECTION("a source that has changed since it was queued") {
+    std::filesystem::resize_file(second.text, 1000);
+    CHECK_FALSE(world.make());
+    CHECK(world.writers.failureDetail().lastFailure() == second.text + ": changed since it was added");
+  }
+  SECTION("a source that cannot be opened") {
+    std::filesystem::remove(second.text);
+    std::filesystem::create_directory(second.text);
+    CHECK_FALSE(world.make());
+    CHECK(world.writers.failureDetail().lastFailure() == second.text + ": not a regular file");
+  }
+  SECTION("a source that is cut short in the middle") {
+    world.heard.onLine = [&](const std::string& line) {
+      if (line == "OnImageTrackStart 1") std::filesystem::resize_file(second.text, 1000);
+    };
+    CHECK_FALSE(world.make());
+  }
+  SECTION("no room for it") {
+    const auto signal = std::signal(SIGXFSZ, SIG_IGN);
+    rlimit before{};
+    ::getrlimit(RLIMIT_FSIZE, &before);
+    const rlimit little{.rlim_cur = 1'000'000, .rlim_max = before.rlim_max};
+    ::setrlimit(RLIMIT_FSIZE, &little);
+    CHECK_FALSE(world.make());
+    ::setrlimit(RLIMIT_FSIZE, &before);
+    std::signal(SIGXFSZ, signal);
+  }
+  CHECK(world.heard.lines.back() == "OnWriteError 2 0");
+  CHECK(std::filesystem::exists(world.image) == replaces);
+  if (replaces) CHECK(world.folder.read("made.iso") == "the old one");
+  for (const auto& entry : std::filesystem::directory_iterator(world.folder.path()))
+    CHECK_FALSE(entry.path().filename().string().starts_with("."));
 }
 
 TEST_CASE("Ten thousand files of one folder make an image") {

@@ -134,6 +134,24 @@ TEST_CASE("A second copy is held to the content of the first") {
   }
 }
 
+TEST_CASE("A header that lies about the length of its file does not reach the disc, and the queue learns the truth") {
+  FakeWorld world;
+  const std::string sound = world.folder.file("sound.wav", wav(noise(std::size_t{200} * 2352, 1))).text;
+  REQUIRE(std::system(("lame --quiet -b 128 '" + sound + "' '" + sound + ".mp3'").c_str()) == 0);
+  std::string bytes = contentOf(sound + ".mp3");
+  const std::size_t frames = bytes.find("Info") + 11;
+  bytes[frames] = static_cast<char>(static_cast<unsigned char>(bytes[frames]) - 5);
+  const HostPath path = world.folder.file("lie.mp3", bytes);
+  REQUIRE(world.writer->AddAudioTrack(path, 1));
+  CHECK(world.writer->AudioQueueBlocks() == 191);
+  REQUIRE(world.write());
+  CHECK(world.heard.lines.back() == "OnOperationComplete");
+  CHECK(world.recorder->disc()->tracks.at(0).size() == std::size_t{200} * 2352);
+  world.writer->ClearAudioQueue();
+  world.writer->AddAudioTrack(path, 1);
+  CHECK(world.writer->AudioQueueBlocks() == 200);
+}
+
 TEST_CASE("A changed source among many costs no disc, whichever it is") {
   FakeWorld world;
   const bool data = GENERATE(false, true);
