@@ -10,8 +10,8 @@
 namespace trackloom::engines {
 
 /// What of a disc operation failed: the memory or the cache that is read through, the memory that is written through, a
-/// source, or the device.
-enum class ErrorKind : std::uint8_t { ReadBuffer, WriteBuffer, File, Device };
+/// source, or the device. The values are those that the engine's owner is told; others are possible.
+enum class ErrorKind : std::int32_t { ReadBuffer = 0, WriteBuffer = 1, File = 2, Device = 3 };
 
 /// The one exception of the engines. `words` say on what it failed and why, in UTF-8; `number` is the device's own, 0
 /// for the other kinds.

@@ -49,6 +49,8 @@ void takeFaults(const IniFile& ini, RecorderSettings& settings) {
   constexpr std::int32_t anyBlock = std::numeric_limits<std::int32_t>::max();
   settings.failWriteAt = ini.number("faults", "failWriteAt", 0, anyBlock);
   settings.failTestAt = ini.number("faults", "failTestAt", 0, anyBlock);
+  settings.failTrack = static_cast<std::int16_t>(ini.number("faults", "failTrack", 1, 99).value_or(0));
+  settings.failKind = static_cast<ErrorKind>(ini.number("faults", "failCode", 0, 99).value_or(3));
   settings.failClosing = ini.value("faults", "failClosing").value_or("");
   settings.failErasing = ini.flag("faults", "failErasing").value_or(settings.failErasing);
   settings.failNumber = senseNumber(ini.value("faults", "failNumber").value_or("")).value_or(settings.failNumber);
@@ -80,7 +82,9 @@ double RecorderSettings::blocksPerSecond(std::int16_t speed) const {
 }
 
 void RecorderSettings::fail(const std::string& otherwise) const {
-  throw deviceError(failNumber, failText.empty() ? otherwise : failText);
+  const std::string words = failText.empty() ? otherwise : failText;
+  if (failKind == ErrorKind::Device) throw deviceError(failNumber, words);
+  throw EngineError(failKind, 0, words);
 }
 
 void RecorderSettings::failIfClosing(const std::string& part) const {
@@ -111,10 +115,14 @@ refuseEject = no
 ; The block address at which a write fails, and the one at which a test write does.
 ;failWriteAt = 15230
 ;failTestAt = 15230
+; The track before whose first block a write or a test fails, once its cache is full.
+;failTrack = 2
 ; What fails when it is to be closed: track, session or disc.
 ;failClosing = session
 ; Whether an erase fails.
 ;failErasing = yes
+; What has failed: 0 the read buffer, 1 the write buffer, 2 a file, 3 the device, up to 99 something else.
+;failCode = 3
 ; The number (sense key, code and qualifier, hexadecimal) and the words of these failures.
 ;failNumber = 3/0C/00
 ;failText = write error

@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include "engines/ground/EngineError.h"
+
 namespace trackloom::engines::virtualrecorder {
 
 /// What recorder.ini says. Every key is optional, and a value that is none stands as its default, so a recorder works
@@ -25,9 +27,12 @@ struct RecorderSettings {
   /// The address of the block at which a write, or a test write, fails.
   std::optional<std::int32_t> failWriteAt;
   std::optional<std::int32_t> failTestAt;
+  /// The track before whose first block a write or a test fails, once its cache is full; 0: none.
+  std::int16_t failTrack = 0;
   /// What fails when it is closed: "track", "session" or "disc"; empty: nothing.
   std::string failClosing;
   bool failErasing = false;
+  ErrorKind failKind = ErrorKind::Device;
   std::int32_t failNumber = 0x030C00;
   /// Empty: words that fit the place of the failure.
   std::string failText;

@@ -81,6 +81,7 @@ void VirtualWrite::requireNotStopped() const {
 void VirtualWrite::beginTrack(std::int16_t track) {
   source_.beginTrack(track);
   requireNotStopped();
+  if (settings_.failTrack == track) settings_.fail("track " + std::to_string(track) + " could not be begun");
 }
 
 void VirtualWrite::markAsWriting() {

@@ -1,28 +1,9 @@
 #include "engines/writer/OperationEvents.h"
 
+#include <cstdint>
 #include <utility>
 
-#include "ports/CDWriterXP.h"
-
 namespace trackloom::engines::writer {
-
-namespace {
-
-WriteErrorCode codeOf(ErrorKind kind) {
-  switch (kind) {
-    case ErrorKind::ReadBuffer:
-      return ReadBufferError;
-    case ErrorKind::WriteBuffer:
-      return WriteBufferError;
-    case ErrorKind::File:
-      return FileError;
-    case ErrorKind::Device:
-      break;
-  }
-  return DeviceError;
-}
-
-}  // namespace
 
 OperationEvents::OperationEvents(EventQueue& queue, CDWriterEvents& listener, std::shared_ptr<FailureWords> words,
                                  DeviceWords deviceWords)
@@ -50,7 +31,7 @@ void OperationEvents::keepWords(const EngineError& error) {
 void OperationEvents::fail(const EngineError& error) {
   end([this, error] {
     keepWords(error);
-    listener_.OnWriteError(codeOf(error.kind()), error.number());
+    listener_.OnWriteError(static_cast<std::int32_t>(error.kind()), error.number());
   });
 }
 

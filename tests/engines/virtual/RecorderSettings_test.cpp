@@ -19,6 +19,9 @@ TEST_CASE("An empty recorder.ini gives the defaults, and the one that is shipped
     CHECK_FALSE(settings.failWriteAt);
     CHECK_FALSE(settings.failTestAt);
     CHECK(settings.failClosing.empty());
+    CHECK(settings.failTrack == 0);
+    CHECK(settings.failKind == trackloom::engines::ErrorKind::Device);
+    CHECK_FALSE(settings.failErasing);
     CHECK(settings.failText.empty());
   }
 }
@@ -27,7 +30,8 @@ TEST_CASE("Every setting of recorder.ini is taken") {
   const RecorderSettings settings = RecorderSettings::parse(
       "[recorder]\nvendor = ACME\nproduct = Burner 9\nmaximumSpeed = 8\nwriteGuard = no\nrealTimePacing = yes\n"
       "automaticFeed = off\nrefuseSelect = true\nrefuseEject = 1\n"
-      "[faults]\nfailWriteAt = 100\nfailTestAt = 0\nfailClosing = disc\nfailNumber = 4/3E/02\nfailText = smoke\n");
+      "[faults]\nfailWriteAt = 100\nfailTestAt = 0\nfailClosing = disc\nfailTrack = 3\nfailCode = 17\nfailErasing = "
+      "yes\nfailNumber = 4/3E/02\nfailText = smoke\n");
   CHECK(settings.vendor == "ACME");
   CHECK(settings.product == "Burner 9");
   CHECK(settings.maximumSpeed == 8);
@@ -39,6 +43,9 @@ TEST_CASE("Every setting of recorder.ini is taken") {
   CHECK(settings.failWriteAt == 100);
   CHECK(settings.failTestAt == 0);
   CHECK(settings.failClosing == "disc");
+  CHECK(settings.failTrack == 3);
+  CHECK(settings.failKind == static_cast<trackloom::engines::ErrorKind>(17));
+  CHECK(settings.failErasing);
   CHECK(settings.failNumber == 0x043E02);
   CHECK(settings.failText == "smoke");
 }

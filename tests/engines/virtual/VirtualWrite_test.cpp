@@ -289,6 +289,34 @@ TEST_CASE("A fault of recorder.ini fails the write at its block with its number 
   checkSpoilt(recorder);
 }
 
+TEST_CASE("A fault before a track comes once the track is ready, and leaves the disc as it was before the first one") {
+  const Sandbox box;
+  VirtualRecorder recorder = box.recorder();
+  const std::string track = GENERATE("1", "2");
+  box.configure("[faults]\nfailTrack = " + track + "\n");
+  const auto before = snapshot(box.tray());
+  Script script(audioOrder({20, 20}, true, true));
+  CHECK(failureOf([&] { script.run(recorder); }) == "030C00 track " + track + " could not be begun (3/0C/00)");
+  CHECK(script.phases.back() == "begin " + track);
+  if (track == "1") CHECK(snapshot(box.tray()) == before);
+  if (track == "2") checkSpoilt(recorder);
+}
+
+TEST_CASE("A fault may be of any kind, and then has no number of a device") {
+  const Sandbox box;
+  VirtualRecorder recorder = box.recorder();
+  const int code = GENERATE(0, 1, 2, 4, 17);
+  box.configure("[faults]\nfailWriteAt = 0\nfailText = smoke\nfailCode = " + std::to_string(code) + "\n");
+  try {
+    writeDisc(recorder, audioOrder({20}, true, true));
+    FAIL("nothing failed");
+  } catch (const EngineError& error) {
+    CHECK(static_cast<int>(error.kind()) == code);
+    CHECK(error.number() == 0);
+    CHECK(error.words() == "smoke");
+  }
+}
+
 TEST_CASE("A fault for writes spares tests, and a fault for tests spares writes") {
   const Sandbox box;
   VirtualRecorder recorder = box.recorder();
@@ -425,42 +453,6 @@ TEST_CASE("A description that cannot be replaced refuses the write and leaves th
   CHECK_THAT(text, StartsWith("030C00 the disc cannot be written: cannot replace disc.ini.new"));
   CHECK(discIn(recorder).status == DiscEmpty);
   CHECK(names(box.disc()) == Names{"disc.ini", "disc.ini.new"});
-}
-
-TEST_CASE("No hard link leads a write out of the recorder's folder") {
-  const Sandbox box;
-  VirtualRecorder recorder = box.recorder();
-  const std::string name = GENERATE("disc.ini.new", "disc.cue.new", "disc.bin");
-  const std::string theirs = name == "disc.bin" ? "" : "theirs";
-  writeFile(box.root() / "victim", theirs);
-  fs::create_hard_link(box.root() / "victim", box.disc() / name);
-  writeDisc(recorder, audioOrder({300}, true, true));
-  CHECK(readFile(box.root() / "victim") == theirs);
-  CHECK(readFile(box.disc() / "disc.bin") == sectorsOf(AudioBlocks, 0, 0, 300));
-  CHECK(names(box.disc()) == Names{"disc.bin", "disc.cue", "disc.ini"});
-}
-
-TEST_CASE("Sectors that have another name elsewhere are not added to") {
-  const Sandbox box;
-  VirtualRecorder recorder = box.recorder();
-  writeDisc(recorder, audioOrder({300}, false, false));
-  fs::create_hard_link(box.disc() / "disc.bin", box.root() / "theirs");
-  const auto before = snapshot(box.root());
-  CHECK_THAT(failureOf([&] { writeDisc(recorder, audioOrder({300}, true, true)); }),
-             Contains("disc.bin has another name"));
-  CHECK(snapshot(box.root()) == before);
-}
-
-TEST_CASE("A cue sheet that a kill left behind is mended when the disc is ejected") {
-  const Sandbox box;
-  VirtualRecorder recorder = box.recorder();
-  writeDisc(recorder, audioOrder({300}, false, false));
-  const std::string old = readFile(box.disc() / "disc.cue");
-  writeDisc(recorder, audioOrder({200}, true, true));
-  const std::string now = readFile(box.disc() / "disc.cue");
-  writeFile(box.disc() / "disc.cue", GENERATE_COPY(old, std::string(now.size(), 'x'), std::string()));
-  CHECK(ejectFailure(recorder) == "no failure");
-  CHECK(readFile(box.shelf() / "Disc 0001" / "disc.cue") == now);
 }
 
 TEST_CASE("With real-time pacing a write takes its time") {

@@ -62,6 +62,18 @@ TEST_CASE("A fault of the recorder in the midst of a disc is told with its own n
   CHECK(world.real().DiscStatus() == DiscClosed);
 }
 
+TEST_CASE("A fault of any code is told with that code") {
+  VirtualWorld world;
+  const std::string code = GENERATE("0", "1", "2", "17");
+  world.recorderIni("[faults]\nfailTrack = 1\nfailText = smoke\nfailCode = " + code + "\n");
+  REQUIRE(world.real().AddAudioTrack(world.audioFile("one", 40), 1));
+  world.real().SetCacheAudioTracks(true);
+  REQUIRE(world.write());
+  CHECK(world.heard().lines ==
+        std::vector<std::string>{"OnWriteStarting", "OnTrackCacheStart 1 40", "OnWriteError " + code + " 0"});
+  CHECK(world.real().DiscStatus() == DiscEmpty);
+}
+
 TEST_CASE("A test write of a whole disc leaves the folder of the disc as it was") {
   VirtualWorld world;
   REQUIRE(world.real().AddAudioTrack(world.audioFile("one", 400), 1));
