@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
+#include <cstring>
 #include <limits>
 #include <mutex>
 #include <string>
@@ -75,11 +77,8 @@ class SectorStream : public AudioStream {
     const std::size_t count = std::min(sectors.size() / SectorSize, sectorsLeft_);
     samples_.resize(count * SamplesPerSector);
     readSource();
-    for (std::size_t i = 0; i < samples_.size(); ++i) {
-      const auto sample = static_cast<std::uint16_t>(samples_[i]);
-      sectors[2 * i] = static_cast<std::byte>(sample & 0xFF);
-      sectors[2 * i + 1] = static_cast<std::byte>(sample >> 8);
-    }
+    static_assert(std::endian::native == std::endian::little, "samples lie in memory as on the disc");
+    std::memcpy(sectors.data(), samples_.data(), count * SectorSize);
     sectorsLeft_ -= count;
     return count * SectorSize;
   }

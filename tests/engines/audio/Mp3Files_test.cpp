@@ -277,6 +277,22 @@ TEST_CASE_METHOD(Mp3Folder, "A header that lies about its frames is believed for
   checkEqualLength("lie.mp3");
 }
 
+TEST_CASE_METHOD(Mp3Folder, "A file whose length is proven is not walked again before it is decoded") {
+  write("source.wav", wavBytes(bytesOf(music(1'000'000))));
+  const std::string options = GENERATE("-b 320", "-t -b 320");
+  const auto path = write("long.mp3", encoded(options));
+  AudioFiles files;
+  const auto source = files.find(path)->source;
+  CHECK(files.provenBlocks(source) >= blocksFor(1'000'000));
+
+  const std::size_t half = std::filesystem::file_size(path.text) / 2;
+  const std::uint64_t before = bytesRead();
+  const auto stream = files.open(source);
+  std::vector<std::byte> sector(SectorBytes);
+  CHECK(stream->read(sector) == SectorBytes);
+  CHECK(bytesRead() - before < half);
+}
+
 TEST_CASE_METHOD(Mp3Folder, "What looks like another rate or number of channels is passed over") {
   const std::string good = encoded("-t -b 128");
   // MPEG-1 layer III, 128 kbit/s: at 48,000 Hz, 384 bytes a frame; in one channel, 417.
