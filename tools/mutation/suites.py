@@ -105,6 +105,8 @@ def run(tests, told, seconds):
     """Runs tests of one program in one process, in a temporary folder of their own. `seconds` is how long they may take, with
     some grace; who takes longer has failed."""
     scratch = tempfile.mkdtemp(prefix="mutate-")
+    # Some tests act as another user, who must find his way in.
+    os.chmod(scratch, 0o755)
     environment = {**os.environ, **dict(entry.split("=", 1) for entry in tests[0].environment), "TMPDIR": scratch, **told}
     command = [tests[0].program, *(word for test in tests for word in test.words)]
     if len(tests) > 1:
