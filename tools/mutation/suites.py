@@ -1,6 +1,7 @@
 """The tests: which faults each of them comes by, and whether one of them notices a fault."""
 
 import collections
+import itertools
 import json
 import math
 import os
@@ -34,7 +35,9 @@ class Test:
     def __init__(self, row):
         properties = {entry["name"]: entry["value"] for entry in row.get("properties", [])}
         self.name = row["name"]
-        self.program, *self.words = row["command"]
+        self.program, *words = row["command"]
+        self.names = list(itertools.takewhile(lambda word: not word.startswith("-"), words))
+        self.options = words[len(self.names) :]
         self.environment = tuple(properties.get("ENVIRONMENT", []))
         self.folder = properties.get("WORKING_DIRECTORY", ".")
         self.seconds = 0.0
@@ -108,7 +111,7 @@ def run(tests, told, seconds):
     # Some tests act as another user, who must find his way in.
     os.chmod(scratch, 0o755)
     environment = {**os.environ, **dict(entry.split("=", 1) for entry in tests[0].environment), "TMPDIR": scratch, **told}
-    command = [tests[0].program, *(word for test in tests for word in test.words)]
+    command = [tests[0].program, *(name for test in tests for name in test.names), *tests[0].options]
     if len(tests) > 1:
         command.append("--abort")
     began = time.monotonic()
