@@ -57,6 +57,8 @@ def tried(tree, standing, accepted, jobs):
         suites.measure(pool, standing)
         for name in suites.broken:
             say(f"Mutate: fails without a fault, not asked: {name}")
+        for program, *_ in suites.alone:
+            say(f"Mutate: its tests do not run together: {program}")
         say(f"Mutate: trying {len(standing)} faults")
         for (number, fault), by in zip(standing.items(), pool.map(suites.noticed, standing)):
             results[fault] = by

@@ -44,7 +44,7 @@ class Test:
         self.reached = frozenset()
 
 
-Outcome = collections.namedtuple("Outcome", "passed seconds words")
+Outcome = collections.namedtuple("Outcome", "passed seconds reached", defaults=(frozenset(),))
 
 
 class Suites:
@@ -52,20 +52,21 @@ class Suites:
         self.tests = [Test(row) for row in _listed(built) if "command" in row]
         self.jobs = jobs
         self.broken = []
+        self.alone = []
 
     def measure(self, pool, faults):
-        """Runs each test by itself without a fault and notes what it comes by. A test that fails so is asked no more."""
-        outcomes = list(pool.map(lambda test: self._measure(test, max(faults, default=0) + 1), self.tests))
+        """Runs each test by itself without a fault and notes what it comes by. A test that fails so is asked no more, and
+        one of a program whose tests do not run together is run alone for good."""
+        size = max(faults, default=0) + 1
+        outcomes = list(pool.map(lambda test: _measured([test], size), self.tests))
+        for test, outcome in zip(self.tests, outcomes):
+            test.seconds, test.reached = outcome.seconds, outcome.reached
         self.broken = [test.name for test, outcome in zip(self.tests, outcomes) if not outcome.passed]
         self.tests = [test for test, outcome in zip(self.tests, outcomes) if outcome.passed and test.reached]
-
-    def _measure(self, test, size):
-        with tempfile.NamedTemporaryFile() as file:
-            file.truncate(size)
-            outcome = run([test], {"MUTATION_REACHED": file.name}, FIRST_RUN)
-            test.reached = frozenset(number for number, mark in enumerate(pathlib.Path(file.name).read_bytes()) if mark)
-        test.seconds = outcome.seconds
-        return outcome
+        programs = self._programs(self.tests)
+        for program, together in zip(programs, pool.map(lambda tests: _run_together(tests, size), programs.values())):
+            if not together:
+                self.alone.append(program)
 
     def noticed(self, number):
         """The name of what noticed the fault, or None. The quickest tests come first."""
@@ -78,19 +79,42 @@ class Suites:
     def reaching(self, number):
         return [test for test in self.tests if number in test.reached]
 
-    def _batches(self, number):
-        """Tests of one program and environment run in one process, the quickest of them in the first batch."""
+    @staticmethod
+    def _programs(tests):
+        """The tests by the program that they are, as it is called."""
         programs = collections.defaultdict(list)
-        for test in self.reaching(number):
+        for test in tests:
             programs[test.program, test.environment, test.folder].append(test)
-        batches = [batch for tests in programs.values() for batch in _cut(sorted(tests, key=lambda test: test.seconds))]
+        return programs
+
+    def _batches(self, number):
+        """Tests of one program run in one process, the quickest of them in the first batch."""
+        batches = []
+        for program, tests in self._programs(self.reaching(number)).items():
+            most = 0 if program in self.alone else BATCH
+            batches += _cut(sorted(tests, key=lambda test: test.seconds), most)
         return sorted(batches, key=lambda batch: sum(test.seconds for test in batch))
 
 
-def _cut(tests):
+def _measured(tests, size):
+    """The outcome of a run without a fault, with the faults that it came by."""
+    with tempfile.NamedTemporaryFile() as file:
+        file.truncate(size)
+        outcome = run(tests, {"MUTATION_REACHED": file.name}, FIRST_RUN)
+        marks = pathlib.Path(file.name).read_bytes()
+    return outcome._replace(reached=frozenset(number for number, mark in enumerate(marks) if mark))
+
+
+def _run_together(tests, size):
+    """Whether these tests pass in one process as well, and come by all that they come by alone."""
+    outcome = _measured(tests, size)
+    return outcome.passed and outcome.reached >= frozenset().union(*(test.reached for test in tests))
+
+
+def _cut(tests, most):
     batch, seconds = [], 0
     for test in tests:
-        if batch and seconds + test.seconds > BATCH:
+        if batch and seconds + test.seconds > most:
             yield batch
             batch, seconds = [], 0
         batch.append(test)
@@ -111,19 +135,24 @@ def run(tests, told, seconds):
     # Some tests act as another user, who must find his way in.
     os.chmod(scratch, 0o755)
     environment = {**os.environ, **dict(entry.split("=", 1) for entry in tests[0].environment), "TMPDIR": scratch, **told}
-    command = [tests[0].program, *(name for test in tests for name in test.names), *tests[0].options]
+    # Catch2 takes names between commas for alternatives.
+    command = [tests[0].program, *_joined([test.names for test in tests]), *tests[0].options]
     if len(tests) > 1:
         command.append("--abort")
     began = time.monotonic()
     try:
-        status, words = _finished(command, environment, tests[0].folder, seconds)
+        status = _finished(command, environment, tests[0].folder, seconds)
     finally:
         shutil.rmtree(scratch, ignore_errors=True)
-    return Outcome(status == 0, time.monotonic() - began, words)
+    return Outcome(status == 0, time.monotonic() - began)
+
+
+def _joined(names):
+    return names[0] if len(names) == 1 else [",".join(name for parts in names for name in parts)]
 
 
 def _finished(command, environment, folder, seconds):
-    """The exit status and the words of the command; negative where it was ended."""
+    """The exit status of the command; negative where it was ended."""
 
     def bounded():
         resource.setrlimit(resource.RLIMIT_CPU, (math.ceil(BUSY + seconds),) * 2)
@@ -132,15 +161,15 @@ def _finished(command, environment, folder, seconds):
 
     with subprocess.Popen(
         command, env=environment, cwd=folder, start_new_session=True, preexec_fn=bounded,
-        stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, errors="replace",
+        stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
     ) as process:
         try:
-            words, _ = process.communicate(timeout=PATIENCE + seconds)
+            process.wait(PATIENCE + seconds)
         except subprocess.TimeoutExpired:
-            words = "hangs"
+            pass
         finally:
             _end(process.pid)
-        return process.wait(), words
+        return process.wait()
 
 
 def _end(group):
