@@ -21,11 +21,9 @@ class SectorSource {
   /// before the disc is touched. Throws like read().
   virtual void beginTrack(std::int16_t /*track*/) {}
   /// Fills all of `sectors`, which the caller keeps within what is left of the track, waiting where it must. Throws
-  /// EngineError when the content can no longer be read, Stopped when the operation was stopped meanwhile.
+  /// EngineError when the content can no longer be read, and before the last sectors of a file are handed out that has
+  /// changed since; Stopped when the operation was stopped meanwhile.
   virtual void read(std::span<std::byte> sectors) = 0;
-  /// Comes once all sectors were read and before the last of them go onto the disc; throws EngineError when what was
-  /// read is not what the sources hold.
-  virtual void requireUnchanged() {}
   /// How full the buffer is that this source reads ahead into.
   virtual std::int16_t bufferPercent() = 0;
 };

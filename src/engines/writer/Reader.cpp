@@ -30,7 +30,6 @@ class Reading {
   std::int64_t blocksOf(std::int16_t track) const {
     return opened_.trackBlocks.at(static_cast<std::size_t>(track) - 1);
   }
-  bool isLast(std::int16_t track) const { return track == std::ssize(opened_.trackBlocks); }
   void raise(std::function<void(CDWriterEvents&)> event);
 
   const ReadOrder& order_;
@@ -75,7 +74,6 @@ void Reading::handOverTrack(std::int16_t track) {
     std::vector<std::byte> sectors(static_cast<std::size_t>(step) * order_.sectorBytes);
     source.read(sectors);
     left -= step;
-    if (left == 0 && isLast(track)) opened_.sectors->requireUnchanged();
     handOver_.put(std::move(sectors), source.bufferPercent(), stop_);
   }
 }
