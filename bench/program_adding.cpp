@@ -50,6 +50,7 @@ double addingTime(const std::vector<std::string>& files) {
   fakes::TempFolder folder;
   folder.write("NoShow.dat", "");
   fuzz::YieldingDesk desk;
+  fakes::FakeFileDialogs fileDialogs;
   fakes::FakePump pump;
   fakes::FakeProcess process;
   process.folder = folder.path();
@@ -59,7 +60,7 @@ double addingTime(const std::vector<std::string>& files) {
   NoEvents events;
   engines::writer::DiscWriters writers({std::make_shared<engines::writer::FakeRecorder>()},
                                        std::make_shared<engines::audio::AudioFiles>(), events, {});
-  Program program(desk, {desk, pump, process, writers, opener, help, commonControls, Separators{}});
+  Program program(desk, {desk, fileDialogs, pump, process, writers, opener, help, commonControls, Separators{}});
   program.start();
   program.forms().shell.frmOpen->Timer1.tick();
   program.session().frmListing().activated();

@@ -25,7 +25,7 @@ class Installation {
   /// Runs the program from its start to its close; where it ends earlier that is well too.
   void live() {
     try {
-      Program program(desk_, {desk_, pump_, process_, engines_, opener_, help_, commonControls_, Separators{}});
+      Program program(desk_, {desk_, files_, pump_, process_, engines_, opener_, help_, commonControls_, Separators{}});
       program.start();
       program.forms().shell.frmOpen->Timer1.tick();
       ListingWindow& window = program.session().frmListing();
@@ -50,6 +50,7 @@ class Installation {
   fakes::FakeOpener opener_;
   fakes::FakeHelp help_;
   fakes::FakeCommonControls commonControls_;
+  fakes::FakeFileDialogs files_;
 };
 
 void require(bool holds) {

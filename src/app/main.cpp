@@ -6,6 +6,7 @@
 #include "desktop/Look.h"
 #include "desktop/QtDesk.h"
 #include "desktop/QtEvents.h"
+#include "desktop/QtFileDialogs.h"
 #include "desktop/QtMessageBoxes.h"
 #include "engines/ground/EngineSettings.h"
 #include "engines/virtual/VirtualRecorders.h"
@@ -31,6 +32,7 @@ int runProgram() {
   QtEventPump pump;
   QtEventQueue events(desk);
   QtMessageBoxes boxes(desk);
+  QtFileDialogs files(desk);
   LinuxProcess process;
   DesktopOpener opener;
   NoHelpViewer help;
@@ -50,7 +52,7 @@ int runProgram() {
                                        std::make_shared<engines::audio::AudioFiles>(), events,
                                        {settings.pause, HostPath(ScratchFolder)});
   desk.setFailureDetail(writers.failureDetail());
-  Program program(desk, {boxes, pump, process, writers, opener, help, commonControls, systemSeparators()});
+  Program program(desk, {boxes, files, pump, process, writers, opener, help, commonControls, systemSeparators()});
   const ForcedEnd forcedEnd([&program](int status) { program.endUnasked(status); });
   desk.setTrap([&program](const std::function<void()>& event) { program.run(event); });
   desk.enter([&program] { program.start(); });

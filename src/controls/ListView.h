@@ -13,6 +13,8 @@
 
 namespace trackloom {
 
+class ImageList;
+
 /// A report list whose rows are the records themselves. Rows and columns count from 1; column 1 is the row's Text. A
 /// number outside raises error 9. While sorted, a new row takes its place by its key, after its equals, ignoring case;
 /// switching sorting off keeps the order, and changing a cell moves nothing. When the selected row is removed, the next
@@ -47,6 +49,8 @@ class ListView final : public Control {
   void SetForeColor(int row, Colour colour);
   void SetChecked(int row, bool checked);
   const ListStyle& style() const { return style_; }
+  /// What SmallIcon counts in; without one, image 1 is what the face has for the rows of this list.
+  const ImageList* SmallIcons = nullptr;
   int CheckedCount() const { return checked_; }
 
   /// The first of the selected rows; 0: none is.

@@ -9,11 +9,11 @@
 
 namespace trackloom {
 
-ListModel::ListModel(ListView& list, Entry entry, QIcon icon, QObject* parent)
+ListModel::ListModel(ListView& list, Entry entry, QList<QIcon> icons, QObject* parent)
     : QAbstractTableModel(parent),
       list_(&list),
       entry_(std::move(entry)),
-      icon_(std::move(icon)),
+      icons_(std::move(icons)),
       rows_(list.Count()),
       columns_(static_cast<int>(list.columns().size())) {}
 
@@ -116,7 +116,7 @@ QVariant ListModel::valueOf(const QModelIndex& index, int role) const {
     case Qt::DisplayRole:
       return shown(cell(index));
     case Qt::DecorationRole:
-      return first && item.SmallIcon == 1 ? QVariant(icon_) : QVariant();
+      return first ? QVariant(icons_.value(item.SmallIcon - 1)) : QVariant();
     case Qt::CheckStateRole:
       return first && list_->style().checkBoxes ? QVariant(item.Checked ? Qt::Checked : Qt::Unchecked) : QVariant();
     case Qt::ForegroundRole: {

@@ -14,8 +14,8 @@ namespace trackloom {
 /// wait until grow(), so that many of them cost one step. Rows count from 0 here.
 class ListModel final : public QAbstractTableModel {
  public:
-  /// `icon` is the list's image 1.
-  ListModel(ListView& list, Entry entry, QIcon icon, QObject* parent);
+  /// `icons` are the images of the list, from number 1 on.
+  ListModel(ListView& list, Entry entry, QList<QIcon> icons, QObject* parent);
 
   /// Before the change, and after it.
   void announce(const ListChange& change);
@@ -42,7 +42,7 @@ class ListModel final : public QAbstractTableModel {
 
   ListView* list_;
   Entry entry_;
-  QIcon icon_;
+  QList<QIcon> icons_;
   int rows_;
   int columns_;
   std::vector<std::pair<QModelIndex, const ListItem*>> followed_;

@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <memory>
 
+#include "controls/ImageList.h"
 #include "desktop/EventTap.h"
 #include "desktop/Face.h"
 #include "desktop/ListModel.h"
@@ -199,12 +200,22 @@ void connectEvents(const std::shared_ptr<ListTie>& tie) {
   make<EventTap>(*view.viewport(), [tie](QEvent& event) { return tie->dragEvent(event); });
 }
 
+/// The list's own images; where it has none, the one that its design or the house has for rows.
+QList<QIcon> rowIcons(const QTreeView& view, const ListView& list) {
+  if (list.SmallIcons == nullptr) {
+    const QVariant icon = view.property("rowIcon");
+    return {rowIconNamed(icon.isValid() ? entered(icon.toString()) : "Note")};
+  }
+  QList<QIcon> icons;
+  for (int number = 1; number <= list.SmallIcons->Count(); ++number)
+    icons << rowIconNamed(list.SmallIcons->Picture(number));
+  return icons;
+}
+
 }  // namespace
 
 void tieList(Face& face, QTreeView& view, ListView& list) {
-  const QVariant icon = view.property("rowIcon");
-  auto& model =
-      make<ListModel>(view, list, face.entry(), rowIconNamed(icon.isValid() ? entered(icon.toString()) : "Note"));
+  auto& model = make<ListModel>(view, list, face.entry(), rowIcons(view, list));
   design(view, list.style());
   view.setModel(&model);
   const auto tie = std::make_shared<ListTie>(ListTie{view, list, model, make<QTimer>(view), face.entry()});

@@ -5,11 +5,15 @@
 
 #include "controls/DockStudio.h"
 #include "controls/Form.h"
+#include "controls/ImageList.h"
 #include "controls/ListView.h"
 #include "controls/Timer.h"
+#include "model/CommonDialog.h"
 #include "ports/CDWriterXP.h"
 
 namespace trackloom {
+
+struct Ports;
 
 /// The main window as all features see it: the open layout's rows, the bars, the engines, and the flags of its
 /// handlers. The rows of ListView1 are the track records: Text the file name, SubItems(1) the source folder with its
@@ -19,16 +23,18 @@ class ListingWindow : public Form {
 
  public:
   /// `writeEvents` hears CDR1 and outlives the window.
-  ListingWindow(FormHost& host, WriterEngines& engines, CDWriterEvents& writeEvents);
+  ListingWindow(FormHost& host, Ports& ports, CDWriterEvents& writeEvents);
 
   DockStudio DockStudio1;
   ListView ListView1;
+  CommonDialog CD1;
   /// Milliseconds between two steps of a recording, in which the drive settles.
   static constexpr int StepPause = 3000;
   /// The pause between a test that has passed and the real write.
   Timer Timer1{*this, "Timer1", StepPause};
   /// The pause between a copy and the next one.
   Timer Timer2{*this, "Timer2", StepPause};
+  ImageList ImageList1{*this, "ImageList1", {"Note"}};
 
   /// The writer engine of all disc operations.
   std::unique_ptr<CDWriterXP> CDR1;

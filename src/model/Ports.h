@@ -3,6 +3,7 @@
 #include "ports/CDWriterXP.h"
 #include "ports/CommonControls.h"
 #include "ports/EventPump.h"
+#include "ports/FileDialogs.h"
 #include "ports/HelpEngine.h"
 #include "ports/MessageBoxes.h"
 #include "ports/Process.h"
@@ -14,6 +15,7 @@ namespace trackloom {
 /// What a running program asks of the world. All of it outlives the program.
 struct Ports {
   MessageBoxes& boxes;
+  FileDialogs& files;
   EventPump& pump;
   Process& process;
   WriterEngines& writers;

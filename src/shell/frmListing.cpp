@@ -29,7 +29,7 @@ constexpr std::size_t LargestDockState = 1 << 21;
 }  // namespace
 
 frmListing::frmListing(Session& session, ProgramForms& forms, CDWriterEvents& writeEvents)
-    : ListingWindow(session.host, session.ports.writers, writeEvents),
+    : ListingWindow(session.host, session.ports, writeEvents),
       session_(session),
       forms_(forms),
       commands_(session, forms) {

@@ -6,7 +6,7 @@
 namespace trackloom::trial {
 
 LiveProgram::LiveProgram(Separators signs)
-    : program(desk, Ports{boxes, pump, process, engines, opener, help, commonControls, std::move(signs)}) {
+    : program(desk, Ports{boxes, files, pump, process, engines, opener, help, commonControls, std::move(signs)}) {
   process.folder = folder.path();
   desk.setTrap([this](const std::function<void()>& event) {
     try {

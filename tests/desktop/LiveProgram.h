@@ -7,6 +7,7 @@
 
 #include "desktop/QtDesk.h"
 #include "desktop/QtEvents.h"
+#include "desktop/QtFileDialogs.h"
 #include "desktop/QtMessageBoxes.h"
 #include "desktop/User.h"
 #include "fakes/FakeWorld.h"
@@ -30,6 +31,7 @@ class LiveProgram {
   fakes::FakeCommonControls commonControls;
   QtDesk desk;
   QtMessageBoxes boxes{desk};
+  QtFileDialogs files{desk};
   Program program;
   User user;
   /// The status with which the process would have ended.

@@ -8,7 +8,11 @@
 namespace trackloom::fakes {
 
 void ScriptedDesk::expectBox(const std::string& title, BoxAnswer answer) {
-  expected_.push_back({"box " + title, answer, {}, {}});
+  expected_.push_back({"box " + title, answer, {}});
+}
+
+void ScriptedDesk::expectFile(std::optional<HostPath> answer) {
+  expected_.push_back({"file dialog", BoxAnswer::Ok, {}, {}, std::move(answer)});
 }
 
 ScriptedDesk::Expected ScriptedDesk::next(const std::string& what) {
@@ -71,6 +75,11 @@ void ScriptedDesk::judge(const MessageBox& box) {
     words::note(words::noteOf(table_, box, over));
   else
     FAIL_CHECK(fault);
+}
+
+std::optional<HostPath> ScriptedDesk::choose(const FileDialog& dialog) {
+  fileDialogs.push_back(dialog);
+  return next("file dialog").file;
 }
 
 }  // namespace trackloom::fakes

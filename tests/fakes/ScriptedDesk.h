@@ -7,6 +7,7 @@
 
 #include "controls/Form.h"
 #include "controls/FormHost.h"
+#include "ports/FileDialogs.h"
 #include "ports/MessageBoxes.h"
 #include "words/table/BoxTable.h"
 
@@ -15,7 +16,7 @@ namespace trackloom::fakes {
 /// Plays the user before the desk: answers the boxes and modal forms that a test has announced, in that order, and
 /// fails on any other. A modal form's script must leave it hidden or unloaded. Every box must stand in the table of all
 /// boxes, word for word and over the form that is in front, and is noted as having come.
-class ScriptedDesk final : public FormHost, public MessageBoxes {
+class ScriptedDesk final : public FormHost, public MessageBoxes, public FileDialogs {
  public:
   /// Announces a box of this title; the answer is given when it comes.
   void expectBox(const std::string& title, BoxAnswer answer);
@@ -25,12 +26,16 @@ class ScriptedDesk final : public FormHost, public MessageBoxes {
     expected_.push_back(
         {name, BoxAnswer::Ok, [script = std::move(script)](Form& form) { script(dynamic_cast<T&>(form)); }, owner});
   }
+  /// Announces a choice of a file; nothing gives it up.
+  void expectFile(std::optional<HostPath> answer);
   /// Everything announced has come.
   bool finished() const { return expected_.empty(); }
 
   /// The boxes that have been shown, the last one at the end.
   std::vector<MessageBox> boxes;
   const MessageBox& lastBox() const { return boxes.back(); }
+  /// The file dialogs that have been shown.
+  std::vector<FileDialog> fileDialogs;
   /// What was shown, hidden and unloaded, such as "show frmOpen", and painted out of turn. frmImages is left out: no
   /// user ever sees it come or go.
   std::vector<std::string> transcript;
@@ -43,13 +48,15 @@ class ScriptedDesk final : public FormHost, public MessageBoxes {
   void discard(Form& form) override;
   void repaint(Control& control) override;
   BoxAnswer show(const MessageBox& box) override;
+  std::optional<HostPath> choose(const FileDialog& dialog) override;
 
  private:
   struct Expected {
     std::string what;
     BoxAnswer answer = BoxAnswer::Ok;
     std::function<void(Form&)> script;
-    std::string owner;
+    std::string owner = {};
+    std::optional<HostPath> file = std::nullopt;
   };
   Expected next(const std::string& what);
   void bringToFront(Form& form);

@@ -224,7 +224,9 @@ class Monkey final : public FormHost, public MessageBoxes, public EventPump, pub
   FakeOpener opener_;
   FakeHelp help_;
   FakeCommonControls commonControls_;
-  Program program_{*this, Ports{*this, *this, process_, engines_, opener_, help_, commonControls_, Separators{}}};
+  fakes::FakeFileDialogs fileDialogs_;
+  Program program_{
+      *this, Ports{*this, fileDialogs_, *this, process_, engines_, opener_, help_, commonControls_, Separators{}}};
   std::vector<std::string> files_;
   std::vector<Form*> shown_;
   std::vector<Form*> modals_;

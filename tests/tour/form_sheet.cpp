@@ -13,6 +13,7 @@
 #include "desktop/Look.h"
 #include "desktop/QtDesk.h"
 #include "desktop/QtEvents.h"
+#include "desktop/QtFileDialogs.h"
 #include "desktop/QtMessageBoxes.h"
 #include "engines/virtual/VirtualRecorders.h"
 #include "engines/writer/DiscWriters.h"
@@ -110,12 +111,13 @@ bool makeSheet(const QString& file) {
   QtEventPump pump;
   QtEventQueue events(desk);
   QtMessageBoxes boxes(desk);
+  QtFileDialogs files(desk);
   SheetProcess process(home);
   Nobody nobody;
   NoCommonControls commonControls;
   engines::writer::DiscWriters writers(engines::virtualrecorder::findVirtualRecorders(HostPath(home)),
                                        std::make_shared<engines::audio::AudioFiles>(), events, {0, HostPath(home)});
-  Program program(desk, {boxes, pump, process, writers, nobody, nobody, commonControls, Separators{}});
+  Program program(desk, {boxes, files, pump, process, writers, nobody, nobody, commonControls, Separators{}});
   program.start();
   program.forms().shell.frmOpen->Timer1.tick();
   // At its first activation the main window would ask the user for a layout.

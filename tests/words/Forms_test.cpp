@@ -95,8 +95,9 @@ TEST_CASE("Every form is designed as its table has it") {
 
 TEST_CASE("The main window is designed as its table has it") {
   Machine machine;
+  machine.start();
   CDWriterEvents nobody;
-  const ListingWindow window(machine.desk, machine.engines, nobody);
+  const ListingWindow window(machine.desk, machine.session().ports, nobody);
   checkSame("frmListing", describe(window), formTable("frmListing").designed);
   const auto tools = mainTools();
   CHECK(std::count_if(tools.begin(), tools.end(), [&](const ToolDesign& design) {
