@@ -1,13 +1,17 @@
 #include "Targets.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <memory>
+#include <vector>
 
 #include "YieldingDesk.h"
 #include "fakes/FakeWorld.h"
 #include "fakes/FakeWriter.h"
 #include "fakes/TempFolder.h"
 #include "model/DockState.h"
+#include "runtime/RuntimeError.h"
+#include "runtime/ValueFile.h"
 #include "shell/Program.h"
 
 namespace trackloom::fuzz {
@@ -57,6 +61,17 @@ void require(bool holds) {
   if (!holds) std::abort();
 }
 
+std::vector<std::string> valuesOf(const std::string& bytes) {
+  ValueReader reader(bytes);
+  std::vector<std::string> values;
+  try {
+    while (true) values.push_back(reader.next());
+  } catch (const RuntimeError& end) {
+    require(end.number() == RuntimeError::InputPastEnd);
+    return values;
+  }
+}
+
 }  // namespace
 
 void runOptions(std::string_view bytes) {
@@ -83,6 +98,19 @@ void runDockState(std::string_view bytes) {
   installation.install("Trackloom.dsl", bytes);
   installation.live();
   require(DockState::decode(installation.read("Trackloom.dsl")).has_value());
+}
+
+void runValues(std::string_view bytes) {
+  const std::vector<std::string> values = valuesOf(std::string(bytes));
+  std::size_t length = 0;
+  ValueWriter writer;
+  for (const std::string& value : values) length += value.size();
+  require(length <= bytes.size() && values.size() <= bytes.size());
+  for (const std::string& value : values) writer.text(value);
+  // A quote before a separator within a value closes it when it is read again.
+  const bool plain = std::none_of(values.begin(), values.end(),
+                                  [](const std::string& value) { return value.find('"') != std::string::npos; });
+  require(!plain || valuesOf(writer.bytes()) == values);
 }
 
 }  // namespace trackloom::fuzz

@@ -12,4 +12,7 @@ void runOptions(std::string_view bytes);
 /// equal.
 void runDockState(std::string_view bytes);
 
+/// Reads these bytes as values, to the end. Aborts where the values, written anew, are not read back.
+void runValues(std::string_view bytes);
+
 }  // namespace trackloom::fuzz

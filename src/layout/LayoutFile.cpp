@@ -4,29 +4,20 @@
 #include "model/Session.h"
 #include "model/TrackRow.h"
 #include "runtime/Files.h"
-#include "runtime/Text.h"
+#include "runtime/ValueFile.h"
 
 namespace trackloom {
-
-namespace {
-
-std::string quotedLine(const std::string& text) {
-  return '"' + text + '"' + CrLf;
-}
-
-}  // namespace
 
 std::string layoutText(Session& session) {
   const bool audio = isAudioLayout(session);
   const ListView& listing = session.frmListing().ListView1;
-  std::string text = quotedLine(layoutKind(session).fileWord);
-  text += std::to_string(listing.Count()) + CrLf;
-  text += quotedLine(session.mod.LayoutTotalText);
+  ValueWriter values;
+  values.text(layoutKind(session).fileWord).number(listing.Count()).text(session.mod.LayoutTotalText);
   for (int row = 1; row <= listing.Count(); ++row) {
-    text += quotedLine(sourcePath(listing, row).text);
-    if (!audio) text += quotedLine(listing.SubItem(row, FolderColumn));
+    values.text(sourcePath(listing, row).text);
+    if (!audio) values.text(listing.SubItem(row, FolderColumn));
   }
-  return text;
+  return values.bytes();
 }
 
 void writeLayoutFile(Session& session, const HostPath& path) {

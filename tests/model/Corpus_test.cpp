@@ -29,6 +29,10 @@ TEST_CASE("The corpus of the options fuzzer runs through") {
   CHECK(replay("options", fuzz::runOptions) > 20);
 }
 
+TEST_CASE("The corpus of the values fuzzer runs through") {
+  CHECK(replay("values", fuzz::runValues) > 20);
+}
+
 TEST_CASE("The corpus of the bars fuzzer runs through") {
   CHECK(replay("dock_state", fuzz::runDockState) > 20);
 }
