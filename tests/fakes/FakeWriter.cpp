@@ -13,6 +13,16 @@ std::string truth(bool value) {
 
 }  // namespace
 
+const FakeDrive& FakeWriter::driveAt(std::int16_t drive) const {
+  static const FakeDrive none{"", "", "", 0, false, true};
+  const bool known = drive >= 0 && static_cast<std::size_t>(drive) < stage_.drives.size();
+  return known ? stage_.drives[static_cast<std::size_t>(drive)] : none;
+}
+
+FakeDisc* FakeWriter::disc() {
+  return selected_ && stage_.disc ? &*stage_.disc : nullptr;
+}
+
 std::int16_t FakeWriter::DriveCount() {
   note("DriveCount");
   return static_cast<std::int16_t>(stage_.drives.size());
@@ -21,15 +31,14 @@ std::int16_t FakeWriter::DriveCount() {
 bool FakeWriter::SelectDrive(std::int16_t drive) {
   note("SelectDrive(" + std::to_string(drive) + ")");
   selected_.reset();
-  const bool known = drive >= 0 && static_cast<std::size_t>(drive) < stage_.drives.size();
-  if (!known || drive_(drive).refuses) return false;
+  if (driveAt(drive).refuses) return false;
   selected_ = drive;
   return true;
 }
 
 bool FakeWriter::HasWriteGuard() {
   note("HasWriteGuard");
-  return selected_ && drive_(*selected_).writeGuard;
+  return selected_ && driveAt(*selected_).writeGuard;
 }
 
 void FakeWriter::EnableWriteGuard(bool on) {
@@ -42,17 +51,12 @@ void FakeWriter::SetWriteSpeed(std::int16_t multiple) {
 
 bool FakeWriter::MediaLoaded() {
   note("MediaLoaded");
-  return stage_.disc.has_value();
-}
-
-std::int32_t FakeWriter::FreeBlocks(std::int32_t kind) {
-  if (!stage_.disc) return 0;
-  return kind == AudioBlocks ? stage_.disc->freeAudio : stage_.disc->freeData;
+  return disc() != nullptr;
 }
 
 bool FakeWriter::EjectDisc() {
   note("EjectDisc");
-  if (stage_.ejectFails) return false;
+  if (!selected_ || stage_.ejectFails) return false;
   stage_.disc.reset();
   return true;
 }
@@ -63,88 +67,80 @@ std::int32_t FakeWriter::BlocksToBytes(std::int32_t blocks, std::int32_t kind) {
 }
 
 std::string FakeWriter::BlocksToTime(std::int32_t blocks) {
+  const std::int32_t counted = std::max(blocks, 0);
   char text[32];
-  std::snprintf(text, sizeof text, "%02d:%02d:%02d", blocks / 4500, blocks / 75 % 60, blocks % 75);
+  std::snprintf(text, sizeof text, "%02d:%02d:%02d", counted / 4500, counted / 75 % 60, counted % 75);
   return text;
 }
 
 void FakeWriter::ClearAudioQueue() {
   note("ClearAudioQueue");
   audioQueue.clear();
-  audioBlocks_ = 0;
+  refusedAudio_ = false;
 }
 
 bool FakeWriter::AddAudioTrack(const HostPath& path, std::int16_t number) {
   note("AddAudioTrack(" + path.text + ", " + std::to_string(number) + ")");
-  if (!stage_.audio.contains(path.text)) return false;
-  audioQueue.emplace_back(number, path.text);
-  audioBlocks_ += stage_.audio.at(path.text);
+  const auto file = stage_.audio.find(path.text);
+  if (file == stage_.audio.end()) {
+    refusedAudio_ = true;
+    return false;
+  }
+  audioQueue.add({number, path.text, file->second});
   return true;
 }
 
 void FakeWriter::ListAudioTracks() {
   note("ListAudioTracks");
-  const auto listed = audioQueue;
-  for (const auto& [number, path] : listed) events.OnAudioTrackListed(HostPath(path), 0, 0, 0, number);
+  const auto listed = audioQueue.entries();
+  for (const auto& entry : listed) events.OnAudioTrackListed(HostPath(entry.path), 0, 0, 0, entry.number);
 }
 
 bool FakeWriter::RemoveAudioTrack(std::int16_t number) {
   note("RemoveAudioTrack(" + std::to_string(number) + ")");
-  const auto entry =
-      std::find_if(audioQueue.begin(), audioQueue.end(), [&](const auto& e) { return e.first == number; });
-  if (entry == audioQueue.end()) return false;
-  audioBlocks_ -= stage_.audio.at(entry->second);
-  audioQueue.erase(entry);
-  return true;
+  return audioQueue.remove(number);
 }
 
 void FakeWriter::ClearDataQueue() {
   note("ClearDataQueue");
   dataQueue.clear();
-  dataBlocks_ = 0;
+  refusedData_ = false;
 }
 
 bool FakeWriter::AddDataFile(const DiscPath& disc, const HostPath& source) {
   note("AddDataFile(" + disc.text + ", " + source.text + ")");
-  if (!stage_.data.contains(source.text)) return false;
-  takeOut(disc);
-  dataQueue[disc.text] = source.text;
-  dataBlocks_ += stage_.data.at(source.text);
+  const auto file = stage_.data.find(source.text);
+  if (file == stage_.data.end()) {
+    refusedData_ = true;
+    return false;
+  }
+  dataQueue.add(disc.text, {source.text, file->second});
   return true;
 }
 
 bool FakeWriter::RemoveDataFile(const DiscPath& disc) {
   note("RemoveDataFile(" + disc.text + ")");
-  return takeOut(disc);
-}
-
-bool FakeWriter::takeOut(const DiscPath& disc) {
-  const auto entry = dataQueue.find(disc.text);
-  if (entry == dataQueue.end()) return false;
-  dataBlocks_ -= stage_.data.at(entry->second);
-  dataQueue.erase(entry);
-  return true;
+  return dataQueue.remove(disc.text);
 }
 
 bool FakeWriter::ImportLastSession(bool takeOver) {
   note("ImportLastSession(" + truth(takeOver) + ")");
-  return stage_.disc && stage_.disc->status == DiscOpen;
+  refusedData_ = false;
+  return disc() != nullptr && disc()->status == DiscOpen && disc()->holds == DataBlocks;
 }
 
 void FakeWriter::SetDiscMode(std::int32_t mode) {
   note("DiscMode=" + std::to_string(mode));
+  mode_ = mode == AudioBlocks ? AudioBlocks : DataBlocks;
 }
+
 void FakeWriter::SetCloseSession(bool on) {
   note("CloseSession=" + truth(on));
+  closeSession_ = on;
 }
+
 void FakeWriter::SetVolumeLabel(const std::string& label) {
   note("VolumeLabel=" + label);
-}
-void FakeWriter::StartWrite() {
-  note("StartWrite");
-}
-void FakeWriter::AbortWrite() {
-  note("AbortWrite");
 }
 
 std::unique_ptr<CDWriterXP> FakeEngines::create(CDWriterEvents& listener) {

@@ -1,74 +1,51 @@
 #pragma once
 
-#include <map>
+#include <deque>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
-#include "ports/CDWriterXP.h"
+#include "fakes/FakeQueues.h"
+#include "fakes/WriterStage.h"
 
 namespace trackloom::fakes {
 
-struct FakeDrive {
-  std::string letter = "D";
-  std::string vendor = "ACME";
-  std::string product = "Writer";
-  std::int16_t maxSpeed = 10;
-  bool writeGuard = true;
-  bool refuses = false;
-};
-
-struct FakeDisc {
-  std::int32_t status = DiscEmpty;
-  bool rewritable = false;
-  std::int32_t freeAudio = 359849;
-  std::int32_t freeData = 359849;
-};
-
-/// What all fake engines of one machine share: its drives, the disc, the files, and a transcript of every call that
-/// changes something or asks the drive.
-struct WriterStage {
-  std::vector<FakeDrive> drives{FakeDrive{}};
-  std::optional<FakeDisc> disc = FakeDisc{};
-  bool ejectFails = false;
-  /// Length in blocks of the files that count as audio; all others are refused.
-  std::map<std::string, std::int32_t> audio;
-  /// Size in blocks of the files that can be read as data; all others are refused.
-  std::map<std::string, std::int32_t> data;
-  std::vector<std::string> transcript;
-
-  /// The part of the transcript since the last call.
-  std::vector<std::string> take() { return std::exchange(transcript, {}); }
-};
-
-/// A writer engine in memory. It never writes by itself: a test raises the events of a write.
+/// A writer engine in memory, which keeps the contract of engines. An operation goes on only when a test lets it: step
+/// by step, to its end, or not at all, where the test raises events of its own.
 class FakeWriter final : public CDWriterXP {
  public:
   FakeWriter(std::string name, WriterStage& stage, CDWriterEvents& listener)
       : events(listener), name_(std::move(name)), stage_(stage) {}
 
   CDWriterEvents& events;
-  std::vector<std::pair<std::int16_t, std::string>> audioQueue;
-  std::map<std::string, std::string> dataQueue;
+  FakeAudioQueue audioQueue;
+  FakeDataQueue dataQueue;
+  std::string errorText;
+
+  bool busy() const { return !steps_.empty(); }
+  /// Raises the next event of the operation under way.
+  void step();
+  void finish();
 
   std::int16_t DriveCount() override;
-  std::string DriveLetter(std::int16_t drive) override { return drive_(drive).letter; }
-  std::string DriveVendor(std::int16_t drive) override { return drive_(drive).vendor; }
-  std::string DriveProduct(std::int16_t drive) override { return drive_(drive).product; }
+  std::string DriveLetter(std::int16_t drive) override { return driveAt(drive).letter; }
+  std::string DriveVendor(std::int16_t drive) override { return driveAt(drive).vendor; }
+  std::string DriveProduct(std::int16_t drive) override { return driveAt(drive).product; }
   bool SelectDrive(std::int16_t drive) override;
   bool HasWriteGuard() override;
   void EnableWriteGuard(bool on) override;
-  std::int16_t MaxWriteSpeed() override { return selected_ ? drive_(*selected_).maxSpeed : std::int16_t{0}; }
+  std::int16_t MaxWriteSpeed() override { return selected_ ? driveAt(*selected_).maxSpeed : std::int16_t{0}; }
   void SetWriteSpeed(std::int16_t multiple) override;
   bool MediaLoaded() override;
-  std::int32_t DiscStatus() override { return stage_.disc ? stage_.disc->status : DiscStatusUnknown; }
-  std::int32_t DiscType() override { return DiscTypeCdRom; }
-  bool DiscRewritable() override { return stage_.disc && stage_.disc->rewritable; }
-  std::int16_t SessionCount() override { return 0; }
-  std::int32_t LastSessionStatus() override { return SessionEmpty; }
-  std::int32_t FreeBlocks(std::int32_t kind) override;
+  std::int32_t DiscStatus() override { return disc() != nullptr ? disc()->status : DiscStatusUnknown; }
+  std::int32_t DiscType() override { return disc() != nullptr ? disc()->type : DiscTypeUnknown; }
+  bool DiscRewritable() override { return disc() != nullptr && disc()->rewritable; }
+  std::int16_t SessionCount() override { return disc() != nullptr ? disc()->sessions : std::int16_t{0}; }
+  std::int32_t LastSessionStatus() override { return disc() != nullptr ? disc()->lastSession : SessionEmpty; }
+  std::int32_t FreeBlocks(std::int32_t kind) override { return disc() != nullptr ? disc()->room(kind) : 0; }
   bool EjectDisc() override;
   std::int32_t BlocksToBytes(std::int32_t blocks, std::int32_t kind) override;
   std::string BlocksToTime(std::int32_t blocks) override;
@@ -76,11 +53,11 @@ class FakeWriter final : public CDWriterXP {
   bool AddAudioTrack(const HostPath& path, std::int16_t number) override;
   void ListAudioTracks() override;
   bool RemoveAudioTrack(std::int16_t number) override;
-  std::int32_t AudioQueueBlocks() override { return audioBlocks_; }
+  std::int32_t AudioQueueBlocks() override { return audioQueue.blocks(); }
   void ClearDataQueue() override;
   bool AddDataFile(const DiscPath& disc, const HostPath& source) override;
   bool RemoveDataFile(const DiscPath& disc) override;
-  std::int32_t DataQueueBlocks() override { return dataBlocks_; }
+  std::int32_t DataQueueBlocks() override { return dataQueue.blocks(); }
   bool ImportLastSession(bool takeOver) override;
   void SetDiscMode(std::int32_t mode) override;
   void SetTestMode(bool on) override { testMode_ = on; }
@@ -95,25 +72,49 @@ class FakeWriter final : public CDWriterXP {
   void SetVolumeLabel(const std::string& label) override;
   void StartWrite() override;
   void AbortWrite() override;
-  bool WriteIsoImage(const HostPath&) override { return false; }
-  bool CreateIsoImage(const HostPath&) override { return false; }
-  bool EraseDisc(bool) override { return false; }
-  bool CloseLastSession(bool) override { return false; }
+  bool WriteIsoImage(const HostPath& image) override;
+  bool CreateIsoImage(const HostPath& image) override;
+  bool EraseDisc(bool quick) override;
+  bool CloseLastSession(bool alsoDisc) override;
   std::string LastDeviceErrorText() override { return errorText; }
 
-  std::string errorText;
-
  private:
-  const FakeDrive& drive_(std::int16_t drive) const { return stage_.drives.at(static_cast<std::size_t>(drive)); }
-  bool takeOut(const DiscPath& disc);
+  /// The tracks of one write, in blocks, and what becomes of the disc.
+  struct Order {
+    BlockKind kind = AudioBlocks;
+    std::vector<std::int32_t> tracks;
+    bool cached = false;
+    bool closesDisc = false;
+  };
+
+  const FakeDrive& driveAt(std::int16_t drive) const;
+  /// The disc in the selected drive, or null.
+  FakeDisc* disc();
   void note(const std::string& call) { stage_.transcript.push_back(name_ + "." + call); }
+
+  void add(std::function<void()> step) { steps_.push_back(std::move(step)); }
+  void fail(std::int32_t code, std::int32_t number, const std::string& words);
+  /// A real write that has begun and goes no further leaves the disc unusable.
+  void spoil();
+  bool sourcesAreThere() const;
+  Order orderOfQueue() const;
+  /// Lets the write fail before its first event where it cannot begin; True: it does.
+  bool refused(const Order& order);
+  void begin(const Order& order);
+  void cacheTrack(std::int16_t track, std::int32_t blocks);
+  /// False: the write fails in this track, which has so many blocks before it.
+  bool writeTrack(std::int16_t track, std::int32_t blocks, std::int32_t before);
+  void record(const Order& order);
 
   std::string name_;
   WriterStage& stage_;
   std::optional<std::int16_t> selected_;
-  std::int32_t audioBlocks_ = 0;
-  std::int32_t dataBlocks_ = 0;
-  bool testMode_ = false, closeDisc_ = false, cacheAudio_ = false, cacheData_ = false;
+  std::deque<std::function<void()>> steps_;
+  BlockKind mode_ = AudioBlocks;
+  bool testMode_ = false, closeDisc_ = false, closeSession_ = false, cacheAudio_ = false, cacheData_ = false;
+  bool refusedAudio_ = false, refusedData_ = false;
+  /// A real write has reached the disc and has not ended.
+  bool writing_ = false;
 };
 
 /// Makes FakeWriters named CDR1, CDR2 in the order the main window asks for them.

@@ -29,7 +29,8 @@ class WriterTranscript : public CDWriterEvents {
   std::function<void(const std::string&)> onLine;
 
   bool ended() const {
-    return !lines.empty() && (lines.back() == "OnOperationComplete" || lines.back().starts_with("OnWriteError"));
+    return has("OnOperationComplete") || has("OnEraseComplete") ||
+           std::ranges::any_of(lines, [](const std::string& line) { return line.starts_with("OnWriteError"); });
   }
   bool has(const std::string& line) const { return std::ranges::find(lines, line) != lines.end(); }
 

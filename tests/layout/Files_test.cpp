@@ -173,7 +173,7 @@ TEST_CASE("Removing a track finds its queue number in spite of gaps") {
   remove(1);
   remove(1);
   REQUIRE(machine.cdr1().audioQueue.size() == 1);
-  CHECK(machine.cdr1().audioQueue[0].first == 3);
+  CHECK(machine.cdr1().audioQueue.at(0).number == 3);
   CHECK(machine.mod().NextTrackNumber == 4);
   CHECK(machine.desk.lastBox().text == "Remove the selected track from your layout?");
   remove(1);
@@ -227,7 +227,7 @@ TEST_CASE("Delete with no selected row still asks, and takes from the queue what
   CHECK(listing.Count() == 3);
   CHECK(listing.SelectedRow() == 0);
   REQUIRE(machine.cdr1().audioQueue.size() == 2);
-  CHECK(machine.cdr1().audioQueue[1].first == 3);
+  CHECK(machine.cdr1().audioQueue.at(1).number == 3);
   CHECK_FALSE(machine.mod().LayoutSaved);
 }
 

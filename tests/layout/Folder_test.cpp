@@ -52,8 +52,8 @@ class FolderMachine : public LayoutMachine {
   /// The disc paths of the files in the queue.
   Lines queued() {
     Lines all;
-    for (const auto& [disc, source] : cdr1().dataQueue)
-      if (!source.empty()) all.push_back(disc);
+    for (const auto& [disc, entry] : cdr1().dataQueue.entries())
+      if (!entry.folder) all.push_back(disc);
     return all;
   }
 };

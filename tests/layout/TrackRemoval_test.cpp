@@ -26,7 +26,7 @@ Lines names(LayoutMachine& machine) {
 
 std::vector<std::int16_t> queueNumbers(LayoutMachine& machine) {
   std::vector<std::int16_t> all;
-  for (const auto& [number, path] : machine.cdr1().audioQueue) all.push_back(number);
+  for (const auto& entry : machine.cdr1().audioQueue.entries()) all.push_back(entry.number);
   return all;
 }
 

@@ -55,7 +55,7 @@ TEST_CASE("E040: A 70-character name shows whole and is cut to 60 and .mp3 on th
 
   CHECK(layout.addNew(start + "uvwxyz.mp3", 7) == AddOutcome::Added);
   CHECK(layout.rows().Count() == 2);
-  CHECK(layout.cdr1().dataQueue.size() == 1);
+  CHECK(layout.cdr1().dataQueue.files().size() == 1);
 }
 
 TEST_CASE("E041: A name of 64 characters stays whole on the disc and one of 65 is cut") {
@@ -92,7 +92,7 @@ TEST_CASE("E042: On an MP3 layout a file that is no audio is listed with the tim
 TEST_CASE("E043: The first track of a new audio layout has the number 1, and its row the tag 2") {
   Layout layout(AudioLayout);
   layout.addNew("a.mp3", 4500);
-  CHECK(layout.cdr1().audioQueue.at(0).first == 1);
+  CHECK(layout.cdr1().audioQueue.at(0).number == 1);
   CHECK(layout.rows().Item(1).Tag == 2);
   CHECK(layout.rows().Item(1).SmallIcon == 1);
   CHECK(layout.rows().SubItem(1, LocationColumn) == layout.folder.path() + "/music/");
@@ -137,7 +137,7 @@ TEST_CASE("E046: Near the limit a refused candidate takes the track before it ou
 
   StartDiscWrite(layout.session(), layout.program().forms().writing);
   REQUIRE(layout.cdr1().audioQueue.size() == 2);
-  CHECK(layout.cdr1().audioQueue[1].first == 2);
+  CHECK(layout.cdr1().audioQueue.at(1).number == 2);
 }
 
 TEST_CASE("An overflow of an MP3 layout asks the queue for the bare name, so the file goes on counting") {

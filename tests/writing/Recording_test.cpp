@@ -173,7 +173,7 @@ TEST_CASE("An audio write hides the main window, rebuilds the queue in listing o
 
 TEST_CASE("A data write imports first, then takes the label, and does not clear its queue") {
   Recording machine(Mp3Layout);
-  machine.engines.stage.disc->status = DiscOpen;
+  machine.engines.stage.disc = fakes::FakeDisc::withOpenSession(DataBlocks);
   machine.record([](frmOptions& form) { form.txtVolume.type("Mix"); });
   const std::string music = machine.folder.path() + "/music/";
   const Lines calls = machine.engines.stage.take();
@@ -182,6 +182,13 @@ TEST_CASE("A data write imports first, then takes the label, and does not clear 
                       "CDR1.AddDataFile(\\a.mp3, " + music + "a.mp3)", "CDR1.AddDataFile(\\b.mp3, " + music + "b.mp3)",
                       "CDR1.StartWrite"});
   CHECK(machine.status().lblOperation.Caption == std::string("Importing Previous Session..."));
+}
+
+TEST_CASE("An audio disc that is open holds no session that a data write could import") {
+  Recording machine(Mp3Layout);
+  machine.engines.stage.disc = fakes::FakeDisc::withOpenSession(AudioBlocks);
+  machine.record();
+  CHECK(machine.status().lblOperation.Caption == std::string());
 }
 
 TEST_CASE("The close modes and the cache reach the engine") {

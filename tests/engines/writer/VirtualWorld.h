@@ -30,12 +30,38 @@ class VirtualWorld : public contract::WriterWorld {
     REQUIRE(real_->SelectDrive(0));
   }
 
+  /// It neither takes over sessions nor writes finished images yet.
+  bool can(contract::Ability) const override { return false; }
   CDWriterXP& real() override { return *real_; }
   CDWriterXP& scratch() override { return *scratch_; }
   fakes::WriterTranscript& heard() override { return heard_; }
+  fakes::WriterTranscript& heardScratch() override { return scratchHeard_; }
   bool runUntil(const std::function<bool()>& done) override { return queue.runUntil(done); }
   void runPosted() override { queue.runPosted(); }
   void slowDown() override { recorderIni("[recorder]\nrealTimePacing = yes\nmaximumSpeed = 1\n"); }
+  void insert(std::int32_t blocks, bool rewritable = false) override {
+    takeDiscOut();
+    folder.file("Virtual Recorder/tray/Inserted/disc.ini", std::string("[disc]\nmedium = ") +
+                                                               (rewritable ? "CD-RW" : "CD-R") +
+                                                               "\nstatus = blank\nblocks = " + std::to_string(blocks));
+  }
+  void takeDiscOut() override {
+    recorderIni("[recorder]\nautomaticFeed = no\n");
+    for (const auto& entry : std::filesystem::directory_iterator(tray())) std::filesystem::remove_all(entry.path());
+  }
+  void refuse(bool select, bool eject) override {
+    const auto word = [](bool refused) { return std::string(refused ? "yes" : "no"); };
+    recorderIni("[recorder]\nrefuseSelect = " + word(select) + "\nrefuseEject = " + word(eject) + "\n");
+  }
+  void failAt(std::int32_t block) override { recorderIni("[faults]\nfailWriteAt = " + std::to_string(block) + "\n"); }
+  std::size_t tracksOnDisc() override {
+    const std::string ini = contentOf(disc() / "disc.ini");
+    std::size_t tracks = 0;
+    while (ini.find("[track " + std::to_string(tracks + 1) + "]") != std::string::npos) ++tracks;
+    return tracks;
+  }
+  void vanish(const HostPath& file) override { std::filesystem::remove(file.text); }
+  HostPath place(const std::string& name) override { return folder.host(name); }
   HostPath audioFile(const std::string& name, std::int32_t blocks) override {
     return folder.file(name + ".wav", wav(audioOf(name, blocks)));
   }
@@ -48,11 +74,9 @@ class VirtualWorld : public contract::WriterWorld {
     return noise(static_cast<std::size_t>(blocks) * 2352, static_cast<unsigned char>(name.front()));
   }
   void recorderIni(const std::string& text) const { folder.file("Virtual Recorder/recorder.ini", text); }
+  std::filesystem::path tray() const { return folder / "Virtual Recorder/tray"; }
   /// The only disc in the tray.
-  std::filesystem::path disc() const {
-    return std::filesystem::directory_iterator(std::filesystem::path(folder.path()) / "Virtual Recorder" / "tray")
-        ->path();
-  }
+  std::filesystem::path disc() const { return std::filesystem::directory_iterator(tray())->path(); }
   bool write() {
     heard_.lines.clear();
     real_->StartWrite();

@@ -29,24 +29,8 @@ TEST_CASE("E089: BlocksToTime of a total under ten minutes begins with 0") {
   holds(contract::shortTimesBeginWithNought);
 }
 
-TEST_CASE("The engine counts bytes by the kind of blocks") {
-  holds(contract::bytesAreThoseOfTheKind);
-}
-
-TEST_CASE("The engine tells of caching before each track and of closing as it was set") {
-  holds(contract::eventsOfACachedWrite);
-}
-
-TEST_CASE("The engine's progress rises to the last block of each track") {
-  holds(contract::progressReachesTheLastBlock);
-}
-
-TEST_CASE("The engine tells nothing after an abort and leaves the disc spoilt") {
-  holds(contract::nothingComesAfterAnAbort);
-}
-
-TEST_CASE("The engine answers a write of nothing with a file error") {
-  holds(contract::emptyQueueIsAFileError);
+TEST_CASE("The engine with a virtual recorder keeps the contract of writer engines") {
+  contract::keepsTheContract<VirtualWorld>();
 }
 
 }  // namespace trackloom::engines::writer

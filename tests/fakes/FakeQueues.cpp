@@ -1,0 +1,59 @@
+#include "fakes/FakeQueues.h"
+
+#include <algorithm>
+
+namespace trackloom::fakes {
+
+std::vector<FakeAudioQueue::Entry> FakeAudioQueue::discOrder() const {
+  std::vector<Entry> ordered = entries_;
+  std::stable_sort(ordered.begin(), ordered.end(), [](const Entry& a, const Entry& b) { return a.number < b.number; });
+  return ordered;
+}
+
+std::int32_t FakeAudioQueue::blocks() const {
+  std::int32_t sum = 0;
+  for (const Entry& entry : entries_) sum += entry.blocks;
+  return sum;
+}
+
+bool FakeAudioQueue::remove(std::int16_t number) {
+  const auto entry =
+      std::find_if(entries_.begin(), entries_.end(), [&](const Entry& other) { return other.number == number; });
+  if (entry == entries_.end()) return false;
+  entries_.erase(entry);
+  return true;
+}
+
+std::int32_t FakeDataQueue::blocks() const {
+  std::int32_t sum = 0;
+  for (const auto& [path, entry] : entries_) sum += entry.blocks;
+  return sum;
+}
+
+std::vector<FakeDataQueue::Entry> FakeDataQueue::files() const {
+  std::vector<Entry> files;
+  for (const auto& [path, entry] : entries_)
+    if (!entry.folder) files.push_back(entry);
+  return files;
+}
+
+void FakeDataQueue::add(const std::string& path, Entry file) {
+  for (std::size_t separator = path.find('\\', 1); separator != std::string::npos;
+       separator = path.find('\\', separator + 1))
+    entries_.try_emplace(path.substr(0, separator), Entry{"", 0, true});
+  entries_[path] = std::move(file);
+}
+
+bool FakeDataQueue::remove(const std::string& path) {
+  const auto entry = entries_.find(path);
+  if (entry == entries_.end() || (entry->second.folder && !empty(path))) return false;
+  entries_.erase(entry);
+  return true;
+}
+
+bool FakeDataQueue::empty(const std::string& folder) const {
+  const auto next = entries_.lower_bound(folder + "\\");
+  return next == entries_.end() || !next->first.starts_with(folder + "\\");
+}
+
+}  // namespace trackloom::fakes
