@@ -5,6 +5,7 @@
 #include "layout/frmFiles.h"
 #include "layout/frmFolder.h"
 #include "layout/frmNewOption.h"
+#include "layout/frmNoAdd.h"
 #include "layout/frmOpenLayout.h"
 #include "layout/frmSave.h"
 
@@ -19,6 +20,7 @@ struct LayoutForms {
   FormSlot<class frmFiles> frmFiles{session, *this};
   FormSlot<class frmSave> frmSave{session, *this};
   FormSlot<class frmOpenLayout> frmOpenLayout{session, *this};
+  FormSlot<class frmNoAdd> frmNoAdd{session, *this};
   FormSlot<class frmFolder> frmFolder{session, *this};
   FormSlot<class frmChooseSort> frmChooseSort{session, *this};
 };

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 #include "controls/Button.h"
 #include "controls/Form.h"
 #include "controls/Label.h"
@@ -31,6 +33,12 @@ class frmOpenLayout final : public Form {
 
  private:
   void Load() override;
+  void listLayouts();
+  void addRow(const std::string& fileName);
+  /// With rows the first one is selected and can be opened or deleted, without any there is nothing to do.
+  void offerRows();
+  void cmdOK_Click();
+  void cmdDelete_Click();
 
   Session& session_;
 };

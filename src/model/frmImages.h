@@ -21,6 +21,7 @@ class frmImages final : public Form {
   PictureBox imgFiles{*this, "imgFiles", "Files"};
   PictureBox imgFolder{*this, "imgFolder", "Folder"};
   PictureBox imgISO{*this, "imgISO", "ISO"};
+  PictureBox imgMissing{*this, "imgMissing", "Missing"};
   PictureBox imgNewLayout{*this, "imgNewLayout", "NewLayout"};
   PictureBox imgNoDrive{*this, "imgNoDrive", "NoDrive"};
   PictureBox imgOpenLayout{*this, "imgOpenLayout", "OpenLayout"};

@@ -104,6 +104,10 @@ void TouchFile(const HostPath& path) {
   closeWritten(file);
 }
 
+void DeleteFile(const HostPath& path) {
+  if (::unlink(path.text.c_str()) != 0) throw RuntimeError::fromErrno(errno);
+}
+
 std::string ReadStart(const HostPath& path, std::size_t length) {
   return FileDescriptor::open(path.text, O_RDONLY).readUpTo(length);
 }

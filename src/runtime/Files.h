@@ -29,6 +29,9 @@ void MakeFolder(const HostPath& path);
 /// Creates an empty file, or empties the one there is. Throws RuntimeError.
 void TouchFile(const HostPath& path);
 
+/// Throws RuntimeError.
+void DeleteFile(const HostPath& path);
+
 /// What the first `length` bytes of the file hold; shorter when the file is. Throws RuntimeError.
 std::string ReadStart(const HostPath& path, std::size_t length);
 

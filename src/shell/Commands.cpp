@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "help/HelpLaunch.h"
+#include "layout/LayoutOpening.h"
 #include "layout/TrackRemoval.h"
 #include "model/Capacity.h"
 #include "model/CommandStates.h"
@@ -207,6 +208,9 @@ void Commands::openLayout() {
   closeQuestion(session_, forms_.layout);
   CloseLayout(session_);
   showModal(forms_.layout.frmOpenLayout);
+  if (session_.mod.LayoutFileName.empty()) return;
+  session_.frmListing().ListView1.Enabled = true;
+  if (!OpenLayout(session_, forms_.layout)) CloseLayout(session_);
 }
 
 void Commands::writeIsoImage() {

@@ -34,6 +34,7 @@ inline std::vector<FormPlace> everyForm() {
           placeOf("frmFiles", &ProgramForms::layout, &LayoutForms::frmFiles),
           placeOf("frmSave", &ProgramForms::layout, &LayoutForms::frmSave),
           placeOf("frmOpenLayout", &ProgramForms::layout, &LayoutForms::frmOpenLayout),
+          placeOf("frmNoAdd", &ProgramForms::layout, &LayoutForms::frmNoAdd),
           placeOf("frmFolder", &ProgramForms::layout, &LayoutForms::frmFolder),
           placeOf("frmChooseSort", &ProgramForms::layout, &LayoutForms::frmChooseSort),
           placeOf("frmOptions", &ProgramForms::writing, &WritingForms::frmOptions),
