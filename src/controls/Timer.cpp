@@ -1,5 +1,7 @@
 #include "controls/Timer.h"
 
+#include <utility>
+
 #include "controls/ControlVisitor.h"
 #include "controls/Form.h"
 
@@ -15,6 +17,10 @@ void Timer::accept(ControlVisitor& visitor) {
 
 void Timer::tick() {
   if (!Enabled || ticking_) return;
+  if (held_) {
+    due_ = true;
+    return;
+  }
   const auto alive = form().keepAlive();
   struct Guard {
     bool& flag;
@@ -22,6 +28,11 @@ void Timer::tick() {
     ~Guard() { flag = false; }
   } guard(ticking_);
   raise(Tick);
+}
+
+void Timer::release() {
+  held_ = false;
+  if (std::exchange(due_, false)) tick();
 }
 
 }  // namespace trackloom

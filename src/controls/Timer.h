@@ -16,9 +16,15 @@ class Timer final : public Control {
   std::function<void()> Tick;
   void tick();
 
+  /// From now on ticks wait; release() makes up for those that came, by one, if the timer is still enabled.
+  void hold() { held_ = true; }
+  void release();
+
  private:
   int interval_;
   bool ticking_ = false;
+  bool held_ = false;
+  bool due_ = false;
 };
 
 }  // namespace trackloom

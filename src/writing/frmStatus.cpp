@@ -21,11 +21,21 @@ void frmStatus::say(Label& label, const std::string& text) {
   label.Refresh();
 }
 
+bool frmStatus::isToBeCancelled() {
+  ListingWindow& window = session_.frmListing();
+  for (Timer* timer : {&window.Timer1, &window.Timer2}) timer->hold();
+  const bool cancelled = session_.ask({"Cancel", "Cancel the current record operation?", BoxButtons::OkCancel,
+                                       BoxIcon::Question}) == BoxAnswer::Ok;
+  for (Timer* timer : {&window.Timer1, &window.Timer2}) {
+    if (cancelled) timer->Enabled = false;
+    timer->release();
+  }
+  return cancelled;
+}
+
 void frmStatus::cmdCancel_Click() {
-  const BoxAnswer answer =
-      session_.ask({"Cancel", "Cancel the current record operation?", BoxButtons::OkCancel, BoxIcon::Question});
   // The write may have ended while the question stood, and then there is nothing left to cancel.
-  if (answer == BoxAnswer::Cancel || closed()) return;
+  if (!isToBeCancelled() || closed()) return;
   CDWriterXP& writer = *session_.frmListing().CDR1;
   writer.AbortWrite();
   hide();

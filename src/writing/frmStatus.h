@@ -44,6 +44,8 @@ class frmStatus final : public Form {
   void Load() override;
   bool QueryUnload(CloseReason reason) override { return reason == CloseReason::Program; }
   void cmdCancel_Click();
+  /// Asks. What would be written next waits for the answer, and is never written once it is OK.
+  bool isToBeCancelled();
 
   Session& session_;
 };

@@ -426,6 +426,62 @@ TEST_CASE("A write that ends while the user is asked about cancelling is not can
   CHECK(machine.desk.boxes.size() == 1);
 }
 
+TEST_CASE("Cancel in the pause behind a passed test or a copy lets nothing more be written") {
+  for (const bool test : {true, false}) {
+    Recording machine;
+    machine.record([test](frmOptions& form) {
+      if (test)
+        form.optTestWrite.click();
+      else
+        form.VScroll1.scrollTo(2);
+    });
+    machine.complete();
+    machine.engines.stage.disc = fakes::FakeDisc{};
+    Timer& timer = test ? machine.window().Timer1 : machine.window().Timer2;
+    REQUIRE(timer.Enabled);
+    machine.engines.stage.take();
+    machine.desk.expectBox("Cancel", BoxAnswer::Ok);
+    machine.desk.expectBox("Operation Cancelled", BoxAnswer::Ok);
+    machine.desk.whileBoxIsOpen = [&](const MessageBox&) { timer.tick(); };
+    machine.status().cmdCancel.click();
+    timer.tick();
+    CHECK_FALSE(timer.Enabled);
+    CHECK(machine.engines.stage.take() == Lines{"CDR1.AbortWrite", "CDR1.EjectDisc"});
+    CHECK(machine.desk.finished());
+  }
+}
+
+TEST_CASE("What is written next waits while the user is asked about cancelling, and follows when he goes on") {
+  Recording machine;
+  machine.record([](frmOptions& form) { form.optTestWrite.click(); });
+  machine.engines.stage.take();
+  machine.desk.expectBox("Cancel", BoxAnswer::Cancel);
+  machine.desk.whileBoxIsOpen = [&](const MessageBox&) {
+    machine.complete();
+    machine.window().Timer1.tick();
+    machine.window().Timer1.tick();
+    CHECK(machine.engines.stage.take().empty());
+    CHECK(machine.cdr1().TestMode());
+  };
+  machine.status().cmdCancel.click();
+  CHECK_FALSE(machine.cdr1().TestMode());
+  CHECK(machine.engines.stage.take() == Lines{"CDR1.StartWrite"});
+  CHECK_FALSE(machine.window().Timer1.Enabled);
+}
+
+TEST_CASE("A question about cancelling that is answered in time leaves the pause as long as it was") {
+  Recording machine;
+  machine.record([](frmOptions& form) { form.optTestWrite.click(); });
+  machine.complete();
+  machine.engines.stage.take();
+  machine.desk.expectBox("Cancel", BoxAnswer::Cancel);
+  machine.status().cmdCancel.click();
+  CHECK(machine.engines.stage.take().empty());
+  CHECK(machine.window().Timer1.Enabled);
+  machine.window().Timer1.tick();
+  CHECK_FALSE(machine.cdr1().TestMode());
+}
+
 TEST_CASE("The status window refuses to be closed by its user") {
   Recording machine;
   machine.record();
