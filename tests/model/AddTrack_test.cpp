@@ -82,11 +82,26 @@ TEST_CASE("A cut at 60 characters counts UTF-16 units and leaves whole character
 
 TEST_CASE("E042: On an MP3 layout a file that is no audio is listed with the time of an empty queue") {
   Layout layout(Mp3Layout);
+  layout.addNew("music.mp3", 4500);
   layout.engines.stage.data["/m/odd.mp3"] = 5;
   CHECK(layout.add("/m/odd.mp3") == AddOutcome::Added);
-  CHECK(layout.rows().SubItem(1, TimeColumn) == "00:00:00");
-  CHECK(layout.rows().SubItem(1, FolderColumn) == "No Folder");
+  REQUIRE(layout.rows().Count() == 2);
+  CHECK(layout.rows().Item(2).Text == "odd.mp3");
+  CHECK(layout.rows().SubItem(1, TimeColumn) == "01:00:00");
+  CHECK(layout.rows().SubItem(2, TimeColumn) == "00:00:00");
+  CHECK(layout.rows().SubItem(2, FolderColumn) == "No Folder");
   CHECK(layout.desk.boxes.empty());
+}
+
+TEST_CASE("A track is measured by itself, whatever was measured before it") {
+  Layout layout(AudioLayout);
+  const HostPath first(layout.makeTrack("a.mp3", 4500));
+  const HostPath second(layout.makeTrack("b.mp3", 75));
+  CHECK(MeasureTrack(layout.session(), first) == "01:00:00");
+  layout.engines.stage.take();
+  CHECK(MeasureTrack(layout.session(), second) == "00:01:00");
+  CHECK(layout.engines.stage.take() ==
+        std::vector<std::string>{"CDR2.ClearAudioQueue", "CDR2.AddAudioTrack(" + second.text + ", 1)"});
 }
 
 TEST_CASE("E043: The first track of a new audio layout has the number 1, and its row the tag 2") {

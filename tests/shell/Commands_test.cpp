@@ -412,4 +412,36 @@ TEST_CASE("With a disc in the drive its information is shown, and a closed one t
   CHECK(machine.desk.lastBox().icon == BoxIcon::Exclamation);
 }
 
+TEST_CASE("The meter follows the removal of a track at once") {
+  Machine machine;
+  machine.startQuietly();
+  machine.newLayout(AudioLayout);
+  machine.addTrack("a.mp3", 1000);
+  machine.addTrack("b.mp3", 500);
+  machine.window().ListView1.SelectRow(1);
+  machine.desk.expectBox("Remove Track", BoxAnswer::Ok);
+  machine.click("Delete");
+  CHECK(machine.window().Progress1.Value == 650);
+  CHECK(machine.window().Progress1.Text == std::string("650 Blocks of 359,849 Blocks  (0% of CD Used)"));
+  CHECK(machine.window().panel3.Text == std::string("Layout Time:  00:08:50 - Disc Time:  79:57:74 "));
+}
+
+TEST_CASE("A track and the web page are opened by the desktop's own program, with nothing for it but their names") {
+  Machine machine;
+  machine.startQuietly();
+  machine.newLayout(AudioLayout);
+  machine.addTrack("a.mp3", 10);
+  machine.window().ListView1.SelectRow(1);
+  machine.click("mnuActionsPlay");
+  machine.click("mnuHelpWeb");
+  REQUIRE(machine.opener.orders.size() == 2);
+  CHECK(machine.opener.orders[0].file == machine.folder / "music/a.mp3");
+  for (const ShellOrder& order : machine.opener.orders) {
+    CHECK(order.verb == "open");
+    CHECK(order.parameters == "0");
+    CHECK(order.folder == "0");
+    CHECK(order.showCommand == 1);
+  }
+}
+
 }  // namespace trackloom

@@ -77,10 +77,47 @@ TEST_CASE("E020: A negative SavedDrive selects drive 0") {
 TEST_CASE("E021: A SavedDrive beyond the last drive goes to the engine, whose answer decides") {
   Machine machine;
   saveDrive(machine, 7);
+  const std::string options = machine.folder.read("Options.dat");
   expectNoDrive(machine, "Unable to Open Drive");
   CHECK_THROWS_AS(machine.start(), EndOfProcess);
-  CHECK(called(machine.engines.stage.take(), "CDR1.SelectDrive(7)"));
+  CHECK(machine.engines.stage.take() == Lines{"CDR1.DriveCount", "CDR1.SelectDrive(7)", "CDR1.HasWriteGuard",
+                                              "CDR1.EnableWriteGuard(False)", "CDR1.MediaLoaded"});
+  CHECK_FALSE(machine.mod().DriveOpen);
+  CHECK(machine.mod().CurrentDrive == 0);
   CHECK(machine.window().cboMainDrive.SelectedEntry() == 1);
+  CHECK(machine.folder.read("Options.dat") == options);
+
+  while (machine.engines.stage.drives.size() < 8) machine.engines.stage.drives.push_back(driveCalled("Late", "K"));
+  machine.startQuietly();
+  CHECK(machine.mod().DriveOpen);
+  CHECK(machine.mod().CurrentDrive == 7);
+  CHECK(machine.window().cboMainDrive.SelectedEntry() == 8);
+  CHECK(machine.window().panel2.Text == std::string("ACME Late (K:)"));
+}
+
+TEST_CASE("The blanks around a drive's vendor and product are cut off, and nothing else is") {
+  Machine machine;
+  machine.engines.stage.drives[0].vendor = "  AC ME ";
+  machine.engines.stage.drives[0].product = " Fast\t  Writer  ";
+  machine.startQuietly();
+  CHECK(machine.window().panel2.Text == std::string("AC ME Fast\t  Writer (D:)"));
+  REQUIRE(machine.window().cboMainDrive.entries().size() == 1);
+  CHECK(machine.window().cboMainDrive.entries()[0].Tag == "0");
+}
+
+TEST_CASE("The write guard is switched as the drive has it, also after a drive that was refused") {
+  const bool refused = GENERATE(true, false);
+  Machine machine;
+  machine.engines.stage.drives[0].refuses = refused;
+  machine.engines.stage.drives[0].writeGuard = refused;
+  if (refused) {
+    expectNoDrive(machine, "Unable to Open Drive");
+    CHECK_THROWS_AS(machine.start(), EndOfProcess);
+  } else {
+    machine.startQuietly();
+  }
+  CHECK(machine.engines.stage.take() == Lines{"CDR1.DriveCount", "CDR1.SelectDrive(0)", "CDR1.HasWriteGuard",
+                                              "CDR1.EnableWriteGuard(False)", "CDR1.MediaLoaded"});
 }
 
 TEST_CASE("E022: Of two entries of the same text the first one's drive is taken") {

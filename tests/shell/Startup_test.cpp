@@ -1,3 +1,4 @@
+#include <array>
 #include <catch2/catch.hpp>
 
 #include "fakes/Machine.h"
@@ -64,27 +65,59 @@ TEST_CASE("E002: A window closed while maximised forgets its size and opens maxi
 }
 
 TEST_CASE("E003: A window at left 0 and top 0 is no maximised window") {
+  const Placement place =
+      GENERATE(Placement{WindowState::Normal, 0, 0, 15000, 0}, Placement{WindowState::Normal, 0, 0, 0, 9000});
   Machine machine;
   machine.startQuietly();
-  machine.window().placement = Placement{WindowState::Normal, 0, 0, 15000, 0};
+  machine.window().placement = place;
   REQUIRE(machine.close() == 0);
   machine.startQuietly();
-  CHECK(machine.window().placement.get().state == WindowState::Normal);
-  CHECK(machine.window().placement.get().width == 15000);
+  CHECK(machine.window().placement.get() == place);
+}
+
+TEST_CASE("A single placement value that is not 0 makes a placed window, whichever it is") {
+  const Placement place =
+      GENERATE(Placement{WindowState::Normal, 150, 0, 0, 0}, Placement{WindowState::Normal, 0, 150, 0, 0},
+               Placement{WindowState::Normal, -150, 0, 0, 0}, Placement{WindowState::Normal, 0, -150, 0, 0});
+  Machine machine;
+  machine.startQuietly();
+  machine.window().placement = place;
+  REQUIRE(machine.close() == 0);
+  machine.startQuietly();
+  CHECK(machine.window().placement.get() == place);
+}
+
+TEST_CASE("A window closed while minimised stores 0 in all four placement fields") {
+  Machine machine;
+  machine.startQuietly();
+  machine.window().placement = Placement{WindowState::Normal, 150, 300, 15000, 9000};
+  REQUIRE(machine.close() == 0);
+  machine.startQuietly();
+  machine.window().placement = Placement{WindowState::Minimized, 150, 300, 15000, 9000};
+  REQUIRE(machine.close() == 0);
+  for (const std::size_t offset : {268U, 270U, 272U, 274U}) CHECK(fieldAt(machine, offset) == 0);
 }
 
 TEST_CASE("E004: A placement value beyond 32767 twips keeps the field's earlier value") {
+  struct Case {
+    Placement place;
+    /// Width, height, left and top as the file has them afterwards; before, they were 12000, 9000, 10 and 20.
+    std::array<int, 4> stored;
+  };
+  const Case c = GENERATE(Case{{WindowState::Normal, 30, 40, 32768, 8000}, {12000, 8000, 30, 40}},
+                          Case{{WindowState::Normal, 30, 40, 8000, 32768}, {8000, 9000, 30, 40}},
+                          Case{{WindowState::Normal, 32768, 40, 8000, 7000}, {8000, 7000, 10, 40}},
+                          Case{{WindowState::Normal, 30, 32768, 8000, 7000}, {8000, 7000, 30, 20}},
+                          Case{{WindowState::Normal, -32769, -32769, 8000, 7000}, {8000, 7000, 10, 20}},
+                          Case{{WindowState::Normal, -32768, 32767, 32767, 32767}, {32767, 32767, -32768, 32767}});
   Machine machine;
   machine.startQuietly();
   machine.window().placement = Placement{WindowState::Normal, 10, 20, 12000, 9000};
   REQUIRE(machine.close() == 0);
   machine.startQuietly();
-  machine.window().placement = Placement{WindowState::Normal, 30, 40, 36000, 8000};
+  machine.window().placement = c.place;
   REQUIRE(machine.close() == 0);
-  CHECK(fieldAt(machine, 268) == 12000);
-  CHECK(fieldAt(machine, 270) == 8000);
-  CHECK(fieldAt(machine, 272) == 30);
-  CHECK(fieldAt(machine, 274) == 40);
+  for (std::size_t field = 0; field < 4; ++field) CHECK(fieldAt(machine, 268 + 2 * field) == c.stored.at(field));
 }
 
 TEST_CASE("E005: Closing an empty unnamed layout never asks") {
@@ -177,6 +210,26 @@ TEST_CASE("The splash stands while the main window loads, and its size is that o
   Machine machine;
   machine.start();
   CHECK(machine.desk.transcript == Lines{"show frmOpen", "show frmListing", "unload frmOpen"});
+  const Placement splash = machine.program().forms().shell.frmOpen->placement;
+  CHECK(splash.width == 404 * 15);
+  CHECK(splash.height == 331 * 15);
+}
+
+TEST_CASE("A layout begun at the first activation has its columns and its meter at once") {
+  Machine machine;
+  machine.start();
+  machine.window().DockStudio1.reportArea({0, 900, 15400, 6000}, 15400);
+  machine.desk.expectForm<frmNewOption>("frmNewOption", [](frmNewOption& form) {
+    form.optMP3.click();
+    form.cmdOK.click();
+  });
+  machine.activate();
+  const auto& columns = machine.window().ListView1.columns();
+  REQUIRE(columns.size() == 4);
+  CHECK(columns[0].width == Approx(15400 / 2.7));
+  CHECK(columns[3].width == Approx(15400 / 7.0));
+  CHECK(machine.window().Progress1.Text == std::string("0 Blocks of 359,849 Blocks  (0% of CD Used)"));
+  CHECK(machine.window().panel3.Text == std::string("Layout Size:  0 Bytes - Disc Size:  702.83 MB "));
 }
 
 TEST_CASE("Loading is over before the new-layout dialog shows, so a drive can be chosen behind it") {
