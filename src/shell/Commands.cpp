@@ -211,6 +211,7 @@ void Commands::openLayout() {
   if (session_.mod.LayoutFileName.empty()) return;
   session_.frmListing().ListView1.Enabled = true;
   if (!OpenLayout(session_, forms_.layout)) CloseLayout(session_);
+  runKept();
 }
 
 void Commands::writeIsoImage() {

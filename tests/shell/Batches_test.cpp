@@ -364,6 +364,29 @@ TEST_CASE("A layout that counts as unsaved is left when it has been read whole")
   }
 }
 
+TEST_CASE("Save in the middle of a layout file that opens slowly writes all of its tracks, behind its end") {
+  Busy machine;
+  machine.drop();
+  machine.expectSaveAs("Mix");
+  machine.click("mnuFileSave");
+  const std::string whole = machine.saved("Mix");
+  machine.click("mnuFileClose");
+
+  bool savedInTheMiddle = false;
+  machine.atSecond = [&] {
+    machine.window().DockStudio1.openMenu("mnuTools");
+    REQUIRE(machine.enabled("mnuFileSave"));
+    machine.folder.write("Layouts/Mix.mixl", "not yet");
+    machine.click("mnuFileSave");
+    savedInTheMiddle = machine.saved("Mix") != "not yet";
+  };
+  machine.desk.expectForm<frmOpenLayout>("frmOpenLayout", [](frmOpenLayout& form) { form.cmdOK.click(); });
+  machine.click("mnuFileOpen");
+  CHECK_FALSE(savedInTheMiddle);
+  CHECK(machine.rows() == 4);
+  CHECK(machine.saved("Mix") == whole);
+}
+
 TEST_CASE("The close box of the window is an exit that waits in the same way") {
   Busy machine;
   machine.mod().LayoutSaved = false;
