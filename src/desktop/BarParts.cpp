@@ -9,6 +9,7 @@
 #include "desktop/Meter.h"
 #include "desktop/PictureView.h"
 #include "desktop/Shown.h"
+#include "desktop/Wheel.h"
 
 namespace trackloom {
 
@@ -71,6 +72,7 @@ QWidget& makeComboTool(Face& face, QWidget& bar, DockStudio& dock, Tool& tool) {
   combo.setAccessibleName(caption.text());
   combo.setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
   combo.setMinimumContentsLength(ComboCharacters);
+  keepStrayWheelFrom(combo);
   for (QWidget* piece :
        {static_cast<QWidget*>(&picture), static_cast<QWidget*>(&caption), static_cast<QWidget*>(&combo)})
     row.addWidget(piece);

@@ -38,6 +38,7 @@
 #include "desktop/QtDesk.h"
 #include "desktop/Shown.h"
 #include "desktop/TextTie.h"
+#include "desktop/Wheel.h"
 
 namespace trackloom {
 
@@ -167,6 +168,7 @@ void Binder::visit(OptionButton& control) {
 void Binder::visit(ComboBox& control) {
   auto* combo = find<QComboBox>(control);
   if (combo == nullptr) return;
+  keepStrayWheelFrom(*combo);
   follow(control, *combo, [&control, combo, known = std::vector<ComboBox::Item>()]() mutable {
     if (known != control.items()) {
       known = control.items();
@@ -291,7 +293,8 @@ void Binder::visit(Timer& control) {
   follow();
   face_.keep(control.changed.connect(follow));
   face_.atCut([&clock] { clock.stop(); });
-  QObject::connect(&clock, &QTimer::timeout, [&control, entry = entry_] { entry([&control] { control.tick(); }); });
+  QObject::connect(&clock, &QTimer::timeout,
+                   [&control, entry = entry_] { entry.byItself([&control] { control.tick(); }); });
 }
 
 void Binder::visit(VScrollBar& control) {
@@ -299,6 +302,7 @@ void Binder::visit(VScrollBar& control) {
   if (bar == nullptr) return;
   bar->setRange(control.min(), control.max());
   bar->setPageStep(1);
+  keepStrayWheelFrom(*bar);
   follow(control, *bar, [&control, bar] { bar->setValue(control.Value); });
   QObject::connect(bar, &QScrollBar::valueChanged,
                    [&control, entry = entry_](int value) { entry([&control, value] { control.scrollTo(value); }); });
@@ -335,7 +339,7 @@ std::vector<std::string> bindControls(Face& face) {
 }
 
 std::vector<std::string> bindingProblems(Form& form, const std::vector<FaceDesign>& designs) {
-  const QtDesk desk(designs);
+  QtDesk desk(designs);
   return Face::make(desk, form)->problems();
 }
 

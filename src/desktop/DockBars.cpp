@@ -200,8 +200,15 @@ void tieBars(Face& face, QMainWindow& window, DockStudio& dock) {
   make<EventTap>(*window.centralWidget(), report);
   make<EventTap>(window, report);
   // While there is nothing to work on, the focus goes to the bars; it must not stay there, where keys change the drive.
-  make<EventTap>(*window.centralWidget(), [&area = *window.centralWidget()](const QEvent& event) {
-    if (event.type() == QEvent::EnabledChange && area.isEnabled()) area.setFocus();
+  const auto takeFocus = [&area = *window.centralWidget()] {
+    if (area.isEnabled()) area.setFocus();
+  };
+  make<EventTap>(*window.centralWidget(), [takeFocus](const QEvent& event) {
+    if (event.type() == QEvent::EnabledChange) takeFocus();
+    return false;
+  });
+  make<EventTap>(window, [takeFocus](const QEvent& event) {
+    if (event.type() == QEvent::Show) takeFocus();
     return false;
   });
 }

@@ -14,11 +14,16 @@ void Entry::operator()(const std::function<void()>& event) const {
   face->desk().enter(event);
 }
 
+void Entry::byItself(std::function<void()> event) const {
+  const auto face = face_.lock();
+  if (face) face->desk().perform([entry = *this, event = std::move(event)] { entry(event); });
+}
+
 void Entry::later(std::function<void()> event) const {
   const auto face = face_.lock();
   if (!face) return;
   QMetaObject::invokeMethod(
-      &face->window(), [entry = *this, event = std::move(event)] { entry(event); }, Qt::QueuedConnection);
+      &face->window(), [entry = *this, event = std::move(event)] { entry.byItself(event); }, Qt::QueuedConnection);
 }
 
 }  // namespace trackloom

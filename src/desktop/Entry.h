@@ -14,6 +14,8 @@ class Entry {
   explicit Entry(std::weak_ptr<Face> face) : face_(std::move(face)) {}
 
   void operator()(const std::function<void()>& event) const;
+  /// For what no widget does, such as a timer's tick: held back while the program waits within a call.
+  void byItself(std::function<void()> event) const;
   /// Runs the event from the event loop, as soon as what happens now is over.
   void later(std::function<void()> event) const;
 

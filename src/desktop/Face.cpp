@@ -5,11 +5,9 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLayout>
-#include <QPointer>
 #include <QPushButton>
 #include <QScreen>
 #include <QTimer>
-#include <QWindow>
 #include <algorithm>
 
 #include "controls/Button.h"
@@ -18,6 +16,7 @@
 #include "desktop/Make.h"
 #include "desktop/Placement.h"
 #include "desktop/QtDesk.h"
+#include "desktop/ScreenFit.h"
 #include "desktop/SelectableText.h"
 #include "desktop/Shown.h"
 
@@ -78,13 +77,13 @@ Button* buttonFor(const Form& form, int key) {
 
 }  // namespace
 
-std::shared_ptr<Face> Face::make(const QtDesk& desk, Form& form) {
+std::shared_ptr<Face> Face::make(QtDesk& desk, Form& form) {
   auto face = std::make_shared<Face>(desk, form, Unshared{});
   face->tie();
   return face;
 }
 
-Face::Face(const QtDesk& desk, Form& form, Unshared /*unshared*/)
+Face::Face(QtDesk& desk, Form& form, Unshared /*unshared*/)
     : desk_(desk), form_(&form), window_(desk.makeWindow(form.name()).release()) {}
 
 Face::~Face() {
@@ -116,7 +115,7 @@ bool Face::handle(QEvent& event) {
     case QEvent::KeyPress:
       return pressKey(static_cast<QKeyEvent&>(event).key());
     case QEvent::LayoutRequest:
-      if (placed_ && window_->inherits("QDialog")) keepAllLines(*window_);
+      if (placed_ && window_->inherits("QDialog")) keepContents();
       return false;
     case QEvent::WindowActivate:
       activateOnce();
@@ -140,6 +139,11 @@ bool Face::pressKey(int key) {
   return true;
 }
 
+void Face::keepContents() {
+  keepAllLines(*window_);
+  fitInto(*window_, roomFor(*window_));
+}
+
 void Face::awaitActivation() {
   activationDue_ = true;
   QTimer::singleShot(ActivationPatience, window_.get(), [weak = weak_from_this()] {
@@ -153,10 +157,13 @@ void Face::activateOnce() {
 }
 
 void Face::place(QWidget* owner) {
-  const bool splash = window_->windowFlags().testFlag(Qt::SplashScreen);
+  const bool splash = isSplash();
   if (std::exchange(placed_, true) || (form_->placement.get() != Placement{} && !splash)) return;
   window_->ensurePolished();
-  if (window_->inherits("QDialog") && !splash) fitToContents(*window_);
+  if (window_->inherits("QDialog") && !splash) {
+    fitToContents(*window_);
+    keepContents();
+  }
   const QRect around = owner == nullptr ? window_->screen()->availableGeometry() : owner->frameGeometry();
   QRect frame(QPoint(), window_->size());
   frame.moveCenter(around.center());
@@ -178,8 +185,7 @@ void Face::show(QWidget* owner, Qt::WindowModality modality) {
     window_->setWindowModality(modality);
     tellFailureDetail();
     place(owner);
-    window_->winId();
-    window_->windowHandle()->setTransientParent(owner == nullptr ? nullptr : owner->windowHandle());
+    desk_.family().join(*window_, owner);
     awaitActivation();
   }
   window_->show();
@@ -189,15 +195,14 @@ void Face::show(QWidget* owner, Qt::WindowModality modality) {
 
 void Face::runModal(QWidget* owner) {
   const auto self = shared_from_this();
-  const QPointer<QWidget> before(owner);
-  show(owner, Qt::ApplicationModal);
+  const Family::Turn turn(desk_.family(), *window_, owner);
+  show(owner, Qt::WindowModal);
   if (form_ != nullptr && form_->visible()) {
     QEventLoop loop;
     loops_.push_back(&loop);
     loop.exec();
     std::erase(loops_, &loop);
   }
-  if (before && before->isVisible()) before->activateWindow();
 }
 
 void Face::hide() {

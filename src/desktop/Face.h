@@ -22,19 +22,20 @@ class QtDesk;
 class Face : public std::enable_shared_from_this<Face> {
  public:
   /// A form without a design gets an empty window.
-  static std::shared_ptr<Face> make(const QtDesk& desk, Form& form);
+  static std::shared_ptr<Face> make(QtDesk& desk, Form& form);
   struct Unshared {};
   /// Not yet tied; for make() only, since ties need the face to be shared.
-  Face(const QtDesk& desk, Form& form, Unshared);
+  Face(QtDesk& desk, Form& form, Unshared);
   ~Face();
   Face(const Face&) = delete;
   Face& operator=(const Face&) = delete;
 
   QWidget& window() { return *window_; }
+  bool isSplash() const { return window_->windowFlags().testFlag(Qt::SplashScreen); }
   /// Null once it is cut off.
   Form* form() const { return form_; }
   Entry entry() { return Entry(weak_from_this()); }
-  const QtDesk& desk() const { return desk_; }
+  QtDesk& desk() const { return desk_; }
 
   /// Shows the window in front of `owner`, or for null where the form's placement or the screen's centre puts it.
   void show(QWidget* owner, Qt::WindowModality modality);
@@ -61,13 +62,15 @@ class Face : public std::enable_shared_from_this<Face> {
   void tie();
   bool handle(QEvent& event);
   bool pressKey(int key);
+  /// No line of a text is lost, but the dialog stays within its screen.
+  void keepContents();
   void awaitActivation();
   void activateOnce();
   void place(QWidget* owner);
   /// Fills the line that is no control of the form: what the engine knows about the failure that the form tells.
   void tellFailureDetail();
 
-  const QtDesk& desk_;
+  QtDesk& desk_;
   Form* form_;
   std::unique_ptr<QWidget, Later> window_;
   std::unordered_map<const Control*, QWidget*> widgets_;

@@ -94,8 +94,8 @@ std::vector<std::string> removableMounts(const std::string& table) {
     std::string point;
     fields >> device >> point;
     point = unescaped(point);
-    for (const char* place : {"/media/", "/run/media/", "/mnt"})
-      if (point.starts_with(place)) mounts.push_back(point);
+    for (const char* place : {"/media/", "/run/media/", "/mnt/"})
+      if (EnsureTrailingSep(point).starts_with(place)) mounts.push_back(point);
   }
   return mounts;
 }
@@ -160,8 +160,14 @@ void FolderModel::take(Node& node, const std::vector<std::string>& names) {
   if (!names.empty())
     endInsertRows();
   else
-    emit dataChanged(indexOf(node), indexOf(node));
+    loseArrow();
   goOnRevealing();
+}
+
+/// A view asks once whether a folder has subfolders, and again only when its layout changes.
+void FolderModel::loseArrow() {
+  emit layoutAboutToBeChanged();
+  emit layoutChanged();
 }
 
 void FolderModel::reveal(const std::string& path, std::function<void(const QModelIndex&)> found) {

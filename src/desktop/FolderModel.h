@@ -38,6 +38,7 @@ class FolderModel final : public QAbstractItemModel {
   void addRoot(const std::string& path, const std::string& name, const Icon& icon);
   void read(Node& node);
   void take(Node& node, const std::vector<std::string>& names);
+  void loseArrow();
   void goOnRevealing();
 
   std::unique_ptr<Node> top_;

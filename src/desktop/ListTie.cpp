@@ -14,6 +14,7 @@
 #include "controls/ImageList.h"
 #include "desktop/EventTap.h"
 #include "desktop/Face.h"
+#include "desktop/ListLook.h"
 #include "desktop/ListModel.h"
 #include "desktop/Make.h"
 #include "desktop/RowDrag.h"
@@ -54,8 +55,11 @@ struct ListTie {
   std::vector<int> rowsSelectedInView() const;
   void reportSelection();
   void reportSize() const;
-  bool toggleCheck(const QKeyEvent& key);
+  void toggle(const QModelIndex& index);
+  bool toggleByKey(const QKeyEvent& key);
+  void toggleByDoubleClick(const QMouseEvent& mouse);
   bool dragEvent(QEvent& event);
+  bool hear(QEvent& event);
 };
 
 void ListTie::announce(const ListChange& change) {
@@ -90,7 +94,9 @@ void ListTie::showColumns() {
 }
 
 bool ListTie::stretches(int column) const {
-  return view.header()->stretchLastSection() && column == view.header()->count() - 1;
+  const QHeaderView& heads = *view.header();
+  return heads.sectionResizeMode(column) == QHeaderView::Stretch ||
+         (heads.stretchLastSection() && column == heads.count() - 1);
 }
 
 void ListTie::showSelection() {
@@ -139,12 +145,23 @@ void ListTie::reportSize() const {
   });
 }
 
-bool ListTie::toggleCheck(const QKeyEvent& key) {
+void ListTie::toggle(const QModelIndex& index) {
+  const int row = index.row() + 1;
+  entry([this, row] { list.check(row, !list.Item(row).Checked); });
+}
+
+bool ListTie::toggleByKey(const QKeyEvent& key) {
   const QModelIndex current = view.currentIndex();
   if (key.key() != Qt::Key_Space || !list.style().checkBoxes || !current.isValid()) return false;
-  const int row = current.row() + 1;
-  entry([this, row] { list.check(row, !list.Item(row).Checked); });
+  toggle(current);
   return true;
+}
+
+/// The box itself has taken both clicks already.
+void ListTie::toggleByDoubleClick(const QMouseEvent& mouse) {
+  const QModelIndex index = view.indexAt(mouse.pos());
+  if (!list.style().checkBoxes || list.DblClick || !index.isValid()) return;
+  if (!boxOf(view, index).contains(mouse.pos())) toggle(index);
 }
 
 std::vector<std::string> localFiles(const QMimeData& data) {
@@ -168,6 +185,13 @@ bool ListTie::dragEvent(QEvent& event) {
   return true;
 }
 
+bool ListTie::hear(QEvent& event) {
+  if (event.type() == QEvent::MouseButtonDblClick) toggleByDoubleClick(static_cast<QMouseEvent&>(event));
+  if (event.type() == QEvent::Paint) paintBesideRows(view);
+  if (event.type() == QEvent::ToolTip) return tellCutText(view, static_cast<QHelpEvent&>(event));
+  return dragEvent(event);
+}
+
 void design(QTreeView& view, const ListStyle& style) {
   view.setRootIsDecorated(false);
   view.setItemsExpandable(false);
@@ -184,7 +208,10 @@ void connectEvents(const std::shared_ptr<ListTie>& tie) {
   QTreeView& view = tie->view;
   tie->rest.setSingleShot(true);
   QObject::connect(&tie->rest, &QTimer::timeout, [tie] { tie->showNewRows(); });
-  QObject::connect(view.selectionModel(), &QItemSelectionModel::selectionChanged, [tie] { tie->reportSelection(); });
+  QObject::connect(view.selectionModel(), &QItemSelectionModel::selectionChanged, [tie] {
+    tie->view.viewport()->update();
+    tie->reportSelection();
+  });
   QObject::connect(&view, &QTreeView::doubleClicked, [tie](const QModelIndex& index) {
     const int row = index.row() + 1;
     tie->entry([&tie, row] { tie->list.doubleClick(row); });
@@ -195,9 +222,9 @@ void connectEvents(const std::shared_ptr<ListTie>& tie) {
   });
   make<EventTap>(view, [tie](QEvent& event) {
     if (event.type() == QEvent::Resize) tie->reportSize();
-    return event.type() == QEvent::KeyPress && tie->toggleCheck(static_cast<QKeyEvent&>(event));
+    return event.type() == QEvent::KeyPress && tie->toggleByKey(static_cast<QKeyEvent&>(event));
   });
-  make<EventTap>(*view.viewport(), [tie](QEvent& event) { return tie->dragEvent(event); });
+  make<EventTap>(*view.viewport(), [tie](QEvent& event) { return tie->hear(event); });
 }
 
 /// The list's own images; where it has none, the one that its design or the house has for rows.
@@ -219,6 +246,7 @@ void tieList(Face& face, QTreeView& view, ListView& list) {
   design(view, list.style());
   view.setModel(&model);
   const auto tie = std::make_shared<ListTie>(ListTie{view, list, model, make<QTimer>(view), face.entry()});
+  stretchWidestColumn(view);
   tie->showColumns();
   tie->showSelection();
   face.keep(list.listChanging.connect([tie](const ListChange& change) { tie->announce(change); }));

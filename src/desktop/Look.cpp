@@ -102,6 +102,8 @@ QSize Look::sizeFromContents(ContentsType type, const QStyleOption* option, cons
 
 void dress(QApplication& application) {
   QApplication::setStyle(std::make_unique<Look>().release());
+  // What a window without a caption of its own is called.
+  QApplication::setApplicationName("Trackloom");
   application.setWindowIcon(QIcon(":/trackloom.svg"));
   followColourScheme();
 }

@@ -33,6 +33,30 @@ void QtDesk::enter(const std::function<void()>& event) const {
   trap_(event);
 }
 
+void QtDesk::perform(std::function<void()> event) {
+  if (standstills_ == 0 && held_.empty()) return enter(event);
+  held_.push_back(std::move(event));
+}
+
+void QtDesk::standOn() {
+  if (--standstills_ == 0) performHeldSoon();
+}
+
+void QtDesk::performHeldSoon() {
+  if (!held_.empty())
+    QMetaObject::invokeMethod(
+        &loop_, [this] { performHeld(); }, Qt::QueuedConnection);
+}
+
+void QtDesk::performHeld() {
+  if (standstills_ > 0 || held_.empty()) return;
+  const auto event = std::move(held_.front());
+  held_.pop_front();
+  // The event may run a loop of its own, in which the others must not wait.
+  performHeldSoon();
+  enter(event);
+}
+
 std::unique_ptr<QWidget> QtDesk::makeWindow(const std::string& form) const {
   const auto found = std::find_if(designs_.begin(), designs_.end(), [&](const auto& d) { return d.form == form; });
   return found == designs_.end() ? std::make_unique<QWidget>() : found->make();
@@ -52,10 +76,16 @@ void QtDesk::show(Form& form) {
 
 void QtDesk::showModal(Form& form, Form* owner) {
   const auto face = faceOf(form).shared_from_this();
+  hideSplash();
   std::erase(shown_, &form);
   shown_.push_back(&form);
   QWidget* before = owner == nullptr ? nullptr : window(*owner);
   face->runModal(before != nullptr && before->isVisible() ? before : nullptr);
+}
+
+void QtDesk::hideSplash() {
+  for (const auto& [form, face] : faces_)
+    if (face->isSplash()) face->window().hide();
 }
 
 void QtDesk::hide(Form& form) {
@@ -75,13 +105,17 @@ void QtDesk::repaint(Control& control) {
   if (QWidget* widget = found->second->widgetOf(control)) widget->repaint();
 }
 
+void QtDesk::repaint(Form& form) {
+  if (QWidget* shown = window(form)) shown->repaint();
+}
+
 QWidget* QtDesk::window(const Form& form) const {
   const auto found = faces_.find(&form);
   return found == faces_.end() ? nullptr : &found->second->window();
 }
 
 QWidget* QtDesk::frontWindow() const {
-  if (QWidget* active = QApplication::activeWindow()) return active;
+  if (QWidget* front = family_.front()) return front;
   return shown_.empty() ? nullptr : window(*shown_.back());
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QWidget>
+#include <deque>
 #include <functional>
 #include <memory>
 #include <string>
@@ -9,6 +10,7 @@
 
 #include "controls/FormHost.h"
 #include "desktop/FaceTable.h"
+#include "desktop/Family.h"
 #include "ports/FailureDetail.h"
 
 namespace trackloom {
@@ -34,6 +36,24 @@ class QtDesk final : public FormHost {
   /// Without a trap, an exception ends the process.
   void setTrap(Trap trap) { trap_ = std::move(trap); }
   void enter(const std::function<void()>& event) const;
+  /// Enters with what comes by itself and not from a widget: a timer's tick, an engine's event, work put off. While the
+  /// program stands still it is held back.
+  void perform(std::function<void()> event);
+  Family& family() { return family_; }
+
+  /// The program waits within a call, for as long as this lives: nothing comes to it by itself. What was held back
+  /// comes from the event loop afterwards, in its order.
+  class Standstill {
+   public:
+    explicit Standstill(QtDesk& desk) : desk_(desk) { ++desk_.standstills_; }
+    ~Standstill() { desk_.standOn(); }
+    Standstill(const Standstill&) = delete;
+    Standstill& operator=(const Standstill&) = delete;
+
+   private:
+    QtDesk& desk_;
+  };
+
   /// The designed window of a form, an empty one for a form without a design.
   std::unique_ptr<QWidget> makeWindow(const std::string& form) const;
 
@@ -42,20 +62,31 @@ class QtDesk final : public FormHost {
   void hide(Form& form) override;
   void discard(Form& form) override;
   void repaint(Control& control) override;
+  void repaint(Form& form) override;
 
   /// Null: the form has not been shown yet, or is gone.
   QWidget* window(const Form& form) const;
-  /// What a box stands before: the active window, or the last one shown that still is; null when none is.
+  /// What a box stands before: the window that the user works in, or the last one shown that still is; null when none
+  /// is.
   QWidget* frontWindow() const;
 
  private:
   Face& faceOf(Form& form);
+  /// What asks for an answer stands alone.
+  void hideSplash();
+  void standOn();
+  void performHeldSoon();
+  void performHeld();
 
   const std::vector<FaceDesign>& designs_;
+  Family family_;
   const FailureDetail* failureDetail_ = nullptr;
   Trap trap_;
   std::unordered_map<const Form*, std::shared_ptr<Face>> faces_;
   std::vector<const Form*> shown_;
+  int standstills_ = 0;
+  std::deque<std::function<void()>> held_;
+  QObject loop_;
 };
 
 }  // namespace trackloom

@@ -1,6 +1,7 @@
 #include "desktop/QtEvents.h"
 
 #include <QCoreApplication>
+#include <QEventLoop>
 
 #include "desktop/QtDesk.h"
 
@@ -10,9 +11,18 @@ void QtEventPump::pumpEvents() {
   QCoreApplication::processEvents();
 }
 
+void QtPatience::until(const Wait& wait) {
+  constexpr std::chrono::milliseconds Glance{20};
+  if (wait(Glance)) return;
+  const QtDesk::Standstill standstill(desk_);
+  do {
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+  } while (!wait(Glance));
+}
+
 void QtEventQueue::post(std::function<void()> event) {
   QMetaObject::invokeMethod(
-      &receiver_, [this, event = std::move(event)] { desk_.enter(event); }, Qt::QueuedConnection);
+      &receiver_, [this, event = std::move(event)] { desk_.perform(event); }, Qt::QueuedConnection);
 }
 
 }  // namespace trackloom

@@ -4,10 +4,22 @@
 
 #include "ports/EventPump.h"
 #include "ports/EventQueue.h"
+#include "ports/Patience.h"
 
 namespace trackloom {
 
 class QtDesk;
+
+/// Paints and answers the window system between two looks; what comes by itself meanwhile is held back.
+class QtPatience final : public Patience {
+ public:
+  explicit QtPatience(QtDesk& desk) : desk_(desk) {}
+
+  void until(const Wait& wait) override;
+
+ private:
+  QtDesk& desk_;
+};
 
 /// Runs what waits in the toolkit's event loop.
 class QtEventPump final : public EventPump {
@@ -19,12 +31,12 @@ class QtEventPump final : public EventPump {
 /// posts.
 class QtEventQueue final : public EventQueue {
  public:
-  explicit QtEventQueue(const QtDesk& desk) : desk_(desk) {}
+  explicit QtEventQueue(QtDesk& desk) : desk_(desk) {}
 
   void post(std::function<void()> event) override;
 
  private:
-  const QtDesk& desk_;
+  QtDesk& desk_;
   QObject receiver_;
 };
 

@@ -5,7 +5,6 @@
 #include <QPointer>
 #include <QPushButton>
 #include <QScreen>
-#include <QWindow>
 
 #include "desktop/QtDesk.h"
 #include "desktop/Shown.h"
@@ -75,14 +74,13 @@ class Box final : public QMessageBox {
     const auto buttons = buttonsOf(box.buttons);
     for (StandardButton button : buttons) addButton(button);
     setDefaultButton(buttons.front());
-    setWindowModality(Qt::ApplicationModal);
+    setWindowModality(Qt::WindowModal);
   }
 
  protected:
   void showEvent(QShowEvent* event) override {
     QMessageBox::showEvent(event);
     if (!before_) return;
-    windowHandle()->setTransientParent(before_->windowHandle());
     QRect frame(QPoint(), size());
     frame.moveCenter(before_->frameGeometry().center());
     move(frame.topLeft());
@@ -105,7 +103,11 @@ class Box final : public QMessageBox {
 }  // namespace
 
 BoxAnswer QtMessageBoxes::show(const MessageBox& box) {
-  return answerOf(Box(box, desk_.frontWindow()).exec());
+  QWidget* before = desk_.frontWindow();
+  Box shown(box, before);
+  desk_.family().join(shown, before);
+  const Family::Turn turn(desk_.family(), shown, before);
+  return answerOf(shown.exec());
 }
 
 }  // namespace trackloom

@@ -10,12 +10,12 @@ class QtDesk;
 /// buttons only.
 class QtMessageBoxes final : public MessageBoxes {
  public:
-  explicit QtMessageBoxes(const QtDesk& desk) : desk_(desk) {}
+  explicit QtMessageBoxes(QtDesk& desk) : desk_(desk) {}
 
   BoxAnswer show(const MessageBox& box) override;
 
  private:
-  const QtDesk& desk_;
+  QtDesk& desk_;
 };
 
 }  // namespace trackloom

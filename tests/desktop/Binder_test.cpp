@@ -12,9 +12,14 @@
 #include <QStatusBar>
 #include <QTabBar>
 #include <QTimer>
+#include <QWheelEvent>
 #include <catch2/catch.hpp>
+#include <set>
 
 #include "desktop/Binder.h"
+#include "desktop/EventTap.h"
+#include "desktop/Make.h"
+#include "desktop/Spinner.h"
 #include "desktop/Trial.h"
 
 namespace trackloom {
@@ -32,6 +37,13 @@ Lines problemsOf(const std::string& design) {
   for (const FaceDesign& known : trial::trialDesigns())
     if (known.form == design) designs.push_back({"frmTrial", known.make});
   return bindingProblems(*form, designs);
+}
+
+/// One notch towards the user.
+void turnWheel(QWidget& widget) {
+  const QPointF place = widget.rect().center();
+  QWheelEvent wheel(place, widget.mapToGlobal(place), {}, {0, -120}, Qt::NoButton, {}, Qt::NoScrollPhase, false);
+  QApplication::sendEvent(&widget, &wheel);
 }
 
 }  // namespace
@@ -202,6 +214,74 @@ TEST_CASE("Status panels, tabs and a scroll bar follow, and tell what the user d
   CHECK(shown.form->VScroll1.Value == 2);
 }
 
+TEST_CASE("The wheel over a combo box or a scroll bar without the focus changes nothing and brings no focus") {
+  Shown shown;
+  for (const char* text : {"one", "two", "three"}) shown.form->cboPick.AddItem(text);
+  shown.form->cboPick.SetListIndex(1);
+  REQUIRE(QTest::qWaitForWindowActive(shown.desk.window(*shown.form)));
+  shown.form->txtName.SetFocus();
+  auto& combo = shown.widget<QComboBox>("cboPick");
+  auto& bar = shown.widget<QScrollBar>("VScroll1");
+  for (QWidget* widget : std::initializer_list<QWidget*>{&combo, &bar}) turnWheel(*widget);
+  CHECK(shown.form->cboPick.ListIndex() == 1);
+  CHECK(shown.form->VScroll1.Value == 1);
+  CHECK(shown.widget<QLineEdit>("txtName").hasFocus());
+  combo.setFocus();
+  turnWheel(combo);
+  CHECK(shown.form->cboPick.ListIndex() == 2);
+  bar.setFocus();
+  turnWheel(bar);
+  CHECK(shown.form->VScroll1.Value == 2);
+}
+
+TEST_CASE("The upper arrow of a spinner raises the number, the lower one lowers it, and both are easy to hit") {
+  Spinner spinner;
+  spinner.setRange(1, 20);
+  spinner.setPageStep(1);
+  spinner.resize(spinner.sizeHint());
+  spinner.show();
+  const QPoint upper(spinner.width() / 2, spinner.height() / 4);
+  const QPoint lower(spinner.width() / 2, spinner.height() * 3 / 4);
+  CHECK(spinner.width() >= 24);
+  CHECK(spinner.height() >= 48);
+  QTest::mouseClick(&spinner, Qt::LeftButton, {}, upper);
+  QTest::mouseClick(&spinner, Qt::LeftButton, {}, upper);
+  CHECK(spinner.value() == 3);
+  QTest::mouseClick(&spinner, Qt::LeftButton, {}, lower);
+  CHECK(spinner.value() == 2);
+  QTest::mouseClick(&spinner, Qt::RightButton, {}, upper);
+  CHECK(spinner.value() == 2);
+  QTest::keyClick(&spinner, Qt::Key_Up);
+  CHECK(spinner.value() == 3);
+  QTest::keyClick(&spinner, Qt::Key_Down);
+  CHECK(spinner.value() == 2);
+  QTest::mousePress(&spinner, Qt::LeftButton, {}, upper);
+  CHECK(comesTrue([&] { return spinner.value() > 4; }));
+  QTest::mouseRelease(&spinner, Qt::LeftButton, {}, upper);
+  const int released = spinner.value();
+  QTest::qWait(200);
+  CHECK(spinner.value() == released);
+}
+
+TEST_CASE("A spinner shows which arrow is pressed, and which one leads nowhere") {
+  Spinner spinner;
+  spinner.setRange(1, 20);
+  spinner.resize(spinner.sizeHint());
+  spinner.show();
+  const QImage least = spinner.grab().toImage();
+  spinner.setValue(10);
+  const QImage middle = spinner.grab().toImage();
+  spinner.setValue(20);
+  const QImage most = spinner.grab().toImage();
+  CHECK(least != middle);
+  CHECK(most != middle);
+  CHECK(least != most);
+  spinner.setValue(10);
+  QTest::mousePress(&spinner, Qt::LeftButton, {}, QPoint(10, 10));
+  spinner.setValue(10);
+  CHECK(spinner.grab().toImage() != middle);
+}
+
 TEST_CASE("A timer ticks while it is enabled, also behind a handler that waits") {
   Shown shown;
   int ticks = 0;
@@ -227,6 +307,22 @@ TEST_CASE("No timer of a form may tick before its time") {
     CHECK(clock->timerType() == Qt::PreciseTimer);
   }
   CHECK(found);
+}
+
+TEST_CASE("Painting a form at once paints every widget of it") {
+  Shown shown;
+  REQUIRE(comesTrue([&] { return shown.widget<QLabel>("lblText").isVisible(); }));
+  QTest::qWait(20);
+  std::set<std::string> painted;
+  for (const char* name : {"lblText", "cmdOK", "pbDone"}) {
+    auto& widget = shown.widget<QWidget>(name);
+    make<EventTap>(widget, [&painted, name](QEvent& event) {
+      if (event.type() == QEvent::Paint) painted.insert(name);
+      return false;
+    });
+  }
+  shown.form->Refresh();
+  CHECK(painted == std::set<std::string>{"lblText", "cmdOK", "pbDone"});
 }
 
 }  // namespace trackloom

@@ -1,5 +1,6 @@
 #include <QTreeView>
 #include <catch2/catch.hpp>
+#include <set>
 
 #include "desktop/FolderModel.h"
 #include "desktop/Trial.h"
@@ -32,8 +33,8 @@ TEST_CASE("Folders are listed with the hidden ones and links to folders, as a pe
 TEST_CASE("Mount points that a person put in are found in a mount table, with their blanks") {
   const std::string table =
       "proc /proc proc rw 0 0\n/dev/sdb1 /media/me/My\\040Stick vfat rw 0 0\n/dev/sda1 / ext4 rw 0 0\n"
-      "nas:/x /mnt/nas nfs rw 0 0\n";
-  CHECK(removableMounts(table) == Lines{"/media/me/My Stick", "/mnt/nas"});
+      "nas:/x /mnt/nas nfs rw 0 0\n/dev/sdc1 /mntx ext4 rw 0 0\n/dev/sdd1 /mnt ext4 rw 0 0\n";
+  CHECK(removableMounts(table) == Lines{"/media/me/My Stick", "/mnt/nas", "/mnt"});
   CHECK(removableMounts("broken\\").empty());
 }
 
@@ -82,6 +83,48 @@ TEST_CASE("A choice in the tree is believed without asking the disk, and the pro
   CHECK_THROWS_AS(shown.form->FT1.SetSelectedFolder(folder / "music"), RuntimeError);
   tree.setCurrentIndex(tree.model()->index(0, 0, around));
   CHECK(shown.form->FT1.SelectedFolder() == folder / "music");
+}
+
+TEST_CASE("Enter opens a folder of the tree, and goes no further") {
+  const fakes::TempFolder folder;
+  folder.write("music/deep/x", "");
+  trial::Shown shown;
+  auto& tree = shown.widget<QTreeView>("FT1");
+  shown.form->cmdOK.Default = true;
+  shown.form->FT1.SetSelectedFolder(folder / "music");
+  REQUIRE(comesTrue([&] { return selectedPath(tree) == folder / "music"; }));
+  shown.form->heard.clear();
+  for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter}) {
+    tree.collapse(tree.currentIndex());
+    QTest::keyClick(&tree, key);
+    CHECK(tree.isExpanded(tree.currentIndex()));
+  }
+  CHECK(shown.form->heard.empty());
+  CHECK(shown.form->FT1.SelectedFolder() == folder / "music");
+}
+
+TEST_CASE("A folder that turns out to have no subfolders loses its arrow once it is read") {
+  const fakes::TempFolder folder;
+  folder.write("music/x", "");
+  trial::Shown shown;
+  auto& tree = shown.widget<QTreeView>("FT1");
+  tree.resize(400, 400);
+  shown.form->FT1.SetSelectedFolder(folder / "music");
+  REQUIRE(comesTrue([&] { return selectedPath(tree) == folder / "music"; }));
+  const QModelIndex music = tree.currentIndex();
+  const auto coloursBesideName = [&] {
+    const QRect name = tree.visualRect(music);
+    const QRect beside(name.left() - tree.indentation(), name.top() + 2, tree.indentation() - 1, name.height() - 4);
+    const QImage picture = tree.viewport()->grab(beside).toImage();
+    std::set<QRgb> colours;
+    for (int x = 0; x < picture.width(); ++x)
+      for (int y = 0; y < picture.height(); ++y) colours.insert(picture.pixel(x, y));
+    return colours.size();
+  };
+  CHECK(coloursBesideName() > 1);
+  tree.expand(music);
+  REQUIRE(comesTrue([&] { return !tree.model()->hasChildren(music); }));
+  CHECK(coloursBesideName() == 1);
 }
 
 }  // namespace trackloom

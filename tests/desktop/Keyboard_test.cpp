@@ -79,9 +79,9 @@ void chooseOptions(frmOptions& form, QWidget& window) {
   press(window, Qt::Key_Down);
   CHECK(form.optCreateOnly.selected());
   tabTo(window, "VScroll1");
-  press(window, Qt::Key_Down);
-  CHECK(form.txtCopies.Text == std::string("2"));
   press(window, Qt::Key_Up);
+  CHECK(form.txtCopies.Text == std::string("2"));
+  press(window, Qt::Key_Down);
   CHECK(form.txtCopies.Text == std::string("1"));
   tabTo(window, "TS1");
   press(window, Qt::Key_Right);

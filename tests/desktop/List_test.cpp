@@ -1,10 +1,15 @@
+#include <QApplication>
 #include <QHeaderView>
+#include <QHelpEvent>
 #include <QMimeData>
 #include <QScrollBar>
+#include <QTextDocument>
+#include <QToolTip>
 #include <QTreeView>
 #include <QUrl>
 #include <catch2/catch.hpp>
 
+#include "desktop/ListLook.h"
 #include "desktop/Shown.h"
 #include "desktop/Trial.h"
 
@@ -147,6 +152,76 @@ TEST_CASE("The space key and the box itself tick a row") {
   view.model()->setData(view.model()->index(1, 0), Qt::Unchecked, Qt::CheckStateRole);
   CHECK(shown.form->List1.CheckedCount() == 0);
   CHECK(shown.form->heard == Lines{"check 2", "check 2"});
+}
+
+TEST_CASE("A click on a row's name selects it, the box ticks, and a double click on the name ticks too") {
+  trial::Shown shown;
+  auto& view = shown.widget<QTreeView>("List1");
+  shown.form->List1.DblClick = nullptr;
+  fill(shown, {"a", "b"});
+  const QPoint name = view.visualRect(view.model()->index(1, 0)).center();
+  const QPoint box = boxOf(view, view.model()->index(1, 0)).center();
+  QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, name);
+  CHECK(shown.form->List1.SelectedRow() == 2);
+  CHECK(shown.form->List1.CheckedCount() == 0);
+  QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, box);
+  CHECK(shown.form->List1.Item(2).Checked);
+  QTest::mouseDClick(view.viewport(), Qt::LeftButton, {}, name);
+  CHECK_FALSE(shown.form->List1.Item(2).Checked);
+  QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, box);
+  CHECK(shown.form->List1.Item(2).Checked);
+  // Both clicks are the box's own, and there is no third.
+  QTest::mouseDClick(view.viewport(), Qt::LeftButton, {}, box);
+  CHECK(shown.form->List1.Item(2).Checked);
+}
+
+TEST_CASE("A double click that the program answers ticks nothing") {
+  trial::Shown shown;
+  auto& view = shown.widget<QTreeView>("List1");
+  fill(shown, {"a", "b"});
+  QTest::mouseDClick(view.viewport(), Qt::LeftButton, {}, view.visualRect(view.model()->index(1, 0)).center());
+  CHECK(shown.form->List1.CheckedCount() == 0);
+}
+
+TEST_CASE("The colour of the selected row reaches the right edge of the list, and follows the selection") {
+  trial::Shown shown;
+  auto& view = shown.widget<QTreeView>("List1");
+  view.resize(600, 200);
+  fill(shown, {"a", "b"});
+  const auto edgeOf = [&](int line) {
+    const QRect place = view.visualRect(view.model()->index(line, 0));
+    return view.viewport()->grab().toImage().pixelColor(view.viewport()->width() - 2, place.center().y());
+  };
+  const auto within = [&](int line) {
+    const QRect place = view.visualRect(view.model()->index(line, 1));
+    return view.viewport()->grab().toImage().pixelColor(place.left() + 2, place.top() + 2);
+  };
+  REQUIRE(view.header()->length() < view.viewport()->width());
+  shown.form->List1.SelectRow(1);
+  CHECK(edgeOf(0) == within(0));
+  CHECK(edgeOf(1) == view.palette().color(QPalette::Base));
+  shown.form->List1.SelectRow(2);
+  CHECK(edgeOf(0) == view.palette().color(QPalette::Base));
+  CHECK(edgeOf(1) == within(1));
+}
+
+TEST_CASE("A text that its cell cuts is told whole under the pointer, and one that fits is not") {
+  trial::Shown shown;
+  auto& view = shown.widget<QTreeView>("List1");
+  const std::string longName = std::string(60, 'n') + " <b> & co.mp3";
+  fill(shown, {"short", longName.c_str()});
+  shown.form->List1.SetColumnWidth(1, 3000);
+  const auto toldAt = [&](int line) {
+    QToolTip::hideText();
+    const QPoint place = view.visualRect(view.model()->index(line, 0)).center();
+    QHelpEvent help(QEvent::ToolTip, place, view.viewport()->mapToGlobal(place));
+    QApplication::sendEvent(view.viewport(), &help);
+    QTextDocument shownText;
+    shownText.setHtml(QToolTip::text());
+    return shownText.toPlainText().toStdString();
+  };
+  CHECK(toldAt(0).empty());
+  CHECK(toldAt(1) == longName);
 }
 
 TEST_CASE("Columns come, go and take their width in whole pixels, and the user's width comes back in twips") {

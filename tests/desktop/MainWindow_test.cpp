@@ -5,6 +5,7 @@
 #include <QMenuBar>
 #include <QToolBar>
 #include <QToolButton>
+#include <QWheelEvent>
 #include <catch2/catch.hpp>
 
 #include "desktop/Meter.h"
@@ -123,6 +124,20 @@ TEST_CASE("A list that becomes ready takes the focus, so that keys no longer cha
   REQUIRE(main.window().focusWidget()->objectName() == "cboMainDrive");
   main.form().ListView1.Enabled = true;
   CHECK(main.window().focusWidget()->objectName() == "ListView1");
+}
+
+TEST_CASE("The wheel over the drive list does not change the drive") {
+  MainWindow main;
+  DockStudio& dock = main.form().DockStudio1;
+  dock.AddEntry(main.form().cboMainDrive, "Another drive", "1");
+  main.form().ListView1.Enabled = true;
+  auto& drives = *main.window().findChild<QComboBox*>("cboMainDrive");
+  const QPointF place = drives.rect().center();
+  QWheelEvent wheel(place, drives.mapToGlobal(place), {}, {0, -120}, Qt::NoButton, {}, Qt::NoScrollPhase, false);
+  QApplication::sendEvent(&drives, &wheel);
+  CHECK(drives.currentIndex() == 0);
+  CHECK(main.form().cboMainDrive.SelectedEntry() == 1);
+  CHECK_FALSE(drives.hasFocus());
 }
 
 TEST_CASE("The area inside the bars is told in twips, and again when the window changes") {

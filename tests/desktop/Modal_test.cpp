@@ -35,7 +35,7 @@ TEST_CASE("A modal form returns once a handler has hidden it, and goes on living
     modal.form->heard.push_back("after hide");
   };
   modal.show([&] {
-    CHECK(modal.desk.window(*modal.form)->windowModality() == Qt::ApplicationModal);
+    CHECK(modal.desk.window(*modal.form)->windowModality() == Qt::WindowModal);
     modal.ok().click();
   });
   CHECK(modal.form->heard.back() == "after hide");

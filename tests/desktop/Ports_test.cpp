@@ -41,7 +41,7 @@ bool locks(const std::string& path) {
 
 /// Shows a box, lets `user` deal with it, and gives the answer.
 BoxAnswer answerTo(const MessageBox& box, const std::function<void(QMessageBox&)>& user) {
-  const QtDesk desk;
+  QtDesk desk;
   QTimer::singleShot(0, qApp, [&] { user(*qobject_cast<QMessageBox*>(QApplication::activeModalWidget())); });
   return QtMessageBoxes(desk).show(box);
 }
@@ -56,7 +56,7 @@ TEST_CASE("A box shows title and text as they are, in plain text, and its first 
     CHECK(shown.textFormat() == Qt::PlainText);
     CHECK(shown.icon() == QMessageBox::Question);
     CHECK(trial::captionsOf(shown) == Lines{"OK", "Cancel"});
-    CHECK(shown.windowModality() == Qt::ApplicationModal);
+    CHECK(shown.windowModality() == Qt::WindowModal);
     QTest::keyClick(&shown, Qt::Key_Return);
   });
   CHECK(answer == BoxAnswer::Ok);
@@ -92,7 +92,7 @@ TEST_CASE("Esc and the close box answer OK, or Cancel where that is harmless, an
 }
 
 TEST_CASE("Events posted by other threads run on this one, later and in their order") {
-  const QtDesk desk;
+  QtDesk desk;
   QtEventQueue queue(desk);
   Lines order;
   const auto here = std::this_thread::get_id();

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <QSize>
+
+class QWidget;
+
+namespace trackloom {
+
+/// Brings a dialog within `most` pixels where its contents need more: its lists give way first, and what still does not
+/// fit scrolls. Its last rows, which hold its buttons, stay in sight. A dialog that fits stays as it is.
+void fitInto(QWidget& dialog, const QSize& most);
+
+/// The most that a dialog may take on its screen, inside its frame.
+QSize roomFor(const QWidget& dialog);
+
+}  // namespace trackloom
