@@ -14,6 +14,7 @@ class YieldingDesk final : public FormHost, public MessageBoxes {
   void hide(Form&) override {}
   void discard(Form&) override {}
   void repaint(Control&) override {}
+  void repaint(Form&) override {}
 
   BoxAnswer show(const MessageBox& box) override {
     switch (box.buttons) {

@@ -38,7 +38,10 @@ std::int32_t ComboBox::ItemData() const {
 }
 
 void ComboBox::choose(int index) {
-  if (usable()) SetListIndex(index);
+  if (!usable()) return;
+  const bool again = index == index_ && index >= 0;
+  SetListIndex(index);
+  if (again) raise(Click);
 }
 
 }  // namespace trackloom

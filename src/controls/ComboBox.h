@@ -24,12 +24,13 @@ class ComboBox final : public Control {
   void Clear();
 
   int ListIndex() const { return index_; }
-  /// Raises Click when the choice changes, by the program as by the user.
+  /// Raises Click when the choice changes.
   void SetListIndex(int index);
   std::string Text() const;
   std::int32_t ItemData() const;
 
   std::function<void()> Click;
+  /// Raises Click also for the row that is chosen already.
   void choose(int index);
 
  private:

@@ -53,6 +53,9 @@ class Form : public std::enable_shared_from_this<Form> {
   /// Runs QueryUnload and, unless that refuses, Unload; then the window goes. True: it has gone.
   bool unload(CloseReason reason = CloseReason::Program);
 
+  /// Paints the whole window at once, without letting other events run.
+  void Refresh() { host_.repaint(*this); }
+
   // What the user or the window system does.
   void closeBox();
   void activated();

@@ -17,8 +17,9 @@ class FormHost {
   virtual void hide(Form& form) = 0;
   /// The form has been unloaded and will not be shown again.
   virtual void discard(Form& form) = 0;
-  /// Paints at once, without letting other events run.
+  // Painting at once, without letting other events run.
   virtual void repaint(Control& control) = 0;
+  virtual void repaint(Form& form) = 0;
 };
 
 }  // namespace trackloom

@@ -50,11 +50,9 @@ void frmFiles::listFolder(const std::string& path) {
 
 void frmFiles::listFiles(const std::string& folder, std::string_view extension, Found& found) {
   for (const std::string& name : ListFiles(HostPath(folder), extension)) {
-    ListItem row;
-    row.Text = name;
+    const int row = ListView1.Add({name, {}});
     const std::int64_t bytes = FileLength(HostPath(folder + name));
-    row.SubItems = {FormatSize(static_cast<double>(bytes), session_.ports.separators)};
-    ListView1.Add(std::move(row));
+    ListView1.SetSubItem(row, 1, FormatSize(static_cast<double>(bytes), session_.ports.separators));
     ++found.files;
     found.bytes += bytes;
   }

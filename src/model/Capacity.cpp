@@ -1,7 +1,6 @@
 #include "model/Capacity.h"
 
 #include <algorithm>
-#include <cmath>
 #include <limits>
 
 #include "model/Layout.h"
@@ -49,7 +48,8 @@ std::string FormatSize(double bytes, const Separators& separators) {
   if (bytes >= Giga) return FormatFixed2(bytes / Giga, separators) + " GB";
   if (bytes >= Mega) return FormatFixed2(bytes / Mega, separators) + " MB";
   if (bytes >= Kilo) return FormatFixed2(bytes / Kilo, separators) + " KB";
-  if (!(std::abs(bytes) < Giga)) return "0 Bytes";
+  // Only a number of 64 bits has a whole part to tell.
+  if (!(bytes >= -0x1p63)) return "0 Bytes";
   return std::to_string(static_cast<std::int64_t>(bytes)) + " Bytes";
 }
 

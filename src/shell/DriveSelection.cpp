@@ -44,7 +44,8 @@ void showSelection(Session& session, int position, bool opened) {
 void InitDrives(Session& session, ShellForms& forms) {
   Trackloom50Mod1& mod = session.mod;
   ListingWindow& window = session.frmListing();
-  const std::int16_t count = window.CDR1->DriveCount();
+  std::int16_t count = 0;
+  skipOnError([&] { count = window.CDR1->DriveCount(); });
   mod.DriveOpen = false;
   if (count <= 0) {
     window.panel2.Text = "No Recording Drive Found";
@@ -53,10 +54,12 @@ void InitDrives(Session& session, ShellForms& forms) {
   }
   fillDriveList(session, count);
   mod.CurrentDrive = std::max<std::int16_t>(mod.Options.SavedDrive, 0);
-  mod.DriveOpen = window.CDR1->SelectDrive(mod.CurrentDrive);
+  skipOnError([&] { mod.DriveOpen = window.CDR1->SelectDrive(mod.CurrentDrive); });
   if (!mod.DriveOpen) mod.CurrentDrive = 0;
   showSelection(session, mod.CurrentDrive + 1, mod.DriveOpen);
-  window.CDR1->EnableWriteGuard(window.CDR1->HasWriteGuard());
+  bool guard = false;
+  skipOnError([&] { guard = window.CDR1->HasWriteGuard(); });
+  skipOnError([&] { window.CDR1->EnableWriteGuard(guard); });
 }
 
 void driveChosen(Session& session, const Tool& tool, const ComboEntry& entry) {

@@ -72,7 +72,7 @@ void frmListing::Load() {
   LoadOptions(session_);
   RestoreWindowPlacement();
   Loading = true;
-  skipOnError([this] { InitDrives(session_, forms_.shell); });
+  InitDrives(session_, forms_.shell);
   session_.mod.LayoutOpen = false;
   session_.mod.LayoutSaved = true;
   session_.mod.LayoutFileName.clear();

@@ -88,8 +88,10 @@ void queueAudioRows(Session& session) {
 }
 
 void queueDataRows(Session& session, WritingForms& forms) {
-  if (writerOf(session).ImportLastSession(true))
-    frmStatus::say(forms.frmStatus->lblOperation, "Importing Previous Session...");
+  if (writerOf(session).ImportLastSession(true)) {
+    forms.frmStatus->lblOperation.Caption = "Importing Previous Session...";
+    forms.frmStatus->Refresh();
+  }
   writerOf(session).SetVolumeLabel(session.mod.DiscVolumeLabel);
   const ListView& listing = session.frmListing().ListView1;
   for (int row = 1; row <= listing.Count(); ++row)

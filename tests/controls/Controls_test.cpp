@@ -428,4 +428,47 @@ TEST_CASE("The bars know the tools that they have") {
   CHECK(desk.form.dock.bars().front().name == "Bar");
 }
 
+TEST_CASE("Choosing the row that is chosen already raises Click again, setting it does not") {
+  Desk desk;
+  ComboBox& combo = desk.form.combo;
+  std::string heard;
+  combo.Click = [&] { heard += std::to_string(combo.ListIndex()); };
+  combo.AddItem("a");
+  combo.AddItem("b");
+  combo.choose(-1);
+  combo.choose(1);
+  combo.choose(1);
+  combo.SetListIndex(1);
+  combo.choose(0);
+  CHECK(heard == "110");
+  combo.Enabled = false;
+  combo.choose(0);
+  CHECK(heard == "110");
+}
+
+TEST_CASE("A tick that comes while its timer is held comes when the timer is released, once, if it is still enabled") {
+  Desk desk;
+  Timer& timer = desk.form.timer;
+  int ticks = 0;
+  timer.Tick = [&] { ++ticks; };
+  timer.Enabled = true;
+  timer.hold();
+  timer.release();
+  CHECK(ticks == 0);
+  timer.hold();
+  timer.tick();
+  timer.tick();
+  CHECK(ticks == 0);
+  timer.release();
+  CHECK(ticks == 1);
+  timer.release();
+  timer.tick();
+  CHECK(ticks == 2);
+  timer.hold();
+  timer.tick();
+  timer.Enabled = false;
+  timer.release();
+  CHECK(ticks == 2);
+}
+
 }  // namespace trackloom

@@ -279,6 +279,7 @@ struct Mirror final : FormHost {
   void hide(Form& form) override { note("hide", form); }
   void discard(Form& form) override { note("discard", form); }
   void repaint(Control& control) override { log += "repaint " + control.name(); }
+  void repaint(Form& form) override { log += "repaint all of " + form.name(); }
 
  private:
   void note(const std::string& event, const Form& form) { log += event + (form.visible() ? "+ " : "- "); }
@@ -373,6 +374,13 @@ TEST_CASE("A control is painted at once when it asks for it") {
   Button button(form, "button", "");
   button.Refresh();
   CHECK(host.log == "repaint button");
+}
+
+TEST_CASE("A form is painted as a whole when it asks for it") {
+  Mirror host;
+  Diary form(host);
+  form.Refresh();
+  CHECK(host.log == "repaint all of " + form.name());
 }
 
 }  // namespace trackloom

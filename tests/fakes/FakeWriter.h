@@ -90,7 +90,7 @@ class FakeWriter final : public CDWriterXP {
   const FakeDrive& driveAt(std::int16_t drive) const;
   /// The disc in the selected drive, or null.
   FakeDisc* disc();
-  void note(const std::string& call) { stage_.transcript.push_back(name_ + "." + call); }
+  void note(const std::string& call) { stage_.note(name_ + "." + call); }
 
   void add(std::function<void()> step) { steps_.push_back(std::move(step)); }
   void fail(std::int32_t code, std::int32_t number, const std::string& words);

@@ -60,6 +60,10 @@ void ScriptedDesk::repaint(Control& control) {
   transcript.push_back("repaint " + control.name());
 }
 
+void ScriptedDesk::repaint(Form& form) {
+  transcript.push_back("repaint " + form.name());
+}
+
 BoxAnswer ScriptedDesk::show(const MessageBox& box) {
   boxes.push_back(box);
   judge(box);

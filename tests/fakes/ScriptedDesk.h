@@ -47,6 +47,7 @@ class ScriptedDesk final : public FormHost, public MessageBoxes, public FileDial
   void hide(Form& form) override;
   void discard(Form& form) override;
   void repaint(Control& control) override;
+  void repaint(Form& form) override;
   BoxAnswer show(const MessageBox& box) override;
   std::optional<HostPath> choose(const FileDialog& dialog) override;
 

@@ -4,11 +4,13 @@
 #include <cstdint>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "ports/CDWriterXP.h"
+#include "runtime/RuntimeError.h"
 
 namespace trackloom::fakes {
 
@@ -65,7 +67,13 @@ struct WriterStage {
   /// Size in blocks of the files that can be read as data; all others are refused.
   std::map<std::string, std::int32_t> data;
   std::vector<std::string> transcript;
+  /// The calls at which an engine throws instead of answering, as they stand in the transcript.
+  std::set<std::string> broken;
 
+  void note(const std::string& call) {
+    transcript.push_back(call);
+    if (broken.contains(call)) throw RuntimeError(RuntimeError::DeviceIoError);
+  }
   /// The part of the transcript since the last call.
   std::vector<std::string> take() { return std::exchange(transcript, {}); }
 };

@@ -231,4 +231,20 @@ TEST_CASE("Delete with no selected row still asks, and takes from the queue what
   CHECK_FALSE(machine.mod().LayoutSaved);
 }
 
+TEST_CASE("A file that goes before its length is known ends the listing with its bare row") {
+  Picker machine(AudioLayout);
+  machine.pick([&](frmFiles& form) {
+    const Connection watch = form.ListView1.listChanged.connect([&](const ListChange& change) {
+      if (change.kind == ListChange::Kind::Inserted) std::filesystem::remove(machine.music("mixed/b.mp3"));
+    });
+    form.FT1.choose(machine.music("mixed"));
+    CHECK(namesOf(form) == "01 z.MP3;b.mp3;");
+    CHECK(form.ListView1.SubItem(1, 1) == "1 Bytes");
+    CHECK(form.ListView1.SubItem(2, 1) == "");
+    CHECK(form.StatusBar1.PanelText(1) == "");
+    CHECK_FALSE(form.cmdOK.Enabled);
+    form.cmdCancel.click();
+  });
+}
+
 }  // namespace trackloom

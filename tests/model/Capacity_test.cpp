@@ -155,4 +155,16 @@ TEST_CASE("Room for a track counts the charges of all tracks and its own") {
   CHECK(layout.mod().TrackWontFit);
 }
 
+TEST_CASE("A negative size shows its whole bytes with their sign, however many") {
+  CHECK(FormatSize(-1, english) == "-1 Bytes");
+  CHECK(FormatSize(-0.5, english) == "0 Bytes");
+  CHECK(FormatSize(-1023.9, english) == "-1023 Bytes");
+  CHECK(FormatSize(-1048576, english) == "-1048576 Bytes");
+  CHECK(FormatSize(-1073741823, english) == "-1073741823 Bytes");
+  CHECK(FormatSize(-1073741824, english) == "-1073741824 Bytes");
+  CHECK(FormatSize(-2147483648.0, english) == "-2147483648 Bytes");
+  CHECK(FormatSize(-0x1p63, english) == "-9223372036854775808 Bytes");
+  CHECK(FormatSize(-0x1p64, english) == "0 Bytes");
+}
+
 }  // namespace trackloom

@@ -71,6 +71,7 @@ class Monkey final : public FormHost, public MessageBoxes, public EventPump, pub
   void hide(Form& form) override { std::erase(shown_, &form); }
   void discard(Form& form) override { hide(form); }
   void repaint(Control&) override {}
+  void repaint(Form&) override {}
   void showModal(Form& form, Form*) override {
     modals_.push_back(&form);
     for (int tries = modals_.size() < 4 ? 40 : 0; tries > 0 && form.visible(); --tries) run([&] { poke(form); });

@@ -195,4 +195,37 @@ TEST_CASE("A drive that fails at a change is named in panel2 only, and no comman
   CHECK(machine.window().panel2.Text == std::string("ACME Good (D:)"));
 }
 
+TEST_CASE("An engine that cannot count its drives has none") {
+  Machine machine;
+  machine.engines.stage.broken = {"CDR1.DriveCount"};
+  expectNoDrive(machine, "No Recording Drive Found");
+  CHECK_THROWS_AS(machine.start(), EndOfProcess);
+  CHECK(machine.engines.stage.take() == Lines{"CDR1.DriveCount"});
+}
+
+TEST_CASE("A drive that fails while it is selected is told as one that cannot be opened, and the guard is set") {
+  Machine machine;
+  machine.engines.stage.drives = {driveCalled("First", "D"), driveCalled("Second", "E")};
+  saveDrive(machine, 1);
+  machine.engines.stage.broken = {"CDR1.SelectDrive(1)"};
+  expectNoDrive(machine, "Unable to Open Drive");
+  CHECK_THROWS_AS(machine.start(), EndOfProcess);
+  CHECK(machine.mod().CurrentDrive == 0);
+  CHECK(machine.window().cboMainDrive.SelectedEntry() == 1);
+  const Lines calls = machine.engines.stage.take();
+  CHECK(Lines(calls.begin(), calls.begin() + 4) ==
+        Lines{"CDR1.DriveCount", "CDR1.SelectDrive(1)", "CDR1.HasWriteGuard", "CDR1.EnableWriteGuard(False)"});
+}
+
+TEST_CASE("A drive whose guard cannot be asked or set is in use all the same") {
+  const std::string broken = GENERATE("CDR1.HasWriteGuard", "CDR1.EnableWriteGuard(True)");
+  Machine machine;
+  machine.engines.stage.broken = {broken};
+  machine.startQuietly();
+  CHECK(machine.mod().DriveOpen);
+  CHECK(machine.window().panel2.Text == std::string("ACME Writer (D:)"));
+  const std::string set = broken == "CDR1.HasWriteGuard" ? "CDR1.EnableWriteGuard(False)" : broken;
+  CHECK(called(machine.engines.stage.take(), set));
+}
+
 }  // namespace trackloom

@@ -106,12 +106,13 @@ std::vector<std::shared_ptr<Form>> filledForms(Program& program, std::int16_t ki
   frmNewOption& style = forms.layout.frmNewOption.get();
   (kind == AudioLayout ? style.optStandard : style.optMP3).click();
   style.cmdOK.click();
-  fillMainWindow(program.session().frmListing());
+  // While there are no tracks every form can load, also those that an audio layout never opens.
   fill(forms.layout);
   fill(forms.writing);
   fill(forms.search);
   fill(forms.printing);
   fill(forms.ripper);
+  fillMainWindow(program.session().frmListing());
   std::vector<std::shared_ptr<Form>> all;
   const auto keep = [&all](Form& form) { all.push_back(form.keepAlive()); };
   keep(program.session().frmListing());

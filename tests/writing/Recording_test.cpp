@@ -182,6 +182,7 @@ TEST_CASE("A data write imports first, then takes the label, and does not clear 
                       "CDR1.AddDataFile(\\a.mp3, " + music + "a.mp3)", "CDR1.AddDataFile(\\b.mp3, " + music + "b.mp3)",
                       "CDR1.StartWrite"});
   CHECK(machine.status().lblOperation.Caption == std::string("Importing Previous Session..."));
+  CHECK(machine.desk.transcript.back() == "repaint frmStatus");
 }
 
 TEST_CASE("An audio disc that is open holds no session that a data write could import") {
