@@ -1,5 +1,6 @@
 #include "controls/ListView.h"
 
+#include <algorithm>
 #include <catch2/catch.hpp>
 
 #include "controls/Form.h"
@@ -171,7 +172,7 @@ struct RowMirror {
       : list(mirrored), connection(list.listChanged.connect([this](const ListChange& change) { follow(change); })) {}
 
   void follow(const ListChange& change) {
-    const auto at = rows.begin() + (change.row - 1);
+    const auto at = rows.begin() + (std::max(change.row - 1, 0));
     switch (change.kind) {
       case ListChange::Kind::Inserted:
         rows.insert(at, shownRow(list, change.row));

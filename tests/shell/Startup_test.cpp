@@ -167,6 +167,7 @@ TEST_CASE("A close request leaves the splash, which only its timer ends") {
   REQUIRE(machine.desk.transcript == Lines{"show frmOpen", "show frmListing", "unload frmOpen"});
 
   frmOpen& splash = machine.program().forms().shell.frmOpen.get();
+  const auto alive = splash.keepAlive();
   splash.show();
   splash.closeBox();
   CHECK_FALSE(splash.closed());

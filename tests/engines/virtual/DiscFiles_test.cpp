@@ -40,7 +40,8 @@ TEST_CASE("A cue sheet that a kill left behind is mended when the disc is ejecte
   const std::string old = readFile(box.disc() / "disc.cue");
   writeDisc(recorder, audioOrder({200}, true, true));
   const std::string now = readFile(box.disc() / "disc.cue");
-  writeFile(box.disc() / "disc.cue", GENERATE_COPY(old, std::string(now.size(), 'x'), std::string()));
+  const int harm = GENERATE(0, 1, 2);
+  writeFile(box.disc() / "disc.cue", harm == 0 ? old : std::string(harm == 1 ? now.size() : 0, 'x'));
   CHECK(ejectFailure(recorder) == "no failure");
   CHECK(readFile(box.shelf() / "Disc 0001" / "disc.cue") == now);
 }
