@@ -299,6 +299,23 @@ TEST_CASE("The dialog measures the disc with the kind of the layout before, and 
   machine.click("Open");
 }
 
+TEST_CASE("A full disc lets no layout be opened, and the dialog stays for another disc") {
+  OpeningMachine machine;
+  machine.layoutFile("mix", {"\"Audio\"", "0", "\"x\""});
+  machine.engines.stage.disc->freeData = 0;
+  machine.desk.expectForm<frmOpenLayout>("frmOpenLayout", [&](frmOpenLayout& form) {
+    machine.desk.expectBox("No Available Space", BoxAnswer::Ok);
+    form.cmdOK.click();
+    CHECK_FALSE(form.closed());
+    CHECK_FALSE(machine.mod().LayoutOpen);
+    CHECK(machine.mod().LayoutFileName.empty());
+    machine.engines.stage.disc->freeData = 100;
+    form.cmdOK.click();
+  });
+  machine.click("Open");
+  CHECK(machine.mod().LayoutOpen);
+}
+
 TEST_CASE("A file that cannot be deleted is told, and its row stays") {
   OpeningMachine machine;
   machine.layoutFile("a", {"\"Audio\"", "0", "\"x\""});
