@@ -1,5 +1,5 @@
-# A folder of src/ is one library that links exactly what it may include, so that the compiler holds the shape of the house
-# together with the architecture test.
+# A folder of src/ is one library that links exactly what it may use. All of them see the whole of src/, so it is the
+# architecture test that holds who may include whom; the linker only misses what a forbidden call would need.
 
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)

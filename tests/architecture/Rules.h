@@ -40,4 +40,8 @@ Faults unreachableTests(const SourceTree& tree);
 /// the book, once, rising. A case is a line "- **E001** One sentence.".
 Faults bookAgainstTests(std::string_view book, const SourceTree& tree);
 
+/// Every line of the index "Where is decided what" names a file of the tree and a function that stands in it with its
+/// body.
+Faults indexAgainstSources(std::string_view page, const SourceTree& tree);
+
 }  // namespace trackloom::architecture

@@ -164,4 +164,27 @@ TEST_CASE("The rule of test names finds the one that is cut in two") {
       Faults{"tests/model/A_test.cpp: CTest cuts a test's name at its semicolon: One; two"});
 }
 
+TEST_CASE("The rule of the index finds files and functions that are gone") {
+  const SourceTree tree = treeOf({{"src/model/A.cpp",
+                                   "int A::one(int a) const {}\nvoid none(int);\nint x = called(1);\n"
+                                   "void last() { if (called(2)) return; }\n"}});
+  const auto faultsOf = [&](const std::string& file, const std::string& function) {
+    return indexAgainstSources("## Where is decided what\n\n| Rule | File | Function |\n|---|---|---|\n| r | `" + file +
+                                   "` | `" + function + "` |\n\n## Next\n| r | `gone` | `gone` |\n",
+                               tree);
+  };
+  CHECK(faultsOf("src/model/A.cpp", "one").empty());
+  CHECK(faultsOf("src/model/A.cpp", "last").empty());
+  CHECK(faultsOf("src/model/B.cpp", "one") == Faults{"docs/architecture.md: there is no src/model/B.cpp"});
+  for (const char* function : {"none", "called", "ast", "two"})
+    CHECK(faultsOf("src/model/A.cpp", function) ==
+          Faults{"docs/architecture.md: src/model/A.cpp does not define " + std::string(function)});
+}
+
+TEST_CASE("The rule of the index wants an index, and two names on each of its lines") {
+  CHECK(indexAgainstSources("# Page\n", {}) == Faults{"docs/architecture.md: has no index"});
+  CHECK(indexAgainstSources("## Where is decided what\n| r | `src/A.cpp` |\n", {}) ==
+        Faults{"docs/architecture.md: a line of the index names a file and a function"});
+}
+
 }  // namespace trackloom::architecture

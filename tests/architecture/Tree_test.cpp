@@ -55,4 +55,8 @@ TEST_CASE("The book of odd cases and the tests have the same numbers") {
   holds(bookAgainstTests(readText(root / "docs/edge-cases.md"), readTree(root)));
 }
 
+TEST_CASE("The index of where is decided what leads to functions") {
+  holds(indexAgainstSources(readText(root / "docs/architecture.md"), readTree(root)));
+}
+
 }  // namespace trackloom::architecture
