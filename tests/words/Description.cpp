@@ -7,6 +7,7 @@
 #include "controls/DockStudio.h"
 #include "controls/FolderTreeview.h"
 #include "controls/Frame.h"
+#include "controls/ImageList.h"
 #include "controls/Label.h"
 #include "controls/ListView.h"
 #include "controls/OptionButton.h"
@@ -17,6 +18,7 @@
 #include "controls/TextBox.h"
 #include "controls/Timer.h"
 #include "controls/VScrollBar.h"
+#include "model/CommonDialog.h"
 #include "words/table/WordTable.h"
 
 namespace trackloom::words {
@@ -98,6 +100,16 @@ class Describer final : public ControlVisitor {
         " " + std::to_string(bar.min()) + " to " + std::to_string(bar.max()) + " at " + std::to_string(bar.Value));
   }
 
+  /// A control that no face has a widget for, and so comes to no visitor.
+  void describeFaceless(const Control& control) {
+    if (dynamic_cast<const CommonDialog*>(&control) != nullptr) add("dialog", control, "");
+    const auto* images = dynamic_cast<const ImageList*>(&control);
+    if (images == nullptr) return;
+    std::string pictures;
+    for (int number = 1; number <= images->Count(); ++number) pictures += quoted(images->Picture(number));
+    add("images", control, pictures);
+  }
+
  private:
   void add(const std::string& kind, const Control& control, const std::string& rest) {
     lines.push_back(kind + " " + control.name() + rest + when(!control.Enabled, "disabled") +
@@ -155,7 +167,10 @@ class Describer final : public ControlVisitor {
 std::vector<std::string> describe(const Form& form) {
   Describer describer;
   describer.lines.push_back("form " + form.name() + quoted(form.caption));
-  for (Control* control : form.controls()) control->accept(describer);
+  for (Control* control : form.controls()) {
+    control->accept(describer);
+    describer.describeFaceless(*control);
+  }
   return describer.lines;
 }
 
