@@ -1,8 +1,8 @@
 #include "runtime/Text.h"
 
+#include <unicase.h>
+
 #include <cstdint>
-#include <locale>
-#include <stdexcept>
 
 namespace trackloom {
 
@@ -55,24 +55,6 @@ void appendUtf8(std::string& text, std::int32_t code) {
   put(0x80 | (code & 0x3F));
 }
 
-/// Upper case through the wide ctype facet of C.UTF-8; ASCII alone where that locale is missing.
-class UpperCase {
- public:
-  UpperCase() {
-    try {
-      locale_ = std::locale("C.UTF-8");
-    } catch (const std::runtime_error&) {
-      locale_ = std::locale::classic();
-    }
-  }
-  std::int32_t operator()(std::int32_t code) const {
-    return static_cast<std::int32_t>(std::use_facet<std::ctype<wchar_t>>(locale_).toupper(static_cast<wchar_t>(code)));
-  }
-
- private:
-  std::locale locale_;
-};
-
 /// Windows-1252 as published by Unicode (mappings of vendors, CP1252); the five free places stand for themselves.
 constexpr std::int32_t windows1252[32] = {0x20AC, 0x81,   0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,
                                           0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0x8D,   0x017D, 0x8F,
@@ -124,18 +106,14 @@ std::string Right(std::string_view text, std::size_t units) {
 }
 
 std::string UCase(std::string_view text) {
-  static const UpperCase upper;
   std::string result;
   result.reserve(text.size());
   for (std::size_t at = 0; at < text.size();) {
     const Character character = characterAt(text, at);
     if (character.code < 0)
       result += text[at];
-    else if (character.code < 0x80)
-      result +=
-          static_cast<char>(character.code >= 'a' && character.code <= 'z' ? character.code - 32 : character.code);
     else
-      appendUtf8(result, upper(character.code));
+      appendUtf8(result, static_cast<std::int32_t>(::uc_toupper(static_cast<ucs4_t>(character.code))));
     at += character.bytes;
   }
   return result;

@@ -22,7 +22,7 @@ std::size_t Len(std::string_view text);
 std::string Left(std::string_view text, std::size_t units);
 std::string Right(std::string_view text, std::size_t units);
 
-/// Upper case, character by character, by Unicode's simple mappings whatever the process locale.
+/// Upper case, character by character, by Unicode's simple mappings, whatever locales the machine has.
 std::string UCase(std::string_view text);
 
 bool isValidUtf8(std::string_view text);

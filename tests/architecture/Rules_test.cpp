@@ -73,6 +73,11 @@ TEST_CASE("The rule of foreign headers finds a library or the host in the core")
   CHECK(foreignHeaders(treeOf({{"src/runtime/A.cpp", "#include <vector>\n#include <fcntl.h>\n"}})).empty());
 }
 
+TEST_CASE("The rule of foreign headers knows a folder's single header of a library, and grants it to no other") {
+  CHECK(foreignHeaders(treeOf({{"src/runtime/A.cpp", "#include <unicase.h>\n"}})).empty());
+  CHECK(foreignHeaders(treeOf({{"src/model/A.cpp", "#include <unicase.h>\n"}})).size() == 1);
+}
+
 TEST_CASE("The rule of foreign headers looks past comments and texts") {
   CHECK(foreignHeaders(treeOf({{"src/model/A.h", "// #include <QString>\n/*\n#include <QString>\n*/\n"}})).empty());
   CHECK(foreignHeaders(treeOf({{"src/model/A.h", "auto a = R\"x(\n#include <QString>\n)x\";\n"}})).empty());
