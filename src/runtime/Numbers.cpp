@@ -1,11 +1,11 @@
 #include "runtime/Numbers.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cmath>
 #include <cstddef>
 #include <limits>
-#include <system_error>
 
 #include "runtime/RuntimeError.h"
 
@@ -20,9 +20,9 @@ constexpr int SignificantDigits = 15;
 std::string plainDecimal(double value) {
   const int before = value < 1 ? 1 : static_cast<int>(std::floor(std::log10(value))) + 1;
   const int after = std::clamp(SignificantDigits - before, 0, SignificantDigits);
-  char text[400];
-  const auto result = std::to_chars(text, text + sizeof text, value, std::chars_format::fixed, after);
-  return result.ec == std::errc() ? std::string(text, result.ptr) : "0";
+  std::array<char, std::numeric_limits<double>::max_exponent10 + SignificantDigits + 3> text;
+  const auto [end, error] = std::to_chars(text.begin(), text.end(), value, std::chars_format::fixed, after);
+  return std::string(text.begin(), end);
 }
 
 /// Adds one to the last digit of a plain decimal number.

@@ -24,7 +24,7 @@ struct Folder {
 const std::vector<Folder>& folders() {
   static const std::vector<std::string_view> core{"runtime", "ports", "controls", "model", "help"};
   static const std::vector<Folder> table{
-      {"runtime", Outside::Host, {}, {"unicase.h"}},
+      {"runtime", Outside::Host, {}, {"unicase.h", "unistr.h"}},
       {"ports", Outside::Standard, {"runtime"}},
       {"controls", Outside::Standard, {"runtime"}},
       {"model", Outside::Standard, {"runtime", "ports", "controls"}},

@@ -73,7 +73,7 @@ TEST_CASE("The rule of foreign headers finds a library or the host in the core")
   CHECK(foreignHeaders(treeOf({{"src/runtime/A.cpp", "#include <vector>\n#include <fcntl.h>\n"}})).empty());
 }
 
-TEST_CASE("The rule of foreign headers knows a folder's single header of a library, and grants it to no other") {
+TEST_CASE("The rule of foreign headers knows a folder's single headers of a library, and grants them to no other") {
   CHECK(foreignHeaders(treeOf({{"src/runtime/A.cpp", "#include <unicase.h>\n"}})).empty());
   CHECK(foreignHeaders(treeOf({{"src/model/A.cpp", "#include <unicase.h>\n"}})).size() == 1);
 }

@@ -63,11 +63,13 @@ class FakeHelp final : public HelpEngine {
     std::string target;
     std::uint32_t command;
     std::intptr_t data;
+    std::intptr_t owner;
   };
   std::vector<Call> calls;
 
-  std::intptr_t HtmlHelp(std::intptr_t, const std::string& target, std::uint32_t command, std::intptr_t data) override {
-    calls.push_back({target, command, data});
+  std::intptr_t HtmlHelp(std::intptr_t owner, const std::string& target, std::uint32_t command,
+                         std::intptr_t data) override {
+    calls.push_back({target, command, data, owner});
     return 1;
   }
 };

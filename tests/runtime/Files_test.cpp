@@ -3,7 +3,7 @@
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
-#include <sys/syscall.h>
+#include <unistd.h>
 
 #include <catch2/catch.hpp>
 #include <filesystem>
@@ -13,6 +13,7 @@
 #include "fakes/ErrorNumber.h"
 #include "fakes/TempFolder.h"
 #include "runtime/FileDescriptor.h"
+#include "runtime/SystemCalls.h"
 
 namespace trackloom {
 
@@ -21,12 +22,6 @@ using fakes::TempFolder;
 using Lines = std::vector<std::string>;
 
 namespace {
-
-/// Hears of every fsync of this program.
-std::function<void(int)>& fsyncWatcher() {
-  static std::function<void(int)> watcher;
-  return watcher;
-}
 
 Lines namesIn(const std::string& folder) {
   Lines names;
@@ -211,14 +206,138 @@ TEST_CASE("A file is on the disk before it takes its place, and its folder befor
   TempFolder folder;
   folder.write("file", "old");
   Lines synced;
-  fsyncWatcher() = [&](int descriptor) {
+  systemCalls().onFsync = [&](int descriptor) {
     struct stat entry {};
     ::fstat(descriptor, &entry);
     synced.push_back((S_ISDIR(entry.st_mode) ? "the folder with the " : "a file beside the ") + folder.read("file"));
   };
   ReplaceFile(HostPath(folder / "file"), "new");
-  fsyncWatcher() = {};
+  systemCalls() = {};
   CHECK(synced == Lines{"a file beside the old", "the folder with the new"});
+}
+
+TEST_CASE("What is written in parts, with interruptions between them, comes whole and once") {
+  TempFolder folder;
+  int calls = 0;
+  systemCalls().write = [&](int descriptor, const void* bytes, std::size_t length) {
+    if (++calls % 2 != 0) return failed(EINTR);
+    return written(descriptor, bytes, std::min<std::size_t>(length, 3));
+  };
+  ReplaceFile(HostPath(folder / "file"), "all of these words");
+  systemCalls() = {};
+  CHECK(folder.read("file") == "all of these words");
+}
+
+TEST_CASE("What is read in parts, with interruptions between them, comes whole and once") {
+  TempFolder folder;
+  folder.write("file", "all of these words");
+  int calls = 0;
+  systemCalls().read = [&](int descriptor, void* bytes, std::size_t length) {
+    if (++calls % 2 != 0) return failed(EINTR);
+    return got(descriptor, bytes, std::min<std::size_t>(length, 3));
+  };
+  const std::string text = ReadStart(HostPath(folder / "file"), 16);
+  systemCalls() = {};
+  CHECK(text == "all of these wor");
+}
+
+TEST_CASE("A disk that fails in the middle of a file is told by its number, and the old file stands alone") {
+  TempFolder folder;
+  folder.write("file", "old");
+  systemCalls().write = [](int, const void*, std::size_t) { return failed(EIO); };
+  CHECK(fakes::errorNumberOf([&] { ReplaceFile(HostPath(folder / "file"), "new"); }) == 57);
+  systemCalls() = {};
+  systemCalls().fsync = [](int) { return static_cast<int>(failed(EIO)); };
+  CHECK(fakes::errorNumberOf([&] { ReplaceFile(HostPath(folder / "file"), "new"); }) == 57);
+  systemCalls() = {};
+  systemCalls().read = [](int, void*, std::size_t) { return failed(EIO); };
+  CHECK(fakes::errorNumberOf([&] { ReadStart(HostPath(folder / "file"), 3); }) == 57);
+  systemCalls() = {};
+  CHECK(folder.read("file") == "old");
+  CHECK(namesIn(folder.path()) == Lines{"file"});
+}
+
+TEST_CASE("A folder whose file system cannot put it on the disk is no fault of the file in it, one that fails is") {
+  TempFolder folder;
+  const auto foldersFailWith = [](int error) {
+    return [error](int descriptor) {
+      struct stat entry {};
+      ::fstat(descriptor, &entry);
+      return S_ISDIR(entry.st_mode) ? static_cast<int>(failed(error)) : 0;
+    };
+  };
+  systemCalls().fsync = foldersFailWith(EINVAL);
+  CHECK(fakes::errorNumberOf([&] { ReplaceFile(HostPath(folder / "file"), "new"); }) == 0);
+  systemCalls().fsync = foldersFailWith(EIO);
+  CHECK(fakes::errorNumberOf([&] { ReplaceFile(HostPath(folder / "file"), "new"); }) == 57);
+  systemCalls() = {};
+}
+
+TEST_CASE("A new file that another program takes for left over, before it is locked, is made anew under another name") {
+  TempFolder folder;
+  int locks = 0;
+  systemCalls().onFlock = [&](int) {
+    if (++locks == 1) std::filesystem::remove(folder / ".trackloom-new1");
+  };
+  ReplaceFile(HostPath(folder / "file"), "new");
+  systemCalls() = {};
+  CHECK(locks == 2);
+  CHECK(folder.read("file") == "new");
+  CHECK(namesIn(folder.path()) == Lines{"file"});
+}
+
+TEST_CASE("A new file that another program holds already is left to it, and one that nobody can lock is not") {
+  TempFolder folder;
+  int locks = 0;
+  systemCalls().flock = [&](int) { return static_cast<int>(++locks == 1 ? failed(EWOULDBLOCK) : 0); };
+  ReplaceFile(HostPath(folder / "file"), "new");
+  CHECK(locks == 2);
+  CHECK(namesIn(folder.path()) == Lines{".trackloom-new1", "file"});
+  std::filesystem::remove(folder / ".trackloom-new1");
+  locks = 0;
+  systemCalls().flock = [&](int) { return ++locks, static_cast<int>(failed(ENOLCK)); };
+  ReplaceFile(HostPath(folder / "file"), "newer");
+  systemCalls() = {};
+  CHECK(locks == 1);
+  CHECK(folder.read("file") == "newer");
+  CHECK(namesIn(folder.path()) == Lines{"file"});
+}
+
+TEST_CASE("What takes a left-over file's name while that is looked at is left alone") {
+  TempFolder folder;
+  folder.write(".trackloom-new1", "left over");
+  int locks = 0;
+  systemCalls().onFlock = [&](int) {
+    if (++locks > 1) return;
+    std::filesystem::rename(folder / ".trackloom-new1", folder / "finished");
+    folder.write(".trackloom-new1", "in the making");
+  };
+  ReplaceFile(HostPath(folder / "file"), "new");
+  systemCalls() = {};
+  CHECK(folder.read(".trackloom-new1") == "in the making");
+  CHECK(folder.read("finished") == "left over");
+  CHECK(folder.read("file") == "new");
+}
+
+TEST_CASE("A left-over file of another user is left alone") {
+  if (::geteuid() != 0) return;
+  TempFolder folder;
+  folder.write(".trackloom-new1", "another's");
+  REQUIRE(::chown((folder / ".trackloom-new1").c_str(), 65534, 65534) == 0);
+  ReplaceFile(HostPath(folder / "file"), "new");
+  CHECK(folder.read(".trackloom-new1") == "another's");
+}
+
+TEST_CASE("Where all names beside a file are taken, nothing is saved and nothing goes") {
+  TempFolder folder;
+  folder.write("file", "old");
+  for (int number = 1; number <= 8; ++number)
+    std::filesystem::create_directory(folder / (".trackloom-new" + std::to_string(number)));
+  CHECK(fakes::errorNumberOf([&] { ReplaceFile(HostPath(folder / "file"), "new"); }) == 75);
+  CHECK(folder.read("file") == "old");
+  std::filesystem::remove(folder / ".trackloom-new8");
+  ReplaceFile(HostPath(folder / "file"), "new");
+  CHECK(folder.read("file") == "new");
 }
 
 TEST_CASE("A file has the length that was written into it, also through a link") {
@@ -332,9 +451,3 @@ TEST_CASE("A failed call has the number that the language gives it") {
 }
 
 }  // namespace trackloom
-
-/// Stands in for the system's own, which it calls.
-extern "C" int fsync(int descriptor) {
-  if (trackloom::fsyncWatcher()) trackloom::fsyncWatcher()(descriptor);
-  return static_cast<int>(::syscall(SYS_fsync, descriptor));
-}

@@ -1,5 +1,7 @@
 #include "runtime/PrivateFiles.h"
 
+#include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 
 #include <catch2/catch.hpp>
@@ -9,6 +11,8 @@
 #include "fakes/ChildProcess.h"
 #include "fakes/ErrorNumber.h"
 #include "fakes/TempFolder.h"
+#include "runtime/FileDescriptor.h"
+#include "runtime/SystemCalls.h"
 
 namespace trackloom {
 
@@ -62,6 +66,58 @@ TEST_CASE("A file is moved to a free name, whole and private") {
   CHECK_FALSE(folder.has("from"));
   CHECK(folder.read("to") == bytes);
   CHECK(permissionsOf(folder / "to") == 0600);
+}
+
+TEST_CASE("A private file is locked from before its first byte until it is whole, so that nobody takes half of it") {
+  TempFolder folder;
+  int tries = 0;
+  systemCalls().write = [&](int descriptor, const void* bytes, std::size_t length) {
+    ++tries;
+    CHECK(fakes::errorNumberOf([&] { MovePrivateFile(HostPath(folder / "file"), HostPath(folder / "taken")); }) == 55);
+    return written(descriptor, bytes, length);
+  };
+  CHECK(MakePrivateFile(HostPath(folder / "file"), "bytes"));
+  systemCalls() = {};
+  CHECK(tries == 1);
+  CHECK_FALSE(folder.has("taken"));
+  CHECK(MovePrivateFile(HostPath(folder / "file"), HostPath(folder / "taken")));
+}
+
+TEST_CASE("A private file and its folder are on the disk before it counts as made") {
+  TempFolder folder;
+  std::vector<std::string> synced;
+  systemCalls().onFsync = [&](int descriptor) {
+    struct stat entry {};
+    ::fstat(descriptor, &entry);
+    synced.push_back(S_ISDIR(entry.st_mode) ? "folder" : folder.read("file"));
+  };
+  CHECK(MakePrivateFile(HostPath(folder / "file"), "bytes"));
+  CHECK(synced == std::vector<std::string>{"bytes", "folder"});
+  systemCalls().fsync = [](int) { return static_cast<int>(failed(EIO)); };
+  CHECK(fakes::errorNumberOf([&] { MakePrivateFile(HostPath(folder / "other"), "bytes"); }) == 57);
+  systemCalls() = {};
+  CHECK_FALSE(folder.has("other"));
+}
+
+TEST_CASE("Only a regular file is moved, no link to one and no folder") {
+  TempFolder folder;
+  folder.write("file", "bytes");
+  std::filesystem::create_symlink("file", folder / "link");
+  std::filesystem::create_directory(folder / "folder");
+  for (const auto& [name, error] : std::vector<std::pair<std::string, int>>{{"link", 76}, {"folder", 70}, {"none", 53}})
+    CHECK(fakes::errorNumberOf(
+              [&, from = name] { MovePrivateFile(HostPath(folder / from), HostPath(folder / "to")); }) == error);
+  CHECK_FALSE(folder.has("to"));
+  CHECK(folder.read("file") == "bytes");
+}
+
+TEST_CASE("A file that cannot be locked on its file system is moved all the same") {
+  TempFolder folder;
+  folder.write("from", "bytes");
+  systemCalls().flock = [](int) { return static_cast<int>(failed(ENOLCK)); };
+  CHECK(MovePrivateFile(HostPath(folder / "from"), HostPath(folder / "to")));
+  systemCalls() = {};
+  CHECK(folder.read("to") == "bytes");
 }
 
 TEST_CASE("What is larger than any file of the program is not moved") {

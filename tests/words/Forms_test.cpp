@@ -130,6 +130,20 @@ TEST_CASE(
     CHECK(machine.help.calls[0].target == machine.folder / "Trackloom.chm>main");
     CHECK(machine.help.calls[0].command == 15);
     CHECK(machine.help.calls[0].data == topic);
+    CHECK(machine.help.calls[0].owner == 0);
+  }
+}
+
+TEST_CASE("Help of the main window opens the help file at its contents, in a window that nobody owns") {
+  Office machine;
+  for (const char* tool : {"mainHelp", "mnuHelpContents"}) {
+    machine.help.calls.clear();
+    machine.click(tool);
+    REQUIRE(machine.help.calls.size() == 1);
+    CHECK(machine.help.calls[0].target == machine.folder / "Trackloom.chm>main");
+    CHECK(machine.help.calls[0].command == 1);
+    CHECK(machine.help.calls[0].data == 0);
+    CHECK(machine.help.calls[0].owner == 0);
   }
 }
 
