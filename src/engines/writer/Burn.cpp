@@ -24,10 +24,8 @@ DiscState discFor(const WriteRequest& request) {
 }
 
 void awaitFormerReader(const WriteRequest& request, const std::stop_token& stop) {
-  if (!request.before || request.before->awaitEnd(patience, stop)) return;
-  if (stop.stop_requested()) throw Stopped();
-  throw EngineError(ErrorKind::File, 0,
-                    request.before->reading() + ": the recording that was cancelled still waits for an answer");
+  if (const auto file = request.inUse->awaitFree(request.files, patience, stop))
+    throw fileError(*file, "the recording that was cancelled still waits for an answer");
 }
 
 }  // namespace
@@ -36,9 +34,9 @@ void burn(const WriteRequest& request, const std::shared_ptr<OperationEvents>& e
   const DiscState disc = discFor(request);
   awaitFormerReader(request, stop);
   WriteOrder order = request.order;
-  Reader reader({request.sources(disc.freeBlocks(order.kind)), bytesOfSector(order.kind), request.cached,
+  Reader reader({request.sources(disc.freeBlocks(order.kind)), request.inUse, bytesOfSector(order.kind), request.cached,
                  request.scratchFolder, events},
-                request.handOver, stop);
+                std::make_shared<HandOver>(), stop);
   order.trackBlocks = reader.trackBlocks();
   request.recorder->check(order);
   events->raise([](CDWriterEvents& listener) { listener.OnWriteStarting(); });

@@ -4,6 +4,7 @@
 #include <functional>
 #include <memory>
 #include <stop_token>
+#include <vector>
 
 #include "engines/disc/Recorder.h"
 #include "engines/writer/Reader.h"
@@ -21,9 +22,10 @@ struct WriteRequest {
   bool cached = false;
   /// Where the caches of tracks lie.
   HostPath scratchFolder;
-  std::shared_ptr<HandOver> handOver;
-  /// Of the last write that was given up; none where none was.
-  std::shared_ptr<HandOver> before;
+  /// All files that the write reads.
+  std::vector<HostPath> files;
+  /// Of all writes of the same engine.
+  std::shared_ptr<SourcesInUse> inUse;
 };
 
 /// Writes a disc on the calling thread, and raises the events of that but the last. All sources are opened, measured,

@@ -85,17 +85,17 @@ void DataImage::EndOfSource::operator()(burn_source* source) const {
   std::free(source);  // NOLINT(cppcoreguidelines-no-malloc,cppcoreguidelines-owning-memory)
 }
 
-DataImage::DataImage(std::vector<DataEntry> entries, const std::string& label, Missing missing, std::stop_token stop,
-                     std::int32_t room)
-    : stop_(std::move(stop)) {
+DataImage::DataImage(std::vector<DataEntry> entries, const ImageTerms& terms, std::shared_ptr<SourcesInUse> inUse,
+                     std::stop_token stop)
+    : stop_(std::move(stop)), state_(std::move(inUse)) {
   ensureIsoLibrary();
   IsoImage* image = nullptr;
-  isoChecked(iso_image_new(volumeLabel(label).c_str(), &image), "making an image");
+  isoChecked(iso_image_new(volumeLabel(terms.label).c_str(), &image), "making an image");
   image_.reset(image);
   iso_image_set_application_id(image, "TRACKLOOM");
   sortAlphabetically(entries);
-  addTree(entries, missing);
-  openSource(room);
+  addTree(entries, terms.missing);
+  openSource(terms.room);
 }
 
 DataImage::~DataImage() {

@@ -19,6 +19,14 @@ namespace trackloom::engines::writer {
 /// What an image does about a source that is not there any more when the image is sized.
 enum class Missing : std::uint8_t { Refused, LeftOut };
 
+struct ImageTerms {
+  std::string label;
+  Missing missing = Missing::Refused;
+  /// Of the padding behind the files as much is left out as keeps the image within so many blocks, where that is
+  /// enough.
+  std::int32_t room = std::numeric_limits<std::int32_t>::max();
+};
+
 /// The image of a data disc: ISO 9660 (ECMA-119, level 3) with a Joliet tree, made while it is read. Its size stands
 /// before its first sector does. File data lie in alphabetical order of disc paths, whatever the case.
 ///
@@ -26,11 +34,10 @@ enum class Missing : std::uint8_t { Refused, LeftOut };
 /// are taken in large pieces.
 class DataImage final : public SectorSource {
  public:
-  /// Looks at every source. `stop` ends a wait in read(). Of the padding behind the files as much is left out as keeps
-  /// the image within `room` blocks, where that is enough. Throws EngineError for a source that cannot be read or has
+  /// Looks at every source. `stop` ends a wait in read(). Throws EngineError for a source that cannot be read or has
   /// changed since it was queued, and for whatever keeps the image from being made.
-  DataImage(std::vector<DataEntry> entries, const std::string& label, Missing missing, std::stop_token stop = {},
-            std::int32_t room = std::numeric_limits<std::int32_t>::max());
+  DataImage(std::vector<DataEntry> entries, const ImageTerms& terms, std::shared_ptr<SourcesInUse> inUse,
+            std::stop_token stop = {});
   ~DataImage() override;
   DataImage(const DataImage&) = delete;
   DataImage& operator=(const DataImage&) = delete;

@@ -183,23 +183,33 @@ std::optional<EngineError> DiscWriter::refusalOfQueue() const {
   return std::nullopt;
 }
 
-WriteRequest DiscWriter::requestOfQueue() {
+void DiscWriter::addTracks(WriteRequest& request) const {
+  const auto tracks = audioQueue_.discOrder();
+  for (const auto& track : tracks) request.files.push_back(track->path());
+  request.sources = [opener = parts_->audioSource(tracks)](std::int32_t) { return opener; };
+}
+
+void DiscWriter::addFiles(WriteRequest& request) const {
+  const auto entries = dataQueue_.entries();
+  for (const DataEntry& entry : entries)
+    if (entry.source) request.files.push_back(entry.source->path());
+  request.sources = [entries, label = settings_.volumeLabel](std::int32_t room) {
+    return dataSource(entries, label, room);
+  };
+}
+
+WriteRequest DiscWriter::requestOfQueue() const {
   WriteRequest request;
   request.recorder = drive_;
   request.order = {settings_.kind, {}, parts_->pause, settings_.test, settings_.closeSession, settings_.closeDisc,
                    settings_.speed};
   if (settings_.kind == AudioBlocks)
-    request.sources = [opener = parts_->audioSource(audioQueue_.discOrder())](std::int32_t) { return opener; };
+    addTracks(request);
   else
-    request.sources = [entries = dataQueue_.entries(), label = settings_.volumeLabel](std::int32_t room) {
-      return dataSource(entries, label, room);
-    };
+    addFiles(request);
   request.cached = settings_.caches();
   request.scratchFolder = parts_->scratchFolder;
-  if (!formerReader_ || !formerReader_->atWork()) formerReader_ = reader_;
-  reader_ = std::make_shared<HandOver>();
-  request.before = formerReader_;
-  request.handOver = reader_;
+  request.inUse = inUse_;
   return request;
 }
 

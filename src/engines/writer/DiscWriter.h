@@ -123,7 +123,9 @@ class DiscWriter final : public CDWriterXP {
   std::optional<DiscState> disc() const;
   bool busy() const { return operation_ && !operation_->ended(); }
   std::shared_ptr<OperationEvents> newOperation(DeviceWords deviceWords);
-  WriteRequest requestOfQueue();
+  WriteRequest requestOfQueue() const;
+  void addTracks(WriteRequest& request) const;
+  void addFiles(WriteRequest& request) const;
   std::optional<EngineError> refusalOfQueue() const;
   void requireIdleDrive() const;
   DiscState requireDisc() const;
@@ -140,9 +142,8 @@ class DiscWriter final : public CDWriterXP {
   WriteSettings settings_;
   std::shared_ptr<FailureWords> words_;
   std::shared_ptr<OperationEvents> operation_;
-  std::shared_ptr<HandOver> reader_;
-  /// Of an earlier write, which may still wait for a source.
-  std::shared_ptr<HandOver> formerReader_;
+  /// By this write, and by those before it that still wait for a source.
+  std::shared_ptr<SourcesInUse> inUse_ = std::make_shared<SourcesInUse>();
   std::optional<Job> job_;
 };
 

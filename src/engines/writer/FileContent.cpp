@@ -8,7 +8,7 @@
 
 namespace trackloom::engines::writer {
 
-ReadingState::ReadingState() : calls(FileContent::calls()) {}
+ReadingState::ReadingState(std::shared_ptr<SourcesInUse> all) : calls(FileContent::calls()), inUse(std::move(all)) {}
 
 void ReadingState::fail(const std::string& words) {
   const std::lock_guard lock(mutex_);
@@ -22,6 +22,7 @@ std::string ReadingState::failure() const {
 
 FileContent::FileContent(std::shared_ptr<Source> source, std::size_t index, ReadingState& state)
     : source_(std::move(source)), index_(index), state_(state) {
+  const SourcesInUse::Use use(state_.inUse, source_->path());
   static_cast<void>(SourceReading(source_));
 }
 
@@ -57,6 +58,7 @@ IsoStreamIface FileContent::calls() {
 
 int FileContent::open() {
   try {
+    use_.emplace(state_.inUse, source_->path());
     reading_.emplace(source_);
   } catch (const EngineError& error) {
     state_.fail(error.words());
@@ -71,6 +73,7 @@ int FileContent::open() {
 
 int FileContent::close() {
   reading_.reset();
+  use_.reset();
   return 1;
 }
 

@@ -11,16 +11,18 @@
 
 #include "engines/ground/Source.h"
 #include "engines/writer/IsoLibrary.h"
+#include "engines/writer/SourcesInUse.h"
 
 namespace trackloom::engines::writer {
 
 /// How far the sources of one image have been read. Written by the library's thread, read by the image's owner.
 class ReadingState {
  public:
-  ReadingState();
+  explicit ReadingState(std::shared_ptr<SourcesInUse> inUse);
 
   /// What the library calls to read a FileContent.
   IsoStreamIface calls;
+  const std::shared_ptr<SourcesInUse> inUse;
   std::atomic<std::size_t> file = 0;
   std::atomic<std::int64_t> bytesOfFile = 0;
   std::atomic<bool> cancelled = false;
@@ -62,6 +64,7 @@ class FileContent {
   std::shared_ptr<Source> source_;
   std::size_t index_;
   ReadingState& state_;
+  std::optional<SourcesInUse::Use> use_;
   std::optional<SourceReading> reading_;
   std::int64_t position_ = 0;
 };

@@ -51,11 +51,6 @@ void HandOver::end() {
   changed_.notify_all();
 }
 
-void HandOver::tellReading(const std::string& what) {
-  const std::lock_guard lock(mutex_);
-  reading_ = what;
-}
-
 void HandOver::unlessAbandoned(const std::function<void()>& action) {
   const std::lock_guard lock(mutex_);
   if (!abandoned_) action();
@@ -107,19 +102,9 @@ void HandOver::abandon() {
   abandoned_ = true;
 }
 
-bool HandOver::atWork() {
-  const std::lock_guard lock(mutex_);
-  return !ended_;
-}
-
 bool HandOver::awaitEnd(std::chrono::milliseconds limit, const std::stop_token& stop) {
   std::unique_lock lock(mutex_);
   return changed_.wait_for(lock, stop, limit, [&] { return ended_; });
-}
-
-std::string HandOver::reading() {
-  const std::lock_guard lock(mutex_);
-  return reading_;
 }
 
 }  // namespace trackloom::engines::writer

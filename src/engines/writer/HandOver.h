@@ -11,7 +11,6 @@
 #include <optional>
 #include <span>
 #include <stop_token>
-#include <string>
 #include <vector>
 
 namespace trackloom::engines::writer {
@@ -33,8 +32,6 @@ class HandOver {
   void fail(std::exception_ptr failure);
   /// All sources have been let go of.
   void end();
-  /// What the reader waits for while it waits for the system.
-  void tellReading(const std::string& what);
   /// Does this unless the write has ended.
   void unlessAbandoned(const std::function<void()>& action);
 
@@ -47,11 +44,8 @@ class HandOver {
   std::int16_t level();
   /// Nothing is wanted any more.
   void abandon();
-  /// A reader was begun and has not ended.
-  bool atWork();
   /// False: the reader still waits for the system.
   bool awaitEnd(std::chrono::milliseconds limit, const std::stop_token& stop);
-  std::string reading();
 
  private:
   void awaitSectors(std::unique_lock<std::mutex>& lock, const std::stop_token& stop);
@@ -65,7 +59,6 @@ class HandOver {
   std::int16_t wanted_ = 0;
   std::int16_t level_ = 100;
   std::exception_ptr failure_;
-  std::string reading_;
   bool abandoned_ = false;
   bool ended_ = true;
 };

@@ -105,7 +105,7 @@ class Report {
 void writeImageFile(const HostPath& target, std::vector<DataEntry> entries, const std::string& label,
                     CDWriterEvents& listener) {
   Target file(target);
-  DataImage image(std::move(entries), label, Missing::LeftOut);
+  DataImage image(std::move(entries), {.label = label, .missing = Missing::LeftOut}, std::make_shared<SourcesInUse>());
   Report report(image, listener);
   std::vector<std::byte> buffer(blocksAtOnce * dataSectorBytes);
   for (std::int64_t left = image.blocks(); left != 0;) {

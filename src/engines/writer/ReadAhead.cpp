@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <iterator>
 #include <thread>
 #include <utility>
 
@@ -15,20 +16,25 @@ namespace {
 constexpr std::size_t chunkBytes = 64 * audioSectorBytes;
 constexpr int threads = 2;
 
-std::vector<std::size_t> bytesOf(const std::vector<std::int32_t>& blocks) {
-  std::vector<std::size_t> bytes;
-  bytes.reserve(blocks.size());
-  for (const std::int32_t count : blocks) bytes.push_back(static_cast<std::size_t>(count) * audioSectorBytes);
-  return bytes;
+std::size_t bytesOf(const ReadAhead::Track& track) {
+  return static_cast<std::size_t>(track.blocks) * audioSectorBytes;
+}
+
+std::vector<std::size_t> lengthsOf(const std::vector<ReadAhead::Track>& tracks) {
+  std::vector<std::size_t> lengths;
+  lengths.reserve(tracks.size());
+  std::ranges::transform(tracks, std::back_inserter(lengths), bytesOf);
+  return lengths;
 }
 
 }  // namespace
 
 /// What the decoding threads share with the reader, and keep when they are let go.
 struct ReadAhead::Work {
-  std::vector<std::size_t> lengths;
+  std::vector<Track> tracks;
   Opener open;
-  DecodedTracks tracks{lengths};
+  std::shared_ptr<SourcesInUse> inUse;
+  DecodedTracks decoded{lengthsOf(tracks)};
 
   void decodeTracks(const std::stop_token& stop);
   void decode(std::size_t track, const std::stop_token& stop);
@@ -36,33 +42,34 @@ struct ReadAhead::Work {
 
 void ReadAhead::Work::decodeTracks(const std::stop_token& stop) {
   while (!stop.stop_requested()) {
-    const auto track = tracks.claim();
+    const auto track = decoded.claim();
     if (!track) return;
     try {
       decode(*track, stop);
-      tracks.finish(*track, nullptr);
+      decoded.finish(*track, nullptr);
     } catch (const Stopped&) {
       return;
     } catch (...) {
-      tracks.finish(*track, std::current_exception());
+      decoded.finish(*track, std::current_exception());
     }
   }
 }
 
 void ReadAhead::Work::decode(std::size_t track, const std::stop_token& stop) {
+  const SourcesInUse::Use use(inUse, tracks[track].file);
   const auto stream = open(track);
-  for (std::size_t left = lengths[track]; left != 0;) {
+  for (std::size_t left = bytesOf(tracks[track]); left != 0;) {
     if (stop.stop_requested()) throw Stopped();
     DecodedTracks::Chunk chunk(std::min(left, chunkBytes));
     chunk.resize(stream->read(chunk));
     if (chunk.empty()) throw EngineError(ErrorKind::File, 0, "a track ends before its last block");
     left -= chunk.size();
-    tracks.keep(track, std::move(chunk), stop);
+    decoded.keep(track, std::move(chunk), stop);
   }
 }
 
-ReadAhead::ReadAhead(const std::vector<std::int32_t>& blocks, Opener open, std::stop_token stop)
-    : stop_(std::move(stop)), work_(new Work{bytesOf(blocks), std::move(open)}) {
+ReadAhead::ReadAhead(std::vector<Track> tracks, Opener open, std::shared_ptr<SourcesInUse> inUse, std::stop_token stop)
+    : stop_(std::move(stop)), work_(new Work{std::move(tracks), std::move(open), std::move(inUse)}) {
   for (int thread = 0; thread < threads; ++thread)
     std::thread([work = work_, ended = letGo_.source.get_token()] { work->decodeTracks(ended); }).detach();
 }
@@ -73,7 +80,7 @@ void ReadAhead::read(std::span<std::byte> sectors) {
   while (!sectors.empty()) {
     if (stop_.stop_requested()) throw Stopped();
     if (handedOut_ == chunk_.size()) {
-      chunk_ = work_->tracks.take(stop_);
+      chunk_ = work_->decoded.take(stop_);
       handedOut_ = 0;
     }
     const std::size_t count = std::min(sectors.size(), chunk_.size() - handedOut_);
@@ -84,7 +91,7 @@ void ReadAhead::read(std::span<std::byte> sectors) {
 }
 
 std::int16_t ReadAhead::bufferPercent() {
-  return work_->tracks.percent();
+  return work_->decoded.percent();
 }
 
 }  // namespace trackloom::engines::writer

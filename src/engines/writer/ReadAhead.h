@@ -10,22 +10,29 @@
 #include "engines/audio/AudioFiles.h"
 #include "engines/disc/SectorSource.h"
 #include "engines/writer/DecodedTracks.h"
+#include "engines/writer/SourcesInUse.h"
+#include "runtime/Paths.h"
 
 namespace trackloom::engines::writer {
 
 /// The tracks of an audio disc as one row of sectors, decoded ahead of the thread that reads them.
 ///
-/// Two threads decode a track each. Nobody ever waits for their end, since the file that one of them reads may never
-/// answer: each holds all that it needs, and ends by itself once it is let go and its read returns. A file that fails
-/// does so when its own sectors are asked for, not earlier.
+/// Two threads decode a track each, whose file is told to be in use from before it is opened until it is let go. Nobody
+/// ever waits for their end, since the file that one of them reads may never answer: each holds all that it needs, and
+/// ends by itself once it is let go and its read returns. A file that fails does so when its own sectors are asked for,
+/// not earlier.
 class ReadAhead final : public SectorSource {
  public:
+  struct Track {
+    HostPath file;
+    std::int32_t blocks = 0;
+  };
   /// Opens the sound of a track, from 0. It is called from the decoding threads, and what it holds lives as long as the
   /// last of them.
   using Opener = std::function<std::unique_ptr<audio::AudioStream>(std::size_t track)>;
 
-  /// The lengths of the tracks in blocks. `stop` ends a wait in read(). Throws std::system_error without threads.
-  ReadAhead(const std::vector<std::int32_t>& blocks, Opener open, std::stop_token stop);
+  /// `stop` ends a wait in read(). Throws std::system_error without threads.
+  ReadAhead(std::vector<Track> tracks, Opener open, std::shared_ptr<SourcesInUse> inUse, std::stop_token stop);
   ~ReadAhead() override;
   ReadAhead(const ReadAhead&) = delete;
   ReadAhead& operator=(const ReadAhead&) = delete;

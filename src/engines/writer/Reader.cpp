@@ -40,10 +40,9 @@ class Reading {
 };
 
 void Reading::run() {
-  opened_ = order_.open(handOver_, stop_);
+  opened_ = order_.open(order_.inUse, stop_);
   handOver_.tellLengths(opened_.trackBlocks);
   for (std::int16_t track = 1; track <= std::ssize(opened_.trackBlocks); ++track) {
-    handOver_.tellReading(opened_.trackNames.at(static_cast<std::size_t>(track) - 1));
     if (order_.cached) cacheTrack(track);
     handOverTrack(track);
   }

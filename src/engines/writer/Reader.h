@@ -4,30 +4,31 @@
 #include <functional>
 #include <memory>
 #include <stop_token>
-#include <string>
 #include <vector>
 
 #include "engines/disc/SectorSource.h"
 #include "engines/writer/HandOver.h"
 #include "engines/writer/OperationEvents.h"
+#include "engines/writer/SourcesInUse.h"
 #include "runtime/Paths.h"
 
 namespace trackloom::engines::writer {
 
-/// The sources of a write, opened and measured, with each track's length and what a user knows it by.
+/// The sources of a write, opened and measured, with each track's length.
 struct OpenedSource {
   std::unique_ptr<SectorSource> sectors;
   std::vector<std::int32_t> trackBlocks;
-  std::vector<std::string> trackNames;
 };
 
-/// Opens and looks at all sources. Called on the reader's thread, since the system may let that wait for ever; tells
-/// the hand-over what it looks at. Throws EngineError, Stopped.
-using SourceOpener = std::function<OpenedSource(HandOver& handOver, const std::stop_token& stop)>;
+/// Opens and looks at all sources. Called on the reader's thread, since the system may let that wait for ever; every
+/// file is told to be in use for as long as any thread has it in its hands. Throws EngineError, Stopped.
+using SourceOpener =
+    std::function<OpenedSource(const std::shared_ptr<SourcesInUse>& inUse, const std::stop_token& stop)>;
 
 /// What the reader of one write needs; it outlives everything else of the write where a source hangs.
 struct ReadOrder {
   SourceOpener open;
+  std::shared_ptr<SourcesInUse> inUse;
   std::size_t sectorBytes = 0;
   /// Each track goes into the cache as a whole before its first sector is handed out.
   bool cached = false;

@@ -13,44 +13,45 @@ namespace {
 using Files = std::shared_ptr<audio::AudioFiles>;
 using Tracks = std::vector<std::shared_ptr<Source>>;
 
-ReadAhead::Opener openerOf(const Files& files, const Tracks& tracks, const std::vector<std::int32_t>& lengths) {
+ReadAhead::Opener openerOf(const Files& files, const Tracks& tracks, const std::vector<ReadAhead::Track>& measured) {
   return [=](std::size_t track) {
     auto stream = files->open(tracks[track]);
-    if (stream->blocks() != lengths[track])
+    if (stream->blocks() != measured[track].blocks)
       throw fileError(tracks[track]->path(), "changed while it was being recorded");
     return stream;
   };
 }
 
-OpenedSource openAudio(const Files& files, const Tracks& tracks, HandOver& handOver, const std::stop_token& stop) {
+OpenedSource openAudio(const Files& files, const Tracks& tracks, const std::shared_ptr<SourcesInUse>& inUse,
+                       const std::stop_token& stop) {
   OpenedSource opened;
+  std::vector<ReadAhead::Track> measured;
   for (const auto& track : tracks) {
     if (stop.stop_requested()) throw Stopped();
-    const std::string& name = track->path().text;
-    handOver.tellReading(name);
-    opened.trackBlocks.push_back(files->provenBlocks(track));
-    opened.trackNames.push_back(name);
+    const SourcesInUse::Use use(inUse, track->path());
+    measured.push_back({track->path(), files->provenBlocks(track)});
+    opened.trackBlocks.push_back(measured.back().blocks);
   }
-  opened.sectors = std::make_unique<ReadAhead>(opened.trackBlocks, openerOf(files, tracks, opened.trackBlocks), stop);
+  opened.sectors = std::make_unique<ReadAhead>(measured, openerOf(files, tracks, measured), inUse, stop);
   return opened;
 }
 
 }  // namespace
 
 SourceOpener audioSource(Files files, Tracks tracks) {
-  return [files = std::move(files), tracks = std::move(tracks)](HandOver& handOver, const std::stop_token& stop) {
-    return openAudio(files, tracks, handOver, stop);
+  return [files = std::move(files), tracks = std::move(tracks)](const std::shared_ptr<SourcesInUse>& inUse,
+                                                                const std::stop_token& stop) {
+    return openAudio(files, tracks, inUse, stop);
   };
 }
 
 SourceOpener dataSource(std::vector<DataEntry> entries, std::string volumeLabel, std::int32_t room) {
-  return [entries = std::move(entries), volumeLabel = std::move(volumeLabel), room](HandOver& handOver,
-                                                                                    const std::stop_token& stop) {
-    const std::string name = "the files of the data disc";
-    handOver.tellReading(name);
-    auto image = std::make_unique<DataImage>(entries, volumeLabel, Missing::Refused, stop, room);
+  return [entries = std::move(entries), volumeLabel = std::move(volumeLabel), room](
+             const std::shared_ptr<SourcesInUse>& inUse, const std::stop_token& stop) {
+    auto image = std::make_unique<DataImage>(
+        entries, ImageTerms{.label = volumeLabel, .missing = Missing::Refused, .room = room}, inUse, stop);
     const std::int32_t blocks = image->blocks();
-    return OpenedSource{std::move(image), {blocks}, {name}};
+    return OpenedSource{std::move(image), {blocks}};
   };
 }
 

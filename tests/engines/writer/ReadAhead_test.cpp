@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <catch2/catch.hpp>
 #include <chrono>
@@ -105,14 +106,19 @@ class Scripted {
   Script& operator[](std::size_t track) { return *scripts_[track]; }
 
   std::unique_ptr<ReadAhead> start() {
-    std::vector<std::int32_t> blocks;
-    for (const auto& script : scripts_) blocks.push_back(script->blocks);
+    std::vector<ReadAhead::Track> tracks;
+    for (const auto& script : scripts_) tracks.push_back({fileOf(*script), script->blocks});
     return std::make_unique<ReadAhead>(
-        blocks, [scripts = scripts_](std::size_t track) { return std::make_unique<ScriptedStream>(scripts[track]); },
-        stop.get_token());
+        tracks, [scripts = scripts_](std::size_t track) { return std::make_unique<ScriptedStream>(scripts[track]); },
+        inUse, stop.get_token());
+  }
+  static HostPath fileOf(const Script& script) { return HostPath(std::string(1, script.sound)); }
+  bool isInUse(std::size_t track) {
+    return inUse->awaitFree(std::array{fileOf(*scripts_[track])}, 0ms, {}).has_value();
   }
 
   std::stop_source stop;
+  std::shared_ptr<SourcesInUse> inUse = std::make_shared<SourcesInUse>();
 
  private:
   std::vector<std::shared_ptr<Script>> scripts_;
@@ -173,7 +179,22 @@ TEST_CASE("A reader ahead lets go of a source that does not answer") {
   CHECK_THROWS_AS(sector.get(), Stopped);
   ahead.reset();
   CHECK(tracks[0].reads == 0);
+  CHECK(tracks.isInUse(0));
   letOpen(tracks[0]);
+  await([&] { return !tracks.isInUse(0); });
+}
+
+TEST_CASE("A file is in use from before it is opened until its decoder has done with it") {
+  Scripted tracks(3);
+  tracks[0].blocks = 1;
+  tracks[1].blocks = 1;
+  const auto ahead = tracks.start();
+  await([&] { return tracks.isInUse(0) && tracks.isInUse(1); });
+  CHECK_FALSE(tracks.isInUse(2));
+  letOpen(tracks[0]);
+  await([&] { return tracks.isInUse(2); });
+  CHECK_FALSE(tracks.isInUse(0));
+  CHECK(tracks.isInUse(1));
 }
 
 TEST_CASE("A decoder that was let go reads no further") {
