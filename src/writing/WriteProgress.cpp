@@ -1,8 +1,5 @@
 #include "writing/WriteProgress.h"
 
-#include <cmath>
-#include <limits>
-
 #include "model/Layout.h"
 #include "model/QueueNumber.h"
 #include "model/Session.h"
@@ -16,9 +13,8 @@ namespace {
 
 constexpr const char* Preparing = "Preparing to write disc...Please wait...";
 
-/// A percentage rounded to a 16-bit whole number; a division by zero is an error like any other.
+/// A percentage rounded to a 16-bit whole number. Of nothing there is none, which is an error like any other.
 std::int16_t percentOf(double part, double whole) {
-  if (std::abs(whole) < std::numeric_limits<double>::min()) throw RuntimeError(RuntimeError::DivisionByZero);
   return ToInt16(part / whole * 100);
 }
 

@@ -32,7 +32,7 @@ frmOptions::frmOptions(Session& session, WritingForms&)
   txtVolume.GotFocus = [this] { txtVolume.SelectAll(); };
   VScroll1.Change = [this] { txtCopies.Text = std::to_string(VScroll1.Value.get()); };
   cboWriteSpeed.Click = [this] {
-    if (cboWriteSpeed.ListIndex() >= 0 && cboWriteSpeed.Text() != DefaultSpeed)
+    if (cboWriteSpeed.Text() != DefaultSpeed)
       session_.frmListing().CDR1->SetWriteSpeed(ToInt16(cboWriteSpeed.ItemData()));
   };
   cmdOK.Click = [this] { cmdOK_Click(); };
@@ -60,7 +60,6 @@ void frmOptions::showTab() {
 
 void frmOptions::FillWriteSpeeds() {
   std::int16_t speed = session_.frmListing().CDR1->MaxWriteSpeed();
-  cboWriteSpeed.Clear();
   if (speed <= 0) cboWriteSpeed.AddItem(DefaultSpeed);
   for (; speed > 0; speed = nextSpeed(speed)) cboWriteSpeed.AddItem(std::to_string(speed) + "x", speed);
   cboWriteSpeed.SetListIndex(0);

@@ -1,11 +1,19 @@
 #include "fakes/ScriptedDesk.h"
 
+#include <array>
 #include <catch2/catch.hpp>
 
 #include "controls/Control.h"
 #include "words/table/RunNotes.h"
 
 namespace trackloom::fakes {
+
+namespace {
+
+/// What stands on the buttons, in the order of the answers.
+constexpr std::array<const char*, 5> Answers{"OK", "Cancel", "Yes", "No", "Retry"};
+
+}  // namespace
 
 void ScriptedDesk::expectBox(const std::string& title, BoxAnswer answer) {
   expected_.push_back({"box " + title, answer, {}});
@@ -23,6 +31,15 @@ ScriptedDesk::Expected ScriptedDesk::next(const std::string& what) {
   return expected;
 }
 
+void ScriptedDesk::tell(const std::string& line) const {
+  if (onLine) onLine(line);
+}
+
+void ScriptedDesk::note(const std::string& line) {
+  transcript.push_back(line);
+  tell(line);
+}
+
 void ScriptedDesk::bringToFront(Form& form) {
   takeAway(form);
   shown_.push_back(form.name());
@@ -33,12 +50,12 @@ void ScriptedDesk::takeAway(Form& form) {
 }
 
 void ScriptedDesk::show(Form& form) {
-  transcript.push_back("show " + form.name());
+  note("show " + form.name());
   bringToFront(form);
 }
 
 void ScriptedDesk::showModal(Form& form, Form* owner) {
-  transcript.push_back("modal " + form.name());
+  note("modal " + form.name());
   bringToFront(form);
   const Expected expected = next(form.name());
   CHECK(form.name() + " of " + (owner == nullptr ? "nobody" : owner->name()) == form.name() + " of " + expected.owner);
@@ -47,27 +64,28 @@ void ScriptedDesk::showModal(Form& form, Form* owner) {
 }
 
 void ScriptedDesk::hide(Form& form) {
-  transcript.push_back("hide " + form.name());
+  note("hide " + form.name());
   takeAway(form);
 }
 
 void ScriptedDesk::discard(Form& form) {
-  if (form.name() != "frmImages") transcript.push_back("unload " + form.name());
+  if (form.name() != "frmImages") note("unload " + form.name());
   takeAway(form);
 }
 
 void ScriptedDesk::repaint(Control& control) {
-  transcript.push_back("repaint " + control.name());
+  note("repaint " + control.name());
 }
 
 void ScriptedDesk::repaint(Form& form) {
-  transcript.push_back("repaint " + form.name());
+  note("repaint " + form.name());
 }
 
 BoxAnswer ScriptedDesk::show(const MessageBox& box) {
   boxes.push_back(box);
   judge(box);
   const BoxAnswer answer = next("box " + box.title).answer;
+  tell("box " + box.title + ": " + Answers.at(static_cast<std::size_t>(answer)));
   if (whileBoxIsOpen) whileBoxIsOpen(box);
   return answer;
 }

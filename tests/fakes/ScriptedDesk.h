@@ -39,6 +39,8 @@ class ScriptedDesk final : public FormHost, public MessageBoxes, public FileDial
   /// What was shown, hidden and unloaded, such as "show frmOpen", and painted out of turn. frmImages is left out: no
   /// user ever sees it come or go.
   std::vector<std::string> transcript;
+  /// Hears each line of the transcript as it comes, and each box with its answer.
+  std::function<void(const std::string&)> onLine;
   /// Runs before each box is answered; for what happens while one is open.
   std::function<void(const MessageBox&)> whileBoxIsOpen;
 
@@ -60,6 +62,8 @@ class ScriptedDesk final : public FormHost, public MessageBoxes, public FileDial
     std::optional<HostPath> file = std::nullopt;
   };
   Expected next(const std::string& what);
+  void tell(const std::string& line) const;
+  void note(const std::string& line);
   void bringToFront(Form& form);
   void takeAway(Form& form);
   void judge(const MessageBox& box);

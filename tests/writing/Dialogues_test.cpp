@@ -1,0 +1,290 @@
+#include <catch2/catch.hpp>
+#include <fstream>
+
+#include "writing/Dialogue.h"
+
+namespace trackloom {
+
+using Lines = std::vector<std::string>;
+
+namespace {
+
+/// The lines of a file in tests/writing/dialogues; a line that begins with # says what it is about.
+Lines dialogue(const std::string& name) {
+  std::ifstream file(std::string(TRACKLOOM_SOURCE_DIR) + "/tests/writing/dialogues/" + name + ".txt");
+  Lines lines;
+  for (std::string line; std::getline(file, line);)
+    if (!line.starts_with("#")) lines.push_back(line);
+  return lines;
+}
+
+/// The dialogue went as written down; told is the first place where it did not.
+void checkDialogue(Dialogue& machine, const std::string& name) {
+  const Lines heard = machine.heard();
+  const Lines wanted = dialogue(name);
+  REQUIRE_FALSE(wanted.empty());
+  CHECK(machine.desk.finished());
+  for (std::size_t line = 0; line < std::max(heard.size(), wanted.size()); ++line) {
+    INFO(name << ".txt, at line " << line + 1 << " without its head");
+    REQUIRE((line < heard.size() ? heard[line] : "the end") == (line < wanted.size() ? wanted[line] : "the end"));
+  }
+}
+
+void insert(Dialogue& machine, const fakes::FakeDisc& disc = {}) {
+  machine.hear("a disc goes in");
+  machine.engines.stage.disc = disc;
+}
+
+}  // namespace
+
+TEST_CASE("An audio disc is written and closed as its dialogue has it") {
+  Dialogue machine(AudioLayout);
+  machine.record();
+  machine.expectDone();
+  machine.finish();
+  checkDialogue(machine, "audio-closed");
+}
+
+TEST_CASE("A test alone goes like the write of an audio disc, under its own words") {
+  Dialogue machine(AudioLayout);
+  machine.record([](frmOptions& form) { form.optTestOnly.click(); });
+  machine.expectDone();
+  machine.finish();
+  checkDialogue(machine, "audio-tested-only");
+}
+
+TEST_CASE("A test, the pause and the real write of cached tracks that stay open go as their dialogue has it") {
+  Dialogue machine(AudioLayout);
+  machine.record([](frmOptions& form) {
+    form.optTestWrite.click();
+    form.optTrack.click();
+    form.chkCache.click();
+  });
+  machine.finish();
+  machine.tick(machine.window().Timer1);
+  machine.expectDone();
+  machine.finish();
+  checkDialogue(machine, "audio-tested-cached-open");
+}
+
+TEST_CASE("A data disc is written and closed as its dialogue has it") {
+  Dialogue machine(Mp3Layout);
+  machine.record();
+  machine.expectDone();
+  machine.finish();
+  checkDialogue(machine, "data-closed");
+}
+
+TEST_CASE("A cached data session behind another one, which leaves the disc open, goes as its dialogue has it") {
+  Dialogue machine(Mp3Layout);
+  insert(machine, fakes::FakeDisc::withOpenSession(DataBlocks));
+  machine.window().ListView1.SetSubItem(2, 3, "\\Rock");
+  machine.record([](frmOptions& form) {
+    form.optTestWrite.click();
+    form.optLeaveOpen.click();
+    form.chkCache.click();
+    form.txtVolume.type(" Mix ");
+  });
+  machine.finish();
+  machine.tick(machine.window().Timer1);
+  machine.expectDone();
+  machine.finish();
+  checkDialogue(machine, "data-tested-cached-open");
+}
+
+TEST_CASE("A test and the write behind it make every copy but the first without a test") {
+  Dialogue machine(AudioLayout);
+  machine.withStatus = false;
+  machine.record([](frmOptions& form) {
+    form.optTestWrite.click();
+    form.VScroll1.scrollTo(2);
+  });
+  machine.finish();
+  machine.tick(machine.window().Timer1);
+  machine.finish();
+  machine.desk.expectBox("Insert Disc", BoxAnswer::Ok);
+  machine.desk.whileBoxIsOpen = [&](const MessageBox&) { insert(machine); };
+  machine.tick(machine.window().Timer2);
+  machine.expectDone();
+  machine.finish();
+  checkDialogue(machine, "copies-tested");
+}
+
+TEST_CASE("Five copies given up at the third prompt are three, of which the first was only a test") {
+  Dialogue machine(AudioLayout);
+  machine.withStatus = false;
+  machine.record([](frmOptions& form) {
+    form.optTestOnly.click();
+    form.VScroll1.scrollTo(5);
+  });
+  machine.finish();
+  for (int prompt = 1; prompt <= 2; ++prompt) {
+    insert(machine);
+    machine.tick(machine.window().Timer2);
+    machine.finish();
+  }
+  machine.desk.expectBox("Insert Disc", BoxAnswer::Ok);
+  machine.desk.expectBox("Insert Disc", BoxAnswer::Cancel);
+  machine.expectDone();
+  machine.tick(machine.window().Timer2);
+  CHECK(machine.mod().CopiesDone == 3);
+  checkDialogue(machine, "copies-given-up");
+}
+
+TEST_CASE("Whatever is wrong with disc, tracks and room is told one after the other, in the order of the flow") {
+  Dialogue machine(AudioLayout);
+  auto& disc = machine.engines.stage.disc;
+  disc.reset();
+  std::filesystem::remove(machine.folder / "music/a.mp3");
+  const auto refused = [&](const std::string& title, BoxAnswer answer = BoxAnswer::Ok) {
+    machine.desk.expectBox(title, answer);
+    machine.mod().RecordConfirmed = true;
+    machine.click("Record");
+    CHECK_FALSE(machine.mod().RecordConfirmed);
+  };
+  refused("Media Not Loaded");
+  insert(machine, fakes::FakeDisc{.status = DiscClosed, .rewritable = true, .freeAudio = 4});
+  refused("Closed Disc");
+  disc->status = DiscStatusUnknown;
+  refused("CDRW Disc Inserted", BoxAnswer::Cancel);
+  machine.desk.expectBox("CDRW Disc Inserted", BoxAnswer::Ok);
+  refused("Missing Track");
+  disc->rewritable = false;
+  machine.makeTrack("a.mp3", 3);
+  refused("CD Changed");
+  disc->freeAudio = 5;
+  machine.desk.expectForm<frmOptions>("frmOptions", [](frmOptions& form) { form.cmdCancel.click(); });
+  machine.click("Record");
+  CHECK_FALSE(machine.mod().RecordConfirmed);
+  checkDialogue(machine, "refusals");
+}
+
+TEST_CASE("An error ends everything that was to follow: the real write behind a test, and all copies") {
+  for (const bool test : {true, false}) {
+    Dialogue machine(AudioLayout);
+    machine.withStatus = false;
+    if (test) machine.engines.stage.fault = fakes::FakeFault{.block = 3};
+    machine.record([test](frmOptions& form) {
+      (test ? form.optTestWrite : form.optCreateOnly).click();
+      form.VScroll1.scrollTo(3);
+    });
+    if (!test) {
+      machine.finish();
+      insert(machine, fakes::FakeDisc::closed());
+      machine.tick(machine.window().Timer2);
+    }
+    machine.expectError();
+    machine.finish();
+    CHECK_FALSE(machine.window().Timer1.Enabled);
+    CHECK_FALSE(machine.window().Timer2.Enabled);
+    checkDialogue(machine, test ? "error-in-test" : "error-in-copy");
+  }
+}
+
+TEST_CASE("A write is cancelled in each phase in which its button is on, in the same words") {
+  const int events = GENERATE(0, 1, 2, 4, 6, 8);
+  Dialogue machine(AudioLayout);
+  machine.record();
+  machine.step(events);
+  machine.withStatus = false;
+  machine.heard();
+  machine.desk.expectBox("Cancel", BoxAnswer::Cancel);
+  machine.status().cmdCancel.click();
+  machine.desk.expectBox("Cancel", BoxAnswer::Ok);
+  machine.desk.expectBox("Operation Cancelled", BoxAnswer::Ok);
+  machine.status().cmdCancel.click();
+  CHECK_FALSE(machine.cdr1().busy());
+  CHECK(machine.window().visible());
+  checkDialogue(machine, "cancelled");
+}
+
+TEST_CASE("A recording behind another one that was given up, failed or ended begins afresh") {
+  const std::string end = GENERATE("cancelled", "failed", "ended");
+  Dialogue machine(AudioLayout);
+  machine.withStatus = false;
+  machine.record([](frmOptions& form) { form.VScroll1.scrollTo(2); });
+  machine.finish();
+  insert(machine, end == "failed" ? fakes::FakeDisc::closed() : fakes::FakeDisc{});
+  machine.tick(machine.window().Timer2);
+  if (end == "cancelled") {
+    machine.step(3);
+    machine.desk.expectBox("Cancel", BoxAnswer::Ok);
+    machine.desk.expectBox("Operation Cancelled", BoxAnswer::Ok);
+    machine.status().cmdCancel.click();
+  } else {
+    end == "failed" ? machine.expectError() : machine.expectDone();
+    machine.finish();
+  }
+  insert(machine);
+  machine.mod().IsoWriteActive = machine.mod().DiscCloseActive = true;
+  machine.heard();
+  machine.withStatus = true;
+  machine.record();
+  CHECK(machine.mod().CopiesDone == 0);
+  CHECK_FALSE(machine.mod().IsoWriteActive);
+  CHECK_FALSE(machine.mod().DiscCloseActive);
+  machine.expectDone();
+  machine.finish();
+  CHECK(machine.mod().CopiesDone == 1);
+  checkDialogue(machine, "audio-closed");
+}
+
+TEST_CASE("A closing session or disc that is not of a recording opens no status window") {
+  Dialogue machine(AudioLayout);
+  machine.cdr1().events.OnSessionClosing();
+  machine.cdr1().events.OnDiscClosing();
+  CHECK_FALSE(machine.program().forms().writing.frmStatus.exists());
+  CHECK(machine.heard().empty());
+}
+
+TEST_CASE("A track whose length nobody told counts as not begun") {
+  Dialogue machine(AudioLayout);
+  machine.record();
+  machine.cdr1().events.OnWriteStarting();
+  machine.cdr1().events.OnTrackWriteStart(2, 0);
+  machine.cdr1().events.OnWriteProgress(2, 1, 7);
+  CHECK(machine.status().pbOverall.Value() == 50);
+  CHECK(machine.status().lblDevice.Caption == std::string("7%"));
+  machine.cdr1().events.OnTrackWriteStart(2, 1);
+  machine.cdr1().events.OnWriteProgress(2, 1000, 8);
+  CHECK(machine.status().pbOverall.Value() == 50);
+  CHECK(machine.status().lblDevice.Caption == std::string("8%"));
+}
+
+TEST_CASE("An error outside of a recording takes the dialog of the erasing away before that of the disc") {
+  Dialogue machine(AudioLayout);
+  WritingForms& forms = machine.program().forms().writing;
+  forms.frmErase.get();
+  forms.frmDiskInfo.get();
+  machine.desk.expectForm<Form>("frmErase", [&](Form&) {
+    machine.desk.expectBox("Error", BoxAnswer::Ok);
+    machine.cdr1().events.OnWriteError(FileError, 0);
+  });
+  forms.frmErase->showModal(&machine.window());
+  CHECK(machine.heard() ==
+        Lines{"modal frmErase",
+              "box Error: OK \"There was an error encountered trying to perform the requested disc operation.\"",
+              "unload frmErase", "unload frmDiskInfo"});
+}
+
+TEST_CASE("The close box of the error leaves the disc in the drive") {
+  Dialogue machine(AudioLayout);
+  machine.withStatus = false;
+  machine.engines.stage.fault = fakes::FakeFault{};
+  machine.record();
+  machine.heard();
+  machine.desk.expectForm<frmError>("frmError", [](frmError& form) { form.closeBox(); });
+  machine.finish();
+  CHECK(machine.heard() == Lines{"unload frmStatus", "show frmListing", "modal frmError", "unload frmError"});
+}
+
+TEST_CASE("A recording with no kind of layout ends with the words for an image") {
+  Dialogue machine(AudioLayout);
+  machine.mod().LayoutType = 0;
+  machine.mod().WritePhase = RealWrite;
+  CHECK(machine.program().forms().writing.frmDone->lblTypeInfo.Caption ==
+        std::string("The created disc now contains the chosen ISO image.  The disc has been closed for any further "
+                    "writing."));
+}
+
+}  // namespace trackloom
