@@ -1,6 +1,7 @@
 #include <QApplication>
 
 #include "desktop/DesktopOpener.h"
+#include "desktop/FolderLister.h"
 #include "desktop/ForcedEnd.h"
 #include "desktop/Host.h"
 #include "desktop/Look.h"
@@ -26,13 +27,15 @@ class NoHelpViewer final : public HelpEngine {
 /// Caches of tracks can take a whole disc's size, which is too much for a file system in memory.
 constexpr const char* ScratchFolder = "/var/tmp";
 
-/// Joins the desktop, the engines and the program, and runs them until the program ends the process.
-int runProgram() {
+/// Joins the desktop, the engines and the program, and runs them until the process ends. Nothing is taken down at the
+/// end, since threads that wait for a disk may still look at it.
+[[noreturn]] void runProgram() {
   QtDesk desk;
   QtEventPump pump;
   QtEventQueue events(desk);
   QtMessageBoxes boxes(desk);
   QtFileDialogs files(desk);
+  FolderLister folders(events);
   LinuxProcess process;
   DesktopOpener opener;
   NoHelpViewer help;
@@ -52,11 +55,12 @@ int runProgram() {
                                        std::make_shared<engines::audio::AudioFiles>(), events,
                                        {settings.pause, HostPath(ScratchFolder)});
   desk.setFailureDetail(writers.failureDetail());
-  Program program(desk, {boxes, files, pump, process, writers, opener, help, commonControls, systemSeparators()});
+  Program program(desk,
+                  {boxes, files, folders, pump, process, writers, opener, help, commonControls, systemSeparators()});
   const ForcedEnd forcedEnd([&program](int status) { program.endUnasked(status); });
   desk.setTrap([&program](const std::function<void()>& event) { program.run(event); });
   desk.enter([&program] { program.start(); });
-  return QApplication::exec();
+  process.end(QApplication::exec());
 }
 
 }  // namespace
@@ -66,5 +70,5 @@ int runProgram() {
 int main(int argc, char** argv) {
   QApplication application(argc, argv);
   trackloom::dress(application);
-  return trackloom::runProgram();
+  trackloom::runProgram();
 }

@@ -1,8 +1,7 @@
 #include "controls/FolderTreeview.h"
 
 #include "controls/ControlVisitor.h"
-#include "runtime/Files.h"
-#include "runtime/RuntimeError.h"
+#include "runtime/Paths.h"
 
 namespace trackloom {
 
@@ -15,23 +14,17 @@ std::string withoutTrailingSep(std::string folder) {
 
 }  // namespace
 
-FolderTreeview::FolderTreeview(Form& form, std::string name)
-    : Control(form, std::move(name)), folder_(changed, withoutTrailingSep(HomeFolder().text)) {}
+FolderTreeview::FolderTreeview(Form& form, std::string name) : Control(form, std::move(name)), folder_(changed, {}) {}
 
 void FolderTreeview::accept(ControlVisitor& visitor) {
   visitor.visit(*this);
 }
 
-void FolderTreeview::SetSelectedFolder(const std::string& folder) {
-  if (!FolderExists(HostPath(folder))) throw RuntimeError(RuntimeError::PathNotFound);
-  select(folder);
-}
-
 void FolderTreeview::choose(const std::string& folder) {
-  if (usable()) select(folder);
+  if (usable()) SetSelectedFolder(folder);
 }
 
-void FolderTreeview::select(const std::string& folder) {
+void FolderTreeview::SetSelectedFolder(const std::string& folder) {
   const std::string wanted = withoutTrailingSep(folder);
   if (folder_ == wanted) return;
   folder_ = wanted;

@@ -4,24 +4,22 @@
 
 namespace trackloom {
 
-/// The folders of the machine as a tree with one of them selected; at first the user's home folder.
+/// The folders of the machine as a tree with one of them selected; at first none is, and the text is empty.
 class FolderTreeview final : public Control {
  public:
   FolderTreeview(Form& form, std::string name);
   void accept(ControlVisitor& visitor) override;
 
   const std::string& SelectedFolder() const { return folder_; }
-  /// Raises FolderChanged if the selection changes. Throws RuntimeError for anything that is not a folder, and stays.
+  /// Raises FolderChanged if the selection changes. The disk is not asked, which on a dead network mount would hold up
+  /// the window: whoever sets a folder has learnt that it is there.
   void SetSelectedFolder(const std::string& folder);
 
   std::function<void(const std::string& path)> FolderChanged;
-  /// For a folder that the tree has read itself: the disk is not asked again, which on a dead network mount would hold
-  /// up the window.
+  /// The user's choice.
   void choose(const std::string& folder);
 
  private:
-  void select(const std::string& folder);
-
   Property<std::string> folder_;
 };
 

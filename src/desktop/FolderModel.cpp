@@ -2,15 +2,15 @@
 
 #include <QApplication>
 #include <QCollator>
-#include <QPointer>
 #include <QStyle>
-#include <QThreadPool>
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <mutex>
 #include <sstream>
 
 #include "desktop/Answer.h"
+#include "desktop/Aside.h"
 #include "desktop/Shown.h"
 #include "runtime/Files.h"
 #include "runtime/Paths.h"
@@ -31,6 +31,12 @@ struct FolderModel::Node {
   Icon icon{"folder", QStyle::SP_DirIcon};
   enum class State { Unread, Reading, Read } state = State::Unread;
   std::vector<std::unique_ptr<Node>> children;
+};
+
+/// How a thread that reads a folder reaches the model, which may have gone meanwhile.
+struct FolderModel::WayBack {
+  std::mutex mutex;
+  FolderModel* model;
 };
 
 namespace {
@@ -100,7 +106,9 @@ std::vector<std::string> removableMounts(const std::string& table) {
   return mounts;
 }
 
-FolderModel::FolderModel(QObject* parent) : QAbstractItemModel(parent), top_(std::make_unique<Node>()) {
+FolderModel::FolderModel(QObject* parent)
+    : QAbstractItemModel(parent), top_(std::make_unique<Node>()), wayBack_(std::make_shared<WayBack>()) {
+  wayBack_->model = this;
   top_->state = Node::State::Read;
   addRoot(HomeFolder().text, "Home", {"user-home", QStyle::SP_DirHomeIcon});
   addRoot("/", "File System", {"computer", QStyle::SP_ComputerIcon});
@@ -108,7 +116,10 @@ FolderModel::FolderModel(QObject* parent) : QAbstractItemModel(parent), top_(std
     addRoot(mount, std::filesystem::path(mount).filename().string(), {"drive-removable-media", QStyle::SP_DriveHDIcon});
 }
 
-FolderModel::~FolderModel() = default;
+FolderModel::~FolderModel() {
+  const std::lock_guard lock(wayBack_->mutex);
+  wayBack_->model = nullptr;
+}
 
 void FolderModel::addRoot(const std::string& path, const std::string& name, const Icon& icon) {
   auto root = std::make_unique<Node>();
@@ -136,13 +147,13 @@ void FolderModel::read(Node& node) {
   if (node.state != Node::State::Unread) return;
   node.state = Node::State::Reading;
   // Nodes are never removed while the model lives, so the node is there for as long as the model is.
-  QThreadPool::globalInstance()->start([self = QPointer<FolderModel>(this), folder = node.path, &node] {
+  doAside([wayBack = wayBack_, folder = node.path, &node] {
+    const std::vector<std::string> names = subfolders(folder);
+    const std::lock_guard lock(wayBack->mutex);
+    FolderModel* model = wayBack->model;
+    if (model == nullptr) return;
     QMetaObject::invokeMethod(
-        qApp,
-        [self, &node, names = subfolders(folder)] {
-          if (self) self->take(node, names);
-        },
-        Qt::QueuedConnection);
+        model, [model, &node, names] { model->take(node, names); }, Qt::QueuedConnection);
   });
 }
 

@@ -9,7 +9,8 @@
 namespace trackloom {
 
 /// The folders of the machine as a tree: the home folder, the whole file system, and what is mounted as removable. Each
-/// folder is read when it is first opened, by a thread of its own, so that a slow disk holds up nothing.
+/// folder is read when it is first opened, by a thread of its own, so that a slow or
+/// dead disk holds up nothing, other folders neither.
 class FolderModel final : public QAbstractItemModel {
  public:
   explicit FolderModel(QObject* parent);
@@ -32,6 +33,7 @@ class FolderModel final : public QAbstractItemModel {
  private:
   struct Icon;
   struct Node;
+  struct WayBack;
 
   Node* nodeOf(const QModelIndex& index) const;
   QModelIndex indexOf(const Node& node) const;
@@ -42,6 +44,7 @@ class FolderModel final : public QAbstractItemModel {
   void goOnRevealing();
 
   std::unique_ptr<Node> top_;
+  std::shared_ptr<WayBack> wayBack_;
   std::string wanted_;
   std::function<void(const QModelIndex&)> found_;
 };

@@ -36,6 +36,7 @@ void tieFolders(Face& face, QTreeView& tree, FolderTreeview& folders) {
                      if (!selected.isEmpty()) entry([&] { folders.choose(model.path(selected.front())); });
                    });
   const auto reveal = [&tree, &model, &folders] {
+    if (folders.SelectedFolder().empty()) return;
     model.reveal(folders.SelectedFolder(), [&tree, &model](const QModelIndex& index) {
       const QModelIndexList selected = tree.selectionModel()->selectedIndexes();
       if (!selected.isEmpty() && model.path(selected.front()) == model.path(index)) return;
@@ -43,6 +44,7 @@ void tieFolders(Face& face, QTreeView& tree, FolderTreeview& folders) {
       tree.scrollTo(index, QAbstractItemView::PositionAtCenter);
     });
   };
+  tree.expand(model.index(0, 0, {}));
   reveal();
   face.keep(folders.changed.connect(reveal));
 }

@@ -6,20 +6,16 @@
 #include "model/Layout.h"
 #include "model/Session.h"
 #include "model/frmImages.h"
-#include "runtime/Files.h"
-#include "runtime/Statements.h"
 #include "runtime/Text.h"
 
 namespace trackloom {
 
 frmFiles::frmFiles(Session& session, LayoutForms&)
     : Form(session.host, "frmFiles", "File Selection"), session_(session) {
-  cmdCheckAll.Enabled = false;
-  cmdClearAll.Enabled = false;
-  cmdOK.Enabled = false;
+  allowAdding(false);
   cmdOK.Default = true;
   cmdCancel.Cancel = true;
-  FT1.FolderChanged = [this](const std::string& folder) { skipOnError([&] { listFolder(folder); }); };
+  FT1.FolderChanged = [this](const std::string& folder) { listFolder(folder); };
   cmdCheckAll.Click = [this] { checkAll(true); };
   cmdClearAll.Click = [this] { checkAll(false); };
   cmdOK.Click = [this] { cmdOK_Click(); };
@@ -29,33 +25,50 @@ frmFiles::frmFiles(Session& session, LayoutForms&)
 
 void frmFiles::Load() {
   takePicture(session_, &frmImages::imgFiles, Image1);
-  skipOnError([this] { FT1.SetSelectedFolder(RTrim(session_.mod.Options.LastFolder)); });
+  const std::string last = RTrim(session_.mod.Options.LastFolder);
+  seeking_ = session_.ports.folders.find(HostPath(last), [this, last] { FT1.SetSelectedFolder(last); });
 }
 
 void frmFiles::listFolder(const std::string& path) {
+  // What an earlier folder still owes is never heard.
+  seeking_.reset();
+  listing_.reset();
   ListView1.Clear();
-  const std::string folder = EnsureTrailingSep(path);
-  Found found;
-  listFiles(folder, ".mp3", found);
-  if (isAudioLayout(session_)) listFiles(folder, ".wav", found);
+  found_ = {};
+  addingWasAllowed_ = cmdOK.Enabled;
+  std::vector<std::string> extensions{".mp3"};
+  if (isAudioLayout(session_)) extensions.emplace_back(".wav");
+  listing_ = session_.ports.folders.list(HostPath(EnsureTrailingSep(path)), std::move(extensions), *this);
+}
+
+void frmFiles::fileFound(const std::string& name) {
+  ListView1.Add({name, {}});
+}
+
+void frmFiles::lengthFound(std::int64_t bytes) {
+  ListView1.SetSubItem(ListView1.Count(), 1, FormatSize(static_cast<double>(bytes), session_.ports.separators));
+  ++found_.files;
+  found_.bytes += bytes;
+  allowAdding(true);
+}
+
+void frmFiles::allFound() {
   if (ListView1.Count() == 0) return;
   const Separators& signs = session_.ports.separators;
   StatusBar1.SetPanelText(
-      1, FormatGrouped(found.files, signs) + " Files, " + FormatSize(static_cast<double>(found.bytes), signs));
-  cmdCheckAll.Enabled = true;
-  cmdClearAll.Enabled = true;
-  cmdOK.Enabled = true;
-  ListView1.SelectRow(1);
+      1, FormatGrouped(found_.files, signs) + " Files, " + FormatSize(static_cast<double>(found_.bytes), signs));
+  // The user may have gone to another row while the rows came.
+  if (ListView1.SelectedRow() == 0) ListView1.SelectRow(1);
 }
 
-void frmFiles::listFiles(const std::string& folder, std::string_view extension, Found& found) {
-  for (const std::string& name : ListFiles(HostPath(folder), extension)) {
-    const int row = ListView1.Add({name, {}});
-    const std::int64_t bytes = FileLength(HostPath(folder + name));
-    ListView1.SetSubItem(row, 1, FormatSize(static_cast<double>(bytes), session_.ports.separators));
-    ++found.files;
-    found.bytes += bytes;
-  }
+void frmFiles::listingFailed() {
+  allowAdding(addingWasAllowed_);
+}
+
+void frmFiles::allowAdding(bool allowed) {
+  cmdCheckAll.Enabled = allowed;
+  cmdClearAll.Enabled = allowed;
+  cmdOK.Enabled = allowed;
 }
 
 void frmFiles::checkAll(bool checked) {
@@ -63,6 +76,7 @@ void frmFiles::checkAll(bool checked) {
 }
 
 void frmFiles::cmdOK_Click() {
+  listing_.reset();
   hide();
   session_.ports.pump.pumpEvents();
   const std::string folder = EnsureTrailingSep(FT1.SelectedFolder());

@@ -2,7 +2,6 @@
 
 #include <cstdint>
 #include <string>
-#include <string_view>
 
 #include "controls/Button.h"
 #include "controls/FolderTreeview.h"
@@ -11,6 +10,7 @@
 #include "controls/ListView.h"
 #include "controls/PictureBox.h"
 #include "controls/StatusBar.h"
+#include "ports/FolderListing.h"
 
 namespace trackloom {
 
@@ -18,8 +18,9 @@ class Batch;
 struct Session;
 struct LayoutForms;
 
-/// Picks audio files folder by folder, and adds the checked ones to the open layout.
-class frmFiles final : public Form {
+/// Picks audio files folder by folder, and adds the checked ones to the open layout. The rows come as the disk tells
+/// them; what is there already can be checked and added, and another folder be chosen.
+class frmFiles final : public Form, private FolderReader {
  public:
   frmFiles(Session& session, LayoutForms& forms);
 
@@ -46,13 +47,22 @@ class frmFiles final : public Form {
 
   void Load() override;
   void listFolder(const std::string& folder);
-  void listFiles(const std::string& folder, std::string_view extension, Found& found);
+  void fileFound(const std::string& name) override;
+  void lengthFound(std::int64_t bytes) override;
+  void allFound() override;
+  void listingFailed() override;
+  void allowAdding(bool allowed);
   void checkAll(bool checked);
   void cmdOK_Click();
   /// True: the whole list was gone through, false: the layout was full.
   bool addChecked(const Batch& batch, const std::string& folder);
 
   Session& session_;
+  Found found_;
+  /// Before the present folder, and so after it if it fails.
+  bool addingWasAllowed_ = false;
+  FolderListing::Hold seeking_;
+  FolderListing::Hold listing_;
 };
 
 }  // namespace trackloom

@@ -4,6 +4,7 @@
 #include "ports/CommonControls.h"
 #include "ports/EventPump.h"
 #include "ports/FileDialogs.h"
+#include "ports/FolderListing.h"
 #include "ports/HelpEngine.h"
 #include "ports/MessageBoxes.h"
 #include "ports/Process.h"
@@ -16,6 +17,7 @@ namespace trackloom {
 struct Ports {
   MessageBoxes& boxes;
   FileDialogs& files;
+  FolderListing& folders;
   EventPump& pump;
   Process& process;
   WriterEngines& writers;

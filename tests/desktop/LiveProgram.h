@@ -10,6 +10,7 @@
 #include "desktop/QtFileDialogs.h"
 #include "desktop/QtMessageBoxes.h"
 #include "desktop/User.h"
+#include "fakes/FakeFolderListing.h"
 #include "fakes/FakeWorld.h"
 #include "fakes/FakeWriter.h"
 #include "fakes/TempFolder.h"
@@ -26,6 +27,7 @@ class LiveProgram {
   fakes::FakeEngines engines;
   fakes::FakeProcess process;
   QtEventPump pump;
+  fakes::FakeFolderListing folders;
   fakes::FakeOpener opener;
   fakes::FakeHelp help;
   fakes::FakeCommonControls commonControls;

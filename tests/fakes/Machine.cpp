@@ -11,7 +11,7 @@ Machine::Machine() {
 void Machine::showSplash() {
   engines.restart();
   program_ = std::make_unique<Program>(
-      desk, Ports{desk, desk, pump, process, writers(), opener, help, commonControls, Separators{}});
+      desk, Ports{desk, desk, folders, pump, process, writers(), opener, help, commonControls, Separators{}});
   program_->start();
 }
 

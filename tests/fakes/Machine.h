@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 
+#include "fakes/FakeFolderListing.h"
 #include "fakes/FakeWorld.h"
 #include "fakes/FakeWriter.h"
 #include "fakes/ScriptedDesk.h"
@@ -24,6 +25,7 @@ class Machine {
   FakeEngines engines;
   FakeProcess process;
   FakePump pump;
+  FakeFolderListing folders;
   FakeOpener opener;
   FakeHelp help;
   FakeCommonControls commonControls;

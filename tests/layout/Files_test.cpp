@@ -3,6 +3,7 @@
 #include <catch2/catch.hpp>
 
 #include "fakes/Machine.h"
+#include "runtime/Files.h"
 #include "runtime/Text.h"
 
 namespace trackloom {
@@ -28,6 +29,18 @@ class Picker : public Machine {
     click("AddFiles");
   }
   std::string music(const std::string& name) const { return folder / ("music/" + name); }
+};
+
+/// The home folder of the process, another for as long as this lives.
+class TemporaryHome {
+ public:
+  explicit TemporaryHome(const std::string& folder) { ::setenv("HOME", folder.c_str(), 1); }
+  ~TemporaryHome() { ::setenv("HOME", before_.c_str(), 1); }
+  TemporaryHome(const TemporaryHome&) = delete;
+  TemporaryHome& operator=(const TemporaryHome&) = delete;
+
+ private:
+  const std::string before_ = HomeFolder().text;
 };
 
 std::string namesOf(const frmFiles& form) {
@@ -109,12 +122,135 @@ TEST_CASE("Add Checked takes the checked rows in order, remembers the folder and
   });
 }
 
-TEST_CASE("A LastFolder that has vanished leaves the tree at home") {
+TEST_CASE("A LastFolder that has vanished leaves the tree with nothing selected") {
   Picker machine(AudioLayout);
   machine.mod().Options.setLastFolder("/no/such/folder/");
   machine.pick([](frmFiles& form) {
-    CHECK(form.FT1.SelectedFolder() != "/no/such/folder");
+    CHECK(form.FT1.SelectedFolder().empty());
     CHECK(form.ListView1.Count() == 0);
+    form.cmdCancel.click();
+  });
+}
+
+TEST_CASE("The home folder as LastFolder is listed like any other") {
+  Picker machine(AudioLayout);
+  const TemporaryHome home(machine.music("mixed"));
+  machine.mod().Options.setLastFolder(HomeFolder().text + "/");
+  machine.pick([](frmFiles& form) {
+    CHECK(form.FT1.SelectedFolder() == HomeFolder().text);
+    CHECK(form.ListView1.Count() == 3);
+    form.cmdCancel.click();
+  });
+}
+
+TEST_CASE("A slow folder's rows come one by one, the MP3 files before the WAV files, and its totals at the end") {
+  Picker machine(AudioLayout);
+  machine.folders.slow = true;
+  machine.pick([&](frmFiles& form) {
+    form.FT1.choose(machine.music("mixed"));
+    CHECK(form.ListView1.Count() == 0);
+    machine.folders.step();
+    CHECK(namesOf(form) == "01 z.MP3;");
+    CHECK(form.ListView1.SubItem(1, 1) == "");
+    CHECK_FALSE(form.cmdOK.Enabled);
+    machine.folders.step();
+    CHECK(form.ListView1.SubItem(1, 1) == "1 Bytes");
+    CHECK(form.cmdOK.Enabled);
+    CHECK(form.ListView1.SelectedRow() == 0);
+    machine.folders.step(4);
+    CHECK(namesOf(form) == "01 z.MP3;b.mp3;a.wav;");
+    CHECK(form.StatusBar1.PanelText(1) == "");
+    machine.folders.step();
+    CHECK(form.StatusBar1.PanelText(1) == "3 Files, 3 Bytes");
+    CHECK(form.ListView1.SelectedRow() == 1);
+    form.cmdCancel.click();
+  });
+}
+
+TEST_CASE("What a slow folder still owes is dropped when another one is chosen") {
+  Picker machine(AudioLayout);
+  machine.folders.slow = true;
+  machine.pick([&](frmFiles& form) {
+    form.FT1.choose(machine.music("mixed"));
+    machine.folders.step(2);
+    form.FT1.choose(machine.music("waves"));
+    CHECK(form.ListView1.Count() == 0);
+    machine.folders.step(100);
+    CHECK(namesOf(form) == "x.wav;");
+    CHECK(form.StatusBar1.PanelText(1) == "1 Files, 1 Bytes");
+    form.cmdCancel.click();
+  });
+}
+
+TEST_CASE("Add Checked takes what is checked of a slow folder, and asks it no more") {
+  Picker machine(AudioLayout);
+  machine.folders.slow = true;
+  machine.pick([&](frmFiles& form) {
+    form.FT1.choose(machine.music("mixed"));
+    machine.folders.step(3);
+    form.cmdCheckAll.click();
+    machine.pump.onPump = [&] { machine.folders.step(100); };
+    form.cmdOK.click();
+    CHECK(form.ListView1.Count() == 2);
+  });
+  CHECK(machine.window().ListView1.Count() == 2);
+  CHECK(RTrim(machine.mod().Options.LastFolder) == machine.music("mixed") + "/");
+}
+
+TEST_CASE("A dialog that is cancelled hears no more of its folder, nor does the next one") {
+  Picker machine(AudioLayout);
+  machine.folders.slow = true;
+  machine.pick([&](frmFiles& form) {
+    form.FT1.choose(machine.music("mixed"));
+    form.cmdCancel.click();
+  });
+  machine.pick([&](frmFiles& form) {
+    machine.folders.step(100);
+    CHECK(form.ListView1.Count() == 0);
+    form.cmdCancel.click();
+  });
+}
+
+TEST_CASE("A LastFolder that answers late does not take the place of the folder that was chosen meanwhile") {
+  Picker machine(AudioLayout);
+  machine.mod().Options.setLastFolder(machine.music("mixed") + "/");
+  machine.folders.slow = true;
+  machine.pick([&](frmFiles& form) {
+    form.FT1.choose(machine.music("waves"));
+    machine.folders.step(100);
+    CHECK(form.FT1.SelectedFolder() == machine.music("waves"));
+    CHECK(namesOf(form) == "x.wav;");
+    form.cmdCancel.click();
+  });
+  machine.pick([&](frmFiles& form) {
+    CHECK(form.FT1.SelectedFolder().empty());
+    machine.folders.step();
+    CHECK(form.FT1.SelectedFolder() == machine.music("mixed"));
+    form.cmdCancel.click();
+  });
+}
+
+TEST_CASE("The row that the user goes to while a folder is listed stays selected") {
+  Picker machine(AudioLayout);
+  machine.folders.slow = true;
+  machine.pick([&](frmFiles& form) {
+    form.FT1.choose(machine.music("mixed"));
+    machine.folders.step(4);
+    form.ListView1.SelectRow(2);
+    machine.folders.step(100);
+    CHECK(form.ListView1.SelectedRow() == 2);
+    form.cmdCancel.click();
+  });
+}
+
+TEST_CASE("A folder that fails behind one with files leaves the buttons on") {
+  Picker machine(AudioLayout);
+  machine.pick([&](frmFiles& form) {
+    form.FT1.choose(machine.music("mixed"));
+    form.FT1.choose(machine.music("gone"));
+    CHECK(form.ListView1.Count() == 0);
+    CHECK(form.StatusBar1.PanelText(1) == "3 Files, 3 Bytes");
+    CHECK(form.cmdOK.Enabled);
     form.cmdCancel.click();
   });
 }

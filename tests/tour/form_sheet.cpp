@@ -17,6 +17,7 @@
 #include "desktop/QtMessageBoxes.h"
 #include "engines/virtual/VirtualRecorders.h"
 #include "engines/writer/DiscWriters.h"
+#include "fakes/FakeFolderListing.h"
 #include "tour/FilledForms.h"
 
 namespace trackloom {
@@ -112,12 +113,13 @@ bool makeSheet(const QString& file) {
   QtEventQueue events(desk);
   QtMessageBoxes boxes(desk);
   QtFileDialogs files(desk);
+  fakes::FakeFolderListing folders;
   SheetProcess process(home);
   Nobody nobody;
   NoCommonControls commonControls;
   engines::writer::DiscWriters writers(engines::virtualrecorder::findVirtualRecorders(HostPath(home)),
                                        std::make_shared<engines::audio::AudioFiles>(), events, {0, HostPath(home)});
-  Program program(desk, {boxes, files, pump, process, writers, nobody, nobody, commonControls, Separators{}});
+  Program program(desk, {boxes, files, folders, pump, process, writers, nobody, nobody, commonControls, Separators{}});
   program.start();
   program.forms().shell.frmOpen->Timer1.tick();
   // At its first activation the main window would ask the user for a layout.

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "ports/EventQueue.h"
+#include "ports/FolderListing.h"
+
+namespace trackloom {
+
+/// Looks into each folder on a thread of its own, and tells what it has found in bunches, so that a folder of many
+/// files costs the window's thread little.
+class FolderLister final : public FolderListing {
+ public:
+  /// `events` outlives every thread that looks, as the process's own queue does.
+  explicit FolderLister(EventQueue& events) : events_(events) {}
+
+  Hold list(const HostPath& folder, std::vector<std::string> extensions, FolderReader& reader) override;
+  Hold find(const HostPath& folder, std::function<void()> found) override;
+
+ private:
+  EventQueue& events_;
+};
+
+}  // namespace trackloom

@@ -1,0 +1,115 @@
+#include "desktop/FolderLister.h"
+
+#include <catch2/catch.hpp>
+
+#include "fakes/FakeEventQueue.h"
+#include "fakes/TempFolder.h"
+
+namespace trackloom {
+
+namespace {
+
+using Lines = std::vector<std::string>;
+
+/// Writes down what it hears.
+class Notebook final : public FolderReader {
+ public:
+  Lines heard;
+  bool ended = false;
+
+  void fileFound(const std::string& name) override { heard.push_back(name); }
+  void lengthFound(std::int64_t bytes) override { heard.push_back(std::to_string(bytes)); }
+  void allFound() override { end("all"); }
+  void listingFailed() override { end("failed"); }
+
+ private:
+  void end(const std::string& word) {
+    heard.push_back(word);
+    ended = true;
+  }
+};
+
+/// A lister, and the thread on which it is heard.
+struct Listening {
+  fakes::TempFolder folder;
+  fakes::FakeEventQueue events;
+  FolderLister lister{events};
+  Notebook notes;
+
+  FolderListing::Hold list(const std::string& place) {
+    return lister.list(HostPath(place + "/"), {".mp3", ".wav"}, notes);
+  }
+  bool hearsTheEnd() {
+    return events.runUntil([this] { return notes.ended; });
+  }
+};
+
+}  // namespace
+
+TEST_CASE("A folder's files are told with their lengths, extension by extension, and nothing within the call") {
+  Listening to;
+  for (const char* name : {"b.mp3", "A.MP3", "a.wav", "notes.txt"}) to.folder.write(name, name);
+  const auto hold = to.list(to.folder.path());
+  CHECK(to.notes.heard.empty());
+  REQUIRE(to.hearsTheEnd());
+  CHECK(to.notes.heard == Lines{"A.MP3", "5", "b.mp3", "5", "a.wav", "5", "all"});
+}
+
+TEST_CASE("A folder that is not there fails") {
+  Listening to;
+  const auto hold = to.list(to.folder / "missing");
+  REQUIRE(to.hearsTheEnd());
+  CHECK(to.notes.heard == Lines{"failed"});
+}
+
+TEST_CASE("Nothing is heard of a listing that was dropped, also where its words wait already") {
+  Listening to;
+  to.folder.write("a.mp3", "x");
+  auto dropped = to.list(to.folder.path());
+  to.events.waitForPost();
+  dropped.reset();
+  to.folder.write("b/c.wav", "xy");
+  const auto hold = to.list(to.folder / "b");
+  REQUIRE(to.hearsTheEnd());
+  CHECK(to.notes.heard == Lines{"c.wav", "2", "all"});
+}
+
+TEST_CASE("A listing that is dropped by one of its own words says no other") {
+  struct Leaver final : FolderReader {
+    FolderListing::Hold hold;
+    int heard = 0;
+    void leave() {
+      ++heard;
+      hold.reset();
+    }
+    void fileFound(const std::string& /*name*/) override { leave(); }
+    void lengthFound(std::int64_t /*bytes*/) override { leave(); }
+    void allFound() override { leave(); }
+    void listingFailed() override { leave(); }
+  };
+  Listening to;
+  for (const char* name : {"a.mp3", "b.mp3"}) to.folder.write(name, name);
+  Leaver leaver;
+  leaver.hold = to.lister.list(HostPath(to.folder.path() + "/"), {".mp3"}, leaver);
+  to.events.waitForPost();
+  to.events.runPosted();
+  CHECK(leaver.heard == 1);
+}
+
+TEST_CASE("A folder is found, and what is none is not, nor one that was dropped") {
+  Listening to;
+  to.folder.write("file", "x");
+  Lines found;
+  const auto seek = [&](const std::string& place) {
+    return to.lister.find(HostPath(place), [&found, place] { found.push_back(place); });
+  };
+  const auto none = seek(to.folder / "file");
+  auto dropped = seek(to.folder.path());
+  to.events.waitForPost();
+  dropped.reset();
+  const auto hold = seek("/");
+  REQUIRE(to.events.runUntil([&] { return !found.empty(); }));
+  CHECK(found == Lines{"/"});
+}
+
+}  // namespace trackloom
