@@ -165,7 +165,6 @@ void Commands::closeLayout() {
   closeQuestion(session_, forms_.layout);
   CloseLayout(session_);
   session_.mod.LayoutSaved = true;
-  UpdateCapacityDisplay(session_);
 }
 
 void Commands::exit() {

@@ -46,7 +46,6 @@ void InitDrives(Session& session, ShellForms& forms) {
   ListingWindow& window = session.frmListing();
   std::int16_t count = 0;
   skipOnError([&] { count = window.CDR1->DriveCount(); });
-  mod.DriveOpen = false;
   if (count <= 0) {
     window.panel2.Text = "No Recording Drive Found";
     forms.frmNOCD->showModal(&window);

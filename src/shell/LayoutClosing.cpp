@@ -24,10 +24,7 @@ void CloseLayout(Session& session) {
   ListingWindow& window = session.frmListing();
   window.ListView1.Clear();
   window.ListView1.Enabled = false;
-  window.panel1.Text = "";
-  window.panel3.Text = "";
-  window.Progress1.Text = "";
-  window.Progress1.Value = 0;
+  blankStatus(window);
   window.CDR1->ClearAudioQueue();
   window.CDR1->ClearDataQueue();
   ++session.batches.layoutsClosed;
@@ -36,6 +33,13 @@ void CloseLayout(Session& session) {
   session.mod.LayoutFileName.clear();
   if (isMp3Layout(session)) removeFolderColumn(session);
   UpdateCommandStates(session);
+}
+
+void blankStatus(ListingWindow& window) {
+  window.panel1.Text = "";
+  window.panel3.Text = "";
+  window.Progress1.Text = "";
+  window.Progress1.Value = 0;
 }
 
 void saveOrAskName(Session& session, LayoutForms& forms) {

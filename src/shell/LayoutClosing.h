@@ -4,6 +4,7 @@
 
 namespace trackloom {
 
+class ListingWindow;
 struct LayoutForms;
 struct Session;
 
@@ -18,6 +19,9 @@ BoxAnswer askToSave(Session& session, BoxButtons buttons);
 
 /// Empties the window and the queues. Whether the layout counts as saved is the caller's affair.
 void CloseLayout(Session& session);
+
+/// Takes what the status bars tell of a layout away.
+void blankStatus(ListingWindow& window);
 
 /// Saves at once where the layout has a file, else shows frmSave.
 void saveOrAskName(Session& session, LayoutForms& forms);

@@ -64,7 +64,6 @@ void frmListing::Load() {
     unload();
     return;
   }
-  ClosingDuplicate = false;
   setAppFolder();
   LoadDockLayout();
   EnsureLayoutsFolder();
@@ -73,9 +72,6 @@ void frmListing::Load() {
   RestoreWindowPlacement();
   Loading = true;
   InitDrives(session_, forms_.shell);
-  session_.mod.LayoutOpen = false;
-  session_.mod.LayoutSaved = true;
-  session_.mod.LayoutFileName.clear();
   skipOnError([this] { UpdateCommandStates(session_); });
   if (!session_.mod.DriveOpen) forms_.shell.frmNOCD->showModal(this);
   stands_ = true;
@@ -155,7 +151,7 @@ void frmListing::store() {
   storePlacement();
   session_.mod.Options.SavedDrive = session_.mod.CurrentDrive;
   skipOnError([this] { writeOptionsFile(session_); });
-  blankStatus();
+  blankStatus(*this);
   SaveDockLayout();
 }
 
@@ -170,13 +166,6 @@ void frmListing::storePlacement() {
   store(options.WinTop, place.top);
   store(options.WinWidth, place.width);
   store(options.WinHeight, place.height);
-}
-
-void frmListing::blankStatus() {
-  panel1.Text = "";
-  panel3.Text = "";
-  Progress1.Text = "";
-  Progress1.Value = 0;
 }
 
 }  // namespace trackloom

@@ -33,7 +33,6 @@ class frmListing final : public ListingWindow {
   void saveBeforeClose();
   void store();
   void storePlacement();
-  void blankStatus();
 
   Session& session_;
   ProgramForms& forms_;

@@ -228,4 +228,85 @@ TEST_CASE("A drive whose guard cannot be asked or set is in use all the same") {
   CHECK(called(machine.engines.stage.take(), set));
 }
 
+TEST_CASE("A drive that is chosen while the program starts is no choice, and is one behind the first activation") {
+  Machine machine;
+  machine.engines.stage.drives = {driveCalled("First", "D"), driveCalled("Second", "E")};
+  machine.folder.write("NoShow.dat", "");
+  machine.start();
+  machine.engines.stage.take();
+  machine.window().DockStudio1.chooseEntry("cboMainDrive", 2);
+  CHECK(machine.engines.stage.take().empty());
+  CHECK(machine.mod().CurrentDrive == 0);
+  machine.activate();
+  machine.window().DockStudio1.chooseEntry("cboMainDrive", 1);
+  machine.window().DockStudio1.chooseEntry("cboMainDrive", 2);
+  CHECK(machine.engines.stage.take() == Lines{"CDR1.SelectDrive(1)"});
+  CHECK(machine.mod().CurrentDrive == 1);
+}
+
+TEST_CASE("A choice on another tool, or of no entry at all, is no change of the drive") {
+  Machine machine;
+  machine.startQuietly();
+  machine.engines.stage.take();
+  machine.window().DockStudio1.ComboChanged(machine.window().panel1, {"ACME Other (E:)", "1"});
+  CHECK(machine.window().panel2.Text == std::string("ACME Writer (D:)"));
+
+  machine.engines.stage.drives.clear();
+  expectNoDrive(machine, "No Recording Drive Found");
+  CHECK_THROWS_AS(machine.start(), EndOfProcess);
+  machine.engines.stage.take();
+  machine.window().Loading = false;
+  machine.window().DockStudio1.ComboChanged(machine.window().cboMainDrive, {"ACME Writer (D:)", "0"});
+  CHECK(machine.window().panel2.Text == std::string("No Recording Drive Found"));
+  CHECK(machine.engines.stage.take().empty());
+}
+
+TEST_CASE("An entry that the list does not have keeps the drive, which is taken into use again") {
+  Machine machine;
+  machine.engines.stage.drives = {driveCalled("First", "D"), driveCalled("Second", "E")};
+  saveDrive(machine, 1);
+  machine.startQuietly();
+  machine.engines.stage.take();
+  for (const char* text : {"acme first (d:)", "ACME First"}) {
+    machine.window().DockStudio1.ComboChanged(machine.window().cboMainDrive, {text, "0"});
+    CHECK(machine.engines.stage.take() == Lines{"CDR1.SelectDrive(1)"});
+    CHECK(machine.mod().CurrentDrive == 1);
+    CHECK(machine.window().panel2.Text == std::string(text));
+  }
+}
+
+TEST_CASE("A drive that is taken into use but not in the list leaves list and name as they were designed") {
+  Machine machine;
+  machine.engines.stage.drives = {driveCalled("First", "D"), driveCalled("Second", "E")};
+  saveDrive(machine, 1);
+  std::filesystem::remove(machine.folder / "Trackloom.dsl");
+  machine.engines.stage.onLine = [&](const std::string& call) {
+    if (call == "CDR1.DriveCount") machine.engines.stage.drives.pop_back();
+    if (call == "CDR1.SelectDrive(1)") machine.engines.stage.drives.push_back(driveCalled("Second", "E"));
+  };
+  machine.startQuietly();
+  CHECK(machine.mod().DriveOpen);
+  CHECK(machine.mod().CurrentDrive == 1);
+  REQUIRE(machine.window().cboMainDrive.entries().size() == 1);
+  CHECK(machine.window().panel2.Text == std::string());
+}
+
+TEST_CASE("However the dialog about missing drives goes, the process ends well and saves nothing") {
+  const bool refused = GENERATE(true, false);
+  const std::string way = GENERATE("button", "close box", "program");
+  Machine machine;
+  if (refused)
+    machine.engines.stage.drives[0].refuses = true;
+  else
+    machine.engines.stage.drives.clear();
+  machine.desk.expectForm<frmNOCD>("frmNOCD", [&](frmNOCD& form) {
+    if (way == "button") form.cmdOK.click();
+    if (way == "close box") form.closeBox();
+    if (way == "program") form.unload();
+  });
+  machine.showSplash();
+  CHECK(machine.endOf([&] { machine.program().forms().shell.frmOpen->Timer1.tick(); }) == 0);
+  CHECK_FALSE(machine.folder.has("Trackloom.dsl"));
+}
+
 }  // namespace trackloom

@@ -107,4 +107,47 @@ TEST_CASE("A new layout empties the data queue and then the audio queue before i
   CHECK(machine.desk.finished());
 }
 
+TEST_CASE("A closed layout leaves nothing of itself in the window") {
+  const std::int16_t kind = GENERATE(AudioLayout, Mp3Layout);
+  Machine machine;
+  machine.startQuietly();
+  machine.newLayout(kind);
+  machine.addTrack("a.mp3", 1000);
+  machine.mod().LayoutHasFile = true;
+  machine.mod().LayoutFileName = "Mix.mixl";
+  machine.mod().Options.PromptSave = 0;
+  const int closedBefore = machine.session().batches.layoutsClosed;
+  REQUIRE(machine.window().Progress1.Value == 1150);
+  machine.click("mnuFileClose");
+  ListingWindow& window = machine.window();
+  CHECK(window.ListView1.Count() == 0);
+  CHECK_FALSE(window.ListView1.Enabled);
+  CHECK(window.ListView1.columns().size() == 3);
+  CHECK(window.panel1.Text == std::string());
+  CHECK(window.panel2.Text == std::string("ACME Writer (D:)"));
+  CHECK(window.panel3.Text == std::string());
+  CHECK(window.Progress1.Text == std::string());
+  CHECK(window.Progress1.Value == 0);
+  CHECK_FALSE(machine.mod().LayoutOpen);
+  CHECK_FALSE(machine.mod().LayoutHasFile);
+  CHECK(machine.mod().LayoutFileName.empty());
+  CHECK(machine.mod().LayoutSaved);
+  CHECK(machine.mod().LayoutType == kind);
+  CHECK_FALSE(machine.enabled("AddFiles"));
+  CHECK(machine.session().batches.layoutsClosed == closedBefore + 1);
+  machine.newLayout(kind);
+  CHECK(window.ListView1.Enabled);
+}
+
+TEST_CASE("The exit takes the figures of the layout away, and leaves the drive its name") {
+  Unsaved machine;
+  machine.mod().LayoutSaved = true;
+  REQUIRE(machine.close() == 0);
+  CHECK(machine.window().panel1.Text == std::string());
+  CHECK(machine.window().panel2.Text == std::string("ACME Writer (D:)"));
+  CHECK(machine.window().panel3.Text == std::string());
+  CHECK(machine.window().Progress1.Text == std::string());
+  CHECK(machine.window().Progress1.Value == 0);
+}
+
 }  // namespace trackloom

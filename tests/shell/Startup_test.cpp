@@ -1,11 +1,13 @@
 #include <array>
 #include <catch2/catch.hpp>
+#include <stdexcept>
 
 #include "fakes/Machine.h"
 #include "layout/frmNewOption.h"
 #include "layout/frmSave.h"
 #include "runtime/RuntimeError.h"
 #include "shell/frmNOCD.h"
+#include "shell/modXP.h"
 
 namespace trackloom {
 
@@ -339,6 +341,61 @@ TEST_CASE("The columns share the width of the list by the kind of layout") {
   machine.window().DockStudio1.reportArea({0, 900, 7700, 6000}, 7700);
   CHECK(machine.window().ListView1.columns().size() == 3);
   CHECK(widthOf(0) == Approx(7700 / 2.7));
+}
+
+TEST_CASE("The folder of the program loses the blanks around it and ends in one separator") {
+  Machine machine;
+  machine.process.folder = "  " + machine.folder.path() + "/ ";
+  machine.startQuietly();
+  CHECK(machine.mod().AppFolder == machine.folder.path() + "/");
+  CHECK(machine.folder.has("Options.dat"));
+}
+
+TEST_CASE("A drive that fails when it is asked for its disc does not stop the start") {
+  Machine machine;
+  machine.engines.stage.broken = {"CDR1.MediaLoaded"};
+  machine.startQuietly();
+  CHECK(machine.window().visible());
+  CHECK(machine.desk.transcript == Lines{"show frmOpen", "show frmListing", "unload frmOpen"});
+}
+
+TEST_CASE("Rescued layouts come home also when the folder of the layouts is not there yet") {
+  Machine machine;
+  const fakes::TempFolder home;
+  machine.process.refugeFolders = {home.path()};
+  home.write("Rescued Mix 1.mixl", "kept");
+  machine.startQuietly();
+  CHECK(machine.folder.read("Layouts/Rescued Mix 1.mixl") == "kept");
+  CHECK_FALSE(home.has("Rescued Mix 1.mixl"));
+}
+
+TEST_CASE("Cancel at the first activation leaves no layout, and no later activation offers one") {
+  Machine machine;
+  machine.start();
+  cancelNewOption(machine);
+  machine.activate();
+  CHECK_FALSE(machine.mod().LayoutOpen);
+  CHECK(machine.window().Progress1.Text == std::string());
+  CHECK_FALSE(machine.window().Loading);
+  machine.activate();
+  CHECK(machine.desk.finished());
+}
+
+TEST_CASE("The common controls tell whether they could be initialised, and no failure of theirs stops the start") {
+  struct Broken final : CommonControls {
+    bool initialise(std::int32_t, std::int32_t) override { throw RuntimeError(RuntimeError::DeviceIoError); }
+  } broken;
+  fakes::FakeCommonControls working;
+  CHECK(InitXPControls(working));
+  CHECK_FALSE(InitXPControls(broken));
+}
+
+TEST_CASE("A fault of the program itself is told as such, and ends it like any other") {
+  Machine machine;
+  machine.startQuietly();
+  machine.desk.expectBox("Trackloom", BoxAnswer::Ok);
+  CHECK(machine.endOf([] { throw std::logic_error("no such thing"); }) == 1);
+  CHECK(machine.desk.lastBox().text == "Run-time error '51':\r\n\r\nInternal error: no such thing");
 }
 
 }  // namespace trackloom
