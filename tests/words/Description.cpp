@@ -54,7 +54,7 @@ class Describer final : public ControlVisitor {
   void visit(DockStudio& bars) override {
     add("bars", bars, unless(1, "theme", bars.UseThemeColours));
     for (const BarDesign& bar : bars.bars()) {
-      lines.push_back("bar" + quoted(bar.name) + names(bar.tools));
+      lines.push_back(kindOf(bar.kind) + quoted(bar.name) + names(bar.tools));
       describeTools(bars, bar.tools);
     }
   }
@@ -142,6 +142,18 @@ class Describer final : public ControlVisitor {
   }
 
   static bool isStatus(ToolKind kind) { return kind == ToolKind::Panel || kind == ToolKind::Progress; }
+
+  static std::string kindOf(BarKind kind) {
+    switch (kind) {
+      case BarKind::Menu:
+        return "menubar";
+      case BarKind::Tools:
+        return "toolbar";
+      case BarKind::Status:
+        return "statusbar";
+    }
+    return "";
+  }
 
   static std::string kindOf(ToolKind kind) {
     switch (kind) {
