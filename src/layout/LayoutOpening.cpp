@@ -99,7 +99,6 @@ void Opening::addTrack(const std::string& path, const std::string& discFolder) {
 }
 
 void Opening::finish() {
-  session_.mod.LayoutOpen = true;
   UpdateCapacityDisplay(session_);
   UpdateCommandStates(session_);
   ListView& listing = session_.frmListing().ListView1;

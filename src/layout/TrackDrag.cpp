@@ -71,7 +71,8 @@ void dragOverListing(Session& session, double y) {
 void dropOnListing(Session& session, double y) {
   ListingWindow& window = session.frmListing();
   if (!isAudioLayout(session)) return;
-  if (window.DragRow != window.HoverRow && window.DragRow <= window.ListView1.Count()) moveDraggedRow(window, y);
+  const bool rowsAreThere = std::max(window.DragRow, window.HoverRow) <= window.ListView1.Count();
+  if (window.DragRow != window.HoverRow && rowsAreThere) moveDraggedRow(window, y);
   colourDraggedRow(window, WindowTextColour);
   window.DragRow = 0;
   window.HoverRow = 0;

@@ -1,7 +1,5 @@
 #include "layout/TrackRemoval.h"
 
-#include <algorithm>
-
 #include "model/Layout.h"
 #include "model/Session.h"
 #include "model/TrackRow.h"
@@ -46,11 +44,7 @@ void RemoveTrack(Session& session) {
   else
     skipOnError([&] { removeFromDataQueue(session, row); });
   skipOnError([&] { removeEmptyFolder(session, row); });
-  skipOnError([&] {
-    listing.Remove(row);
-    // The next row, so that several can be removed by the keyboard.
-    listing.SelectRow(std::min(row, listing.Count()));
-  });
+  skipOnError([&] { listing.Remove(row); });
   session.mod.LayoutSaved = false;
 }
 

@@ -50,7 +50,7 @@ frmOpenLayout::frmOpenLayout(Session& session, LayoutForms&)
 void frmOpenLayout::Load() {
   takePicture(session_, &frmImages::imgOpenLayout, Image1);
   skipOnError([this] { listLayouts(); });
-  if (ListView1.Count() > 0) offerRows();
+  offerRows();
 }
 
 void frmOpenLayout::listLayouts() {

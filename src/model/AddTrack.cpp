@@ -66,9 +66,8 @@ void takeBackOverflow(Session& session, const Candidate& candidate) {
   CDWriterXP& writer = *session.frmListing().CDR1;
   if (isAudioLayout(session)) {
     writer.ListAudioTracks();
-    const std::int16_t last = ToInt16(session.mod.NextTrackNumber - 1);
-    writer.RemoveAudioTrack(last);
-    session.mod.NextTrackNumber = last;
+    session.mod.NextTrackNumber = ToInt16(session.mod.NextTrackNumber - 1);
+    writer.RemoveAudioTrack(session.mod.NextTrackNumber);
   } else {
     // The bare name is no path of the queue, so a file that overflowed goes on counting.
     writer.RemoveDataFile(DiscPath(candidate.name));

@@ -51,7 +51,6 @@ class Reader {
     return std::string(bytes(length));
   }
 
-  bool good() const { return good_; }
   bool finished() const { return good_ && rest_.empty(); }
 
  private:
@@ -77,18 +76,11 @@ std::string DockState::encode() const {
 std::optional<DockState> DockState::decode(std::string_view bytes) {
   Reader reader(bytes);
   if (reader.bytes(Magic.size()) != Magic) return std::nullopt;
-  DockState state;
-  state.useThemeColours = static_cast<std::int32_t>(reader.number());
-  state.arrangement = reader.text();
+  DockState state{static_cast<std::int32_t>(reader.number()), reader.text(), {}};
   const std::uint32_t count = reader.number();
   if (count > MostTools) return std::nullopt;
-  for (std::uint32_t i = 0; i < count && reader.good(); ++i) {
-    ToolState tool;
-    tool.name = reader.text();
-    tool.text = reader.text();
-    tool.value = static_cast<std::int32_t>(reader.number());
-    state.tools.push_back(std::move(tool));
-  }
+  for (std::uint32_t i = 0; i < count; ++i)
+    state.tools.push_back({reader.text(), reader.text(), static_cast<std::int32_t>(reader.number())});
   if (!reader.finished()) return std::nullopt;
   return state;
 }

@@ -16,11 +16,11 @@ struct DockState {
   struct ToolState {
     std::string name;
     std::string text;
-    std::int32_t value = 0;
+    std::int32_t value;
     bool operator==(const ToolState&) const = default;
   };
 
-  std::int32_t useThemeColours = 1;
+  std::int32_t useThemeColours;
   std::string arrangement;
   std::vector<ToolState> tools;
 

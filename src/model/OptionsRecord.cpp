@@ -21,11 +21,7 @@ void appendInteger(std::string& bytes, std::int16_t value) {
 }  // namespace
 
 OptionsRecord OptionsRecord::defaults() {
-  OptionsRecord record;
-  record.PromptSave = 1;
-  record.LastFolder.assign(FolderSize, ' ');
-  record.ThemeColours = 1;
-  return record;
+  return {.PromptSave = 1, .LastFolder = std::string(FolderSize, ' '), .ThemeColours = 1};
 }
 
 OptionsRecord OptionsRecord::decode(std::string_view bytes) {

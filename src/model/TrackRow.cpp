@@ -1,5 +1,7 @@
 #include "model/TrackRow.h"
 
+#include <algorithm>
+
 #include "runtime/Text.h"
 
 namespace trackloom {
@@ -15,8 +17,7 @@ PathParts splitPathText(const std::string& path) {
   const auto separator = path.rfind(HostSep);
   if (separator == std::string::npos) return {};
   std::string name = path.substr(separator + 1);
-  const std::size_t trimmed = Trim(path).size();
-  const std::size_t folder = trimmed > name.size() ? trimmed - name.size() : 0;
+  const std::size_t folder = std::max(Trim(path).size(), name.size()) - name.size();
   return {path.substr(0, folder), std::move(name), true};
 }
 

@@ -383,4 +383,115 @@ TEST_CASE("A file that goes before its length is known ends the listing with its
   });
 }
 
+TEST_CASE("The sizes stand at the right, and the marks of all buttons follow the first folder that has files") {
+  Picker machine(AudioLayout);
+  machine.pick([&](frmFiles& form) {
+    CHECK_FALSE(form.ListView1.columns()[0].rightAligned);
+    CHECK(form.ListView1.columns()[1].rightAligned);
+    form.FT1.choose(machine.music("empty"));
+    CHECK_FALSE(form.cmdCheckAll.Enabled);
+    CHECK_FALSE(form.cmdClearAll.Enabled);
+    CHECK_FALSE(form.cmdOK.Enabled);
+    CHECK(form.StatusBar1.PanelText(1).empty());
+    form.FT1.choose(machine.music("waves"));
+    CHECK(form.cmdCheckAll.Enabled);
+    CHECK(form.cmdClearAll.Enabled);
+    CHECK(form.cmdOK.Enabled);
+    CHECK(form.ListView1.SelectedRow() == 1);
+    CHECK(form.StatusBar1.PanelText(1) == "1 Files, 1 Bytes");
+    form.cmdCancel.click();
+  });
+}
+
+TEST_CASE("Each folder is counted anew, in the signs of the user") {
+  Picker machine(AudioLayout);
+  machine.session().ports.separators = {".", ","};
+  machine.folder.write("music/large/a.mp3", std::string(1152, 'x'));
+  for (int i = 0; i < 1000; ++i) machine.folder.write("music/many/" + std::to_string(i) + ".wav", "");
+  machine.pick([&](frmFiles& form) {
+    form.FT1.choose(machine.music("many"));
+    CHECK(form.StatusBar1.PanelText(1) == "1.000 Files, 0 Bytes");
+    form.FT1.choose(machine.music("large"));
+    CHECK(form.StatusBar1.PanelText(1) == "1 Files, 1,13 KB");
+    CHECK(form.ListView1.SubItem(1, 1) == "1,13 KB");
+    form.cmdCancel.click();
+  });
+}
+
+TEST_CASE("The dialog is hidden before window events run and before the first track comes, and is gone at the end") {
+  Picker machine(AudioLayout);
+  machine.pick([&](frmFiles& form) {
+    form.FT1.choose(machine.music("mixed"));
+    form.cmdCheckAll.click();
+    std::vector<int> rowsAtPump;
+    machine.pump.onPump = [&] {
+      CHECK_FALSE(form.visible());
+      CHECK_FALSE(form.closed());
+      rowsAtPump.push_back(machine.window().ListView1.Count());
+    };
+    form.cmdOK.click();
+    machine.pump.onPump = {};
+    CHECK(rowsAtPump == std::vector<int>{0, 1, 2, 3});
+    CHECK(form.closed());
+  });
+}
+
+TEST_CASE("Add Checked with a single row adds it and selects it, with no row checked it remembers the folder alone") {
+  Picker machine(AudioLayout);
+  machine.pick([&](frmFiles& form) {
+    form.FT1.choose(machine.music("waves"));
+    form.cmdOK.click();
+  });
+  CHECK(machine.window().ListView1.Count() == 0);
+  CHECK(machine.mod().LayoutSaved);
+  CHECK(RTrim(machine.mod().Options.LastFolder) == machine.music("waves") + "/");
+  machine.pick([&](frmFiles& form) {
+    form.ListView1.check(1, true);
+    form.cmdOK.click();
+  });
+  CHECK(machine.window().ListView1.Count() == 1);
+  CHECK(machine.window().ListView1.SelectedRow() == 1);
+  CHECK(machine.window().ListView1.SubItem(1, 1) == machine.music("waves") + "/");
+}
+
+TEST_CASE("Cancel leaves the last folder as it was") {
+  Picker machine(AudioLayout);
+  const std::string before = machine.mod().Options.LastFolder;
+  machine.pick([&](frmFiles& form) {
+    form.FT1.choose(machine.music("mixed"));
+    form.cmdCheckAll.click();
+    form.cmdCancel.click();
+  });
+  CHECK(machine.mod().Options.LastFolder == before);
+  CHECK(machine.window().ListView1.Count() == 0);
+}
+
+TEST_CASE("A drop that overflows keeps what came before, looks at nothing behind it, and tells the new totals") {
+  Picker machine(AudioLayout);
+  machine.engines.stage.disc->freeAudio = 600;
+  machine.newLayout(AudioLayout);
+  std::vector<std::string> paths;
+  for (const char* name : {"1.mp3", "2.mp3", "3.mp3", "4.mp3"}) paths.push_back(machine.makeTrack(name, 100));
+  machine.desk.expectBox("Layout Too Big", BoxAnswer::Ok);
+  machine.mod().LayoutSaved = true;
+  machine.window().ListView1.dropFiles(paths);
+  CHECK(machine.window().ListView1.Count() == 2);
+  CHECK(machine.cdr1().audioQueue.size() == 2);
+  CHECK_FALSE(machine.mod().LayoutSaved);
+  CHECK(machine.window().ListView1.SelectedRow() == 0);
+  CHECK(machine.window().Progress1.Text == std::string("500 Blocks of 600 Blocks  (83% of CD Used)"));
+}
+
+TEST_CASE("A drop that leaves the listing empty leaves the meter alone, though its file goes on counting") {
+  Picker machine(Mp3Layout);
+  machine.engines.stage.disc->freeData = 1000;
+  machine.newLayout(Mp3Layout);
+  machine.desk.expectBox("Layout Too Big", BoxAnswer::Ok);
+  machine.window().ListView1.dropFiles({machine.makeTrack("big.mp3", 900)});
+  CHECK(machine.window().ListView1.Count() == 0);
+  CHECK(machine.cdr1().DataQueueBlocks() == 900);
+  CHECK(machine.window().Progress1.Text == std::string("0 Blocks of 1,000 Blocks  (0% of CD Used)"));
+  CHECK(machine.mod().LayoutSaved);
+}
+
 }  // namespace trackloom

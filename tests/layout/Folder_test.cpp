@@ -213,4 +213,75 @@ TEST_CASE("A move takes the file out before it puts it back, and asks for its ol
               "CDR1.RemoveDataFile(\\Rock)", "CDR1.RemoveDataFile(\\Rock)"});
 }
 
+TEST_CASE("A folder stays in the queue for any track that is left in it, the first of the listing and the last") {
+  for (const int left : {1, 2, 3}) {
+    FolderMachine machine({"a.mp3", "b.mp3", "c.mp3"});
+    machine.type({1, 2, 3}, "Rock");
+    machine.engines.stage.take();
+    machine.type(left == 1   ? std::vector<int>{2, 3}
+                 : left == 2 ? std::vector<int>{1, 3}
+                             : std::vector<int>{1, 2},
+                 "Jazz");
+    const Lines calls = machine.engines.stage.take();
+    CHECK(std::count(calls.begin(), calls.end(), "CDR1.RemoveDataFile(\\Rock)") == 0);
+  }
+}
+
+TEST_CASE("Tracks that leave two folders take both out of the queue, in the order of their rows") {
+  FolderMachine machine({"a.mp3", "b.mp3", "c.mp3"});
+  machine.type({1}, "Rock");
+  machine.type({2}, "Jazz");
+  machine.engines.stage.take();
+  machine.confirm([](frmFolder& form) {
+    form.ListView1.select({1, 2, 3});
+    CHECK(entriesOf(form.cboFolder) == Lines{"\\Rock", "\\Jazz", "No Folder"});
+    form.cboFolder.choose(2);
+  });
+  const Lines calls = machine.engines.stage.take();
+  REQUIRE(calls.size() == 8);
+  CHECK(calls[6] == "CDR1.RemoveDataFile(\\Rock)");
+  CHECK(calls[7] == "CDR1.RemoveDataFile(\\Jazz)");
+  CHECK(machine.queued() == Lines{"\\a.mp3", "\\b.mp3", "\\c.mp3"});
+}
+
+TEST_CASE(
+    "Nothing typed and nothing chosen makes the empty folder, which lies at the root but is no root to the filters") {
+  FolderMachine machine({"a.mp3", "b.mp3"});
+  machine.confirm([](frmFolder& form) { form.ListView1.select({1}); });
+  CHECK(machine.folders() == Lines{"", "No Folder"});
+  CHECK(machine.queued() == Lines{"\\a.mp3", "\\b.mp3"});
+  machine.confirm([](frmFolder& form) { CHECK(tracksOf(form) == Lines{"b.mp3"}); }, "ShowNoFolder");
+  machine.confirm([](frmFolder& form) {
+    CHECK(tracksOf(form) == Lines{"a.mp3", "b.mp3"});
+    CHECK(entriesOf(form.cboFolder) == Lines{"", "No Folder"});
+  });
+}
+
+TEST_CASE("The name of the folder that gets the focus is selected whole") {
+  FolderMachine machine({"a.mp3"});
+  machine.confirm([](frmFolder& form) {
+    int selected = 0;
+    const Connection watch = form.txtFolder.selectAllRequested.connect([&] { ++selected; });
+    form.txtFolder.focus();
+    CHECK(selected == 1);
+  });
+}
+
+TEST_CASE("A folder of the disc goes into the layout's file, and its sort order into the listing at once") {
+  FolderMachine machine({"a.mp3", "b.mp3"}, 0);
+  machine.mod().Options.SortMode = 1;
+  machine.type({1}, "Z");
+  CHECK(machine.names() == Lines{"b.mp3", "a.mp3"});
+  CHECK(machine.window().ListView1.Sorted());
+  CHECK(machine.window().ListView1.SortKey() == 3);
+}
+
+TEST_CASE("A refusal of the engine goes unnoticed, and the row shows the new folder all the same") {
+  FolderMachine machine({"a.mp3"});
+  machine.engines.stage.data.clear();
+  machine.type({1}, "Rock");
+  CHECK(machine.folders() == Lines{"\\Rock"});
+  CHECK(machine.desk.boxes.empty());
+}
+
 }  // namespace trackloom

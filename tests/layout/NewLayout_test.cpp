@@ -166,4 +166,71 @@ TEST_CASE("A layout that cannot be written ends the process with the error's num
         "Run-time error '76':\r\n\r\nPath not found\r\n\r\nThe open layout was saved as 'Rescued layout 1'.");
 }
 
+TEST_CASE("A new audio layout behind an MP3 layout is in no order but its own, and counts its tracks from 1") {
+  Machine machine;
+  machine.startQuietly();
+  machine.mod().Options.PromptSave = 0;
+  machine.newLayout(AudioLayout);
+  machine.addTrack("x.mp3", 10);
+  machine.newLayout(Mp3Layout);
+  REQUIRE(machine.window().ListView1.Sorted());
+  machine.newLayout(AudioLayout);
+  CHECK(machine.mod().NextTrackNumber == 1);
+  for (const char* name : {"b.mp3", "a.mp3"}) machine.addTrack(name, 10);
+  CHECK(machine.window().ListView1.Item(1).Text == "b.mp3");
+  CHECK(machine.cdr1().audioQueue.at(1).number == 2);
+}
+
+TEST_CASE("A new MP3 layout follows the option of sorting") {
+  for (const auto& [mode, first] :
+       std::vector<std::pair<std::int16_t, std::string>>{{0, "a.mp3"}, {1, "b.mp3"}, {2, "b.mp3"}}) {
+    Machine machine;
+    machine.startQuietly();
+    machine.mod().Options.SortMode = mode;
+    machine.newLayout(Mp3Layout);
+    for (const char* name : {"b.mp3", "a.mp3"}) machine.addTrack(name, 10);
+    CHECK(machine.window().ListView1.Item(1).Text == first);
+    CHECK(machine.window().ListView1.Sorted() == (mode != 2));
+  }
+}
+
+TEST_CASE(
+    "The dialog is hidden while the disc is asked for, and a kind that was clicked last is the one that is taken") {
+  Machine machine;
+  machine.startQuietly();
+  machine.engines.stage.disc.reset();
+  machine.desk.expectForm<frmNewOption>("frmNewOption", [&](frmNewOption& form) {
+    form.optMP3.click();
+    form.optStandard.click();
+    form.optMP3.click();
+    machine.desk.expectBox("No Media", BoxAnswer::Ok);
+    machine.desk.whileBoxIsOpen = [&](const MessageBox&) {
+      CHECK_FALSE(form.visible());
+      machine.engines.stage.disc = fakes::FakeDisc{};
+      CHECK_FALSE(machine.enabled("AddFiles"));
+    };
+    form.cmdOK.click();
+  });
+  machine.click("New");
+  CHECK(machine.mod().LayoutType == Mp3Layout);
+  CHECK(machine.enabled("AddFiles"));
+  CHECK(machine.enabled("mnuToolsErase"));
+}
+
+TEST_CASE("Without its tick the dialog makes no marker, and a second tick leaves the marker empty") {
+  Machine machine;
+  machine.start();
+  machine.desk.expectForm<frmNewOption>("frmNewOption", [](frmNewOption& form) { form.cmdOK.click(); });
+  machine.activate();
+  CHECK_FALSE(machine.folder.has("NoShow.dat"));
+  machine.start();
+  machine.desk.expectForm<frmNewOption>("frmNewOption", [&](frmNewOption& form) {
+    machine.folder.write("NoShow.dat", "made by hand meanwhile");
+    form.chkNoShow.click();
+    form.cmdOK.click();
+  });
+  machine.activate();
+  CHECK(machine.folder.read("NoShow.dat").empty());
+}
+
 }  // namespace trackloom

@@ -352,4 +352,114 @@ TEST_CASE("What is saved opens as it was, byte for byte the same when it is save
   CHECK(machine.folder.read("Layouts/mix.mixl") == saved);
 }
 
+TEST_CASE("An opened audio layout keeps the order of its file and counts from 1, whatever layout stood before it") {
+  OpeningMachine machine;
+  const std::string b = machine.makeTrack("b.mp3", 10);
+  const std::string a = machine.makeTrack("a.mp3", 10);
+  machine.newLayout(Mp3Layout);
+  REQUIRE(machine.list().Sorted());
+  machine.mod().NextTrackNumber = 7;
+  machine.layoutFile("mix", {"\"Audio\"", "2", "\"x\"", machine.quoted(b), machine.quoted(a)});
+  machine.open("mix");
+  CHECK(machine.rows() == Lines{"b.mp3", "a.mp3"});
+  CHECK_FALSE(machine.list().Sorted());
+  CHECK(machine.cdr1().audioQueue.at(0).number == 1);
+  CHECK(machine.mod().NextTrackNumber == 3);
+}
+
+TEST_CASE("An opened MP3 layout is sorted by the option, and its tracks take their places as they come") {
+  for (const auto& [mode, rows] : std::vector<std::pair<std::int16_t, Lines>>{
+           {0, {"a.mp3", "b.mp3"}}, {1, {"b.mp3", "a.mp3"}}, {2, {"b.mp3", "a.mp3"}}}) {
+    OpeningMachine machine;
+    machine.mod().Options.SortMode = mode;
+    const std::string b = machine.makeTrack("b.mp3", 10);
+    const std::string a = machine.makeTrack("a.mp3", 10);
+    machine.layoutFile("mix", {"\"MP3\"", "2", "\"x\"", machine.quoted(b), "\"\\A\"", machine.quoted(a), "\"\\B\""});
+    machine.open("mix");
+    CHECK(machine.rows() == rows);
+    CHECK(machine.list().SelectedRow() == 1);
+  }
+}
+
+TEST_CASE("A layout of one track opens with that track selected, its time, its totals and its commands") {
+  OpeningMachine machine;
+  machine.layoutFile("mix", {"\"Audio\"", "1", "\"x\"", machine.quoted(machine.makeTrack("a.mp3", 4350))});
+  machine.open("mix");
+  CHECK(machine.list().SelectedRow() == 1);
+  CHECK(rowOf(machine.list(), 1) == Lines{"a.mp3", machine.folder / "music/", "00:58:00"});
+  CHECK(machine.window().panel3.Text == std::string("Layout Time:  01:00:00 - Disc Time:  79:57:74 "));
+  CHECK(machine.window().Progress1.Text == std::string("4,500 Blocks of 359,849 Blocks  (1% of CD Used)"));
+  CHECK(machine.enabled("Record"));
+}
+
+TEST_CASE("Window events run behind each line of a layout file that is there, also behind a refused one") {
+  OpeningMachine machine;
+  machine.folder.write("music/text.mp3", "no music");
+  const std::string a = machine.makeTrack("a.mp3", 10);
+  machine.layoutFile("mix", {"\"Audio\"", "3", "\"x\"", machine.quoted(machine.folder / "music/text.mp3"),
+                             "\"/gone.mp3\"", machine.quoted(a)});
+  machine.pump.pumped = 0;
+  machine.open("mix", [&] {
+    machine.desk.expectBox("Invalid Audio File", BoxAnswer::Ok);
+    machine.expectMissing({"/gone.mp3"});
+  });
+  CHECK(machine.pump.pumped == 2);
+}
+
+TEST_CASE("What a layout's tracks missed is told anew for each layout") {
+  OpeningMachine machine;
+  machine.layoutFile("one", {"\"Audio\"", "1", "\"x\"", "\"/gone/1.mp3\""});
+  machine.layoutFile("two", {"\"Audio\"", "1", "\"x\"", "\"/gone/2.mp3\""});
+  machine.open("one", [&] { machine.expectMissing({"/gone/1.mp3"}); });
+  machine.open("two", [&] { machine.expectMissing({"/gone/2.mp3"}); });
+  CHECK(machine.desk.finished());
+}
+
+TEST_CASE("A data file that the queue refuses is told, and the rest of the MP3 layout is read on") {
+  OpeningMachine machine;
+  machine.folder.write("music/odd.mp3", "no room for it");
+  const std::string a = machine.makeTrack("a.mp3", 10);
+  machine.layoutFile("mix", {"\"MP3\"", "2", "\"x\"", machine.quoted(machine.folder / "music/odd.mp3"), "\"\\Rock\"",
+                             machine.quoted(a), "\"No Folder\""});
+  machine.open("mix", [&] { machine.desk.expectBox("Unable to Add File", BoxAnswer::Ok); });
+  CHECK(machine.rows() == Lines{"a.mp3"});
+}
+
+TEST_CASE("Open and Delete take the selected layout, and OK on no selected one does nothing") {
+  OpeningMachine machine;
+  for (const char* name : {"a", "b", "c"}) machine.layoutFile(name, {"\"Audio\"", "0", "\"x\""});
+  machine.desk.expectForm<frmOpenLayout>("frmOpenLayout", [&](frmOpenLayout& form) {
+    form.ListView1.SelectRow(2);
+    machine.desk.expectBox("Delete", BoxAnswer::Ok);
+    form.cmdDelete.click();
+    CHECK(machine.folder.has("Layouts/a.mixl"));
+    CHECK_FALSE(machine.folder.has("Layouts/b.mixl"));
+    CHECK(form.ListView1.SelectedRow() == 1);
+    form.ListView1.SelectRow(0);
+    machine.engines.stage.take();
+    form.cmdOK.click();
+    CHECK_FALSE(form.closed());
+    CHECK(machine.engines.stage.take().empty());
+    form.ListView1.SelectRow(2);
+    form.cmdOK.click();
+    CHECK(form.closed());
+  });
+  machine.click("Open");
+  CHECK(machine.mod().LayoutFileName == "c.mixl");
+}
+
+TEST_CASE("A deletion without a selected layout is told like one that fails") {
+  OpeningMachine machine;
+  machine.layoutFile("a", {"\"Audio\"", "0", "\"x\""});
+  machine.desk.expectForm<frmOpenLayout>("frmOpenLayout", [&](frmOpenLayout& form) {
+    form.ListView1.SelectRow(0);
+    machine.desk.expectBox("Delete", BoxAnswer::Ok);
+    machine.desk.expectBox("Error", BoxAnswer::Ok);
+    form.cmdDelete.click();
+    form.cmdCancel.click();
+  });
+  machine.click("Open");
+  CHECK(machine.folder.has("Layouts/a.mixl"));
+}
+
 }  // namespace trackloom

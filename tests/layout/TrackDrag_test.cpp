@@ -179,4 +179,101 @@ TEST_CASE("A second drag begins anew where the first one ended") {
   CHECK(machine.order() == "CDAB");
 }
 
+TEST_CASE(
+    "Every row is red while it is dragged over another, the first and the last too, and red no more after the drop") {
+  for (const auto& [from, to] : std::vector<std::pair<int, int>>{{1, 3}, {4, 2}, {2, 1}}) {
+    DragMachine machine("ABCD");
+    machine.begin(from);
+    CHECK(machine.list().Item(from).ForeColor == WindowTextColour);
+    machine.list().dragOver(DragMachine::middleOf(to));
+    CHECK(machine.list().Item(from).ForeColor == Red);
+    machine.list().drop(DragMachine::middleOf(to));
+    for (int row = 1; row <= 4; ++row) CHECK(machine.list().Item(row).ForeColor == WindowTextColour);
+  }
+}
+
+TEST_CASE("The height of the head is 45, and a row begins at each 245") {
+  const auto draggedAt = [](double y) {
+    DragMachine machine("ABCD");
+    machine.list().press(MouseButton::Left);
+    machine.list().dragOver(y);
+    return machine.window().DragRow;
+  };
+  CHECK(draggedAt(45 + 245 * 2 - 1) == 1);
+  CHECK(draggedAt(45 + 245 * 2) == 2);
+  CHECK(draggedAt(45 + 245 * 3 - 1) == 2);
+  CHECK(draggedAt(45 + 245 * 3) == 3);
+}
+
+TEST_CASE("A drop at the height of the rows that remain is in the last of them, one below it is behind all") {
+  for (const auto& [y, order] :
+       std::vector<std::pair<double, std::string>>{{245.0 * 3, "ABCD"}, {245.0 * 3 + 1, "BACD"}}) {
+    DragMachine machine("ABCD");
+    machine.begin(1);
+    machine.list().dragOver(DragMachine::middleOf(2));
+    machine.list().drop(y);
+    CHECK(machine.order() == order);
+  }
+}
+
+TEST_CASE("A drop far below the row that was hovered last moves the target by one") {
+  DragMachine machine("ABCD");
+  machine.begin(3);
+  machine.list().dragOver(DragMachine::middleOf(2));
+  machine.list().drop(DragMachine::middleOf(9));
+  // The hovered row becomes the third, which is no longer above the dragged one.
+  CHECK(machine.order() == "ACBD");
+  CHECK(machine.list().SelectedRow() == 2);
+}
+
+TEST_CASE("A listing of one row can be dragged, and stays as it is") {
+  DragMachine machine("A");
+  machine.list().press(MouseButton::Left);
+  CHECK(machine.list().dragging());
+  machine.list().dragOver(DragMachine::middleOf(1));
+  CHECK(machine.window().DragRow == 1);
+  CHECK(machine.list().SelectedRow() == 1);
+  machine.list().drop(DragMachine::middleOf(1));
+  CHECK(machine.order() == "A");
+  CHECK_FALSE(machine.list().dragging());
+}
+
+TEST_CASE("Only the left button begins a drag") {
+  for (const MouseButton button : {MouseButton::Middle, MouseButton::Right}) {
+    DragMachine machine("AB");
+    machine.list().press(button);
+    CHECK_FALSE(machine.list().dragging());
+  }
+}
+
+TEST_CASE("The rows near the top scroll the listing at the first hover too, by the height without the head") {
+  DragMachine machine("ABCDEFGH", AudioLayout, 5);
+  machine.list().press(MouseButton::Left);
+  machine.list().dragOver(315 + 44);
+  CHECK(machine.scrolls == std::vector<std::pair<int, int>>{{0, -10}});
+}
+
+TEST_CASE("A row under the pointer that has gone ends the move without an error") {
+  DragMachine machine("ABCD");
+  machine.begin(1);
+  machine.list().dragOver(DragMachine::middleOf(4));
+  machine.list().Remove(4);
+  machine.list().Remove(3);
+  machine.list().drop(DragMachine::middleOf(4));
+  CHECK(machine.order() == "AB");
+  CHECK(machine.window().DragRow == 0);
+  CHECK(machine.window().HoverRow == 0);
+}
+
+TEST_CASE("A layout that becomes an MP3 layout in the middle of a drag is neither hovered nor dropped on") {
+  DragMachine machine("ABCD");
+  machine.begin(2);
+  machine.mod().LayoutType = Mp3Layout;
+  machine.list().dragOver(DragMachine::middleOf(4));
+  CHECK(machine.window().HoverRow == 2);
+  machine.list().drop(DragMachine::middleOf(4));
+  CHECK(machine.order() == "ABCD");
+  CHECK(machine.window().DragRow == 2);
+}
+
 }  // namespace trackloom

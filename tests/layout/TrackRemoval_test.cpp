@@ -117,4 +117,51 @@ TEST_CASE(
   CHECK_FALSE(machine.mod().LayoutSaved);
 }
 
+TEST_CASE("A disc folder stays while any other track is in it, before or behind the removed one") {
+  for (const int removed : {1, 2, 3}) {
+    LayoutMachine machine(Mp3Layout);
+    for (const char* name : {"a.mp3", "b.mp3", "c.mp3"}) machine.addTrack(name, 10);
+    const int other = removed == 2 ? 1 : 4 - removed;
+    putInto(machine, removed, "\\Rock");
+    putInto(machine, other, "\\Rock");
+    const std::string name = machine.window().ListView1.Item(removed).Text;
+    remove(machine, removed);
+    CHECK(machine.engines.stage.take() == Lines{"CDR1.RemoveDataFile(\\Rock\\" + name + ")", "CDR1.MediaLoaded"});
+  }
+}
+
+TEST_CASE("Disc folders that differ in case are two folders") {
+  LayoutMachine machine(Mp3Layout);
+  for (const char* name : {"a.mp3", "b.mp3"}) machine.addTrack(name, 10);
+  putInto(machine, 1, "\\Rock");
+  putInto(machine, 2, "\\rock");
+  remove(machine, 1);
+  CHECK(machine.engines.stage.take() ==
+        Lines{"CDR1.RemoveDataFile(\\Rock\\a.mp3)", "CDR1.RemoveDataFile(\\Rock)", "CDR1.MediaLoaded"});
+}
+
+TEST_CASE("A removed track keeps the tags and places of the others, and the next number of the queue") {
+  LayoutMachine machine(AudioLayout);
+  for (const char* name : {"a.mp3", "b.mp3", "c.mp3"}) machine.addTrack(name, 10);
+  remove(machine, 1);
+  CHECK(machine.engines.stage.take() == Lines{"CDR1.ListAudioTracks", "CDR1.RemoveAudioTrack(1)", "CDR1.MediaLoaded"});
+  CHECK(machine.window().ListView1.Item(1).Tag == 3);
+  CHECK(machine.window().ListView1.Item(2).Tag == 4);
+  CHECK(machine.mod().NextTrackNumber == 4);
+}
+
+TEST_CASE("A step of the removal that fails is skipped, and the row goes all the same") {
+  LayoutMachine audio(AudioLayout);
+  audio.addTrack("a.mp3", 10);
+  audio.engines.stage.broken = {"CDR1.ListAudioTracks"};
+  remove(audio, 1);
+  CHECK(names(audio).empty());
+  CHECK_FALSE(audio.mod().LayoutSaved);
+  LayoutMachine mp3(Mp3Layout);
+  mp3.addTrack("a.mp3", 10);
+  mp3.engines.stage.broken = {"CDR1.RemoveDataFile(\\a.mp3)", "CDR1.RemoveDataFile(No Folder)"};
+  remove(mp3, 1);
+  CHECK(names(mp3).empty());
+}
+
 }  // namespace trackloom

@@ -128,6 +128,13 @@ TEST_CASE("A percentage halfway goes to the even neighbour") {
   CHECK(layout.meter() == "375 Blocks of 1,000 Blocks  (38% of CD Used)");
 }
 
+TEST_CASE("A single block is counted, by the same words as many") {
+  Layout layout(AudioLayout, 1000);
+  layout.queue(1);
+  CHECK(layout.meter() == "1 Blocks of 1,000 Blocks  (0% of CD Used)");
+  CHECK(layout.totals() == "Layout Time:  00:00:01 - Disc Time:  00:13:25 ");
+}
+
 TEST_CASE("Without a layout the totals stay blank") {
   Layout layout(AudioLayout);
   layout.click("mnuFileClose");

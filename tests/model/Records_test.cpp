@@ -3,6 +3,7 @@
 #include "fakes/LayoutMachine.h"
 #include "model/DockState.h"
 #include "model/MainBars.h"
+#include "model/OptionsFile.h"
 #include "model/OptionsRecord.h"
 #include "model/QueueNumber.h"
 #include "model/TrackRow.h"
@@ -195,6 +196,43 @@ TEST_CASE("The number of a queued track is noted for the selected row's file alo
   CHECK(layout.window().QueueIndexOfSelection == 42);
   noteListedTrack(layout.session(), first, 9);
   CHECK(layout.window().QueueIndexOfSelection == 9);
+}
+
+TEST_CASE("The main window that nobody has touched is at rest") {
+  fakes::Machine machine;
+  machine.start();
+  CDWriterEvents nobody;
+  const ListingWindow window(machine.desk, machine.session().ports, nobody);
+  CHECK_FALSE(window.Loading);
+  CHECK_FALSE(window.ClosingDuplicate);
+  CHECK(window.DragRow == 0);
+  CHECK(window.HoverRow == 0);
+  CHECK(window.QueueIndexOfSelection == 0);
+  CHECK(window.TotalTracks == 0);
+  CHECK(window.TrackBlocks == 0);
+  const Trackloom50Mod1 mod;
+  CHECK_FALSE(mod.DriveOpen);
+  CHECK(mod.CurrentDrive == 0);
+  CHECK_FALSE(mod.LayoutOpen);
+  CHECK(mod.Options.PromptSave == 0);
+}
+
+TEST_CASE(
+    "A start without a file of options makes one of the defaults and maximises the window, one with a file does not") {
+  fakes::Machine machine;
+  machine.startQuietly();
+  const auto stateAfterLoad = [&] {
+    machine.window().placement = Placement{WindowState::Normal, 1, 2, 3, 4};
+    LoadOptions(machine.session());
+    return machine.window().placement.get();
+  };
+  machine.folder.write("Options.dat", "");
+  CHECK(stateAfterLoad() == Placement{WindowState::Normal, 1, 2, 3, 4});
+  CHECK(machine.mod().Options == OptionsRecord{});
+  std::filesystem::remove(machine.folder / "Options.dat");
+  CHECK(stateAfterLoad() == Placement{WindowState::Maximized, 1, 2, 3, 4});
+  CHECK(machine.mod().Options == OptionsRecord::defaults());
+  CHECK(machine.folder.read("Options.dat") == OptionsRecord::defaults().encode());
 }
 
 TEST_CASE("Before anything has happened the window and the shared state are at rest") {
