@@ -16,6 +16,7 @@
 #include "engines/writer/DiscWriters.h"
 #include "ports/CDWriterEvents.h"
 #include "ports/EventQueue.h"
+#include "ports/Patience.h"
 
 namespace trackloom::bench {
 
@@ -37,7 +38,7 @@ inline void run(const std::string& command) {
 }
 
 /// Runs events on the thread that waits for the end of the write.
-class Loop : public EventQueue, public CDWriterEvents {
+class Loop : public EventQueue, public Patience, public CDWriterEvents {
  public:
   void post(std::function<void()> event) override {
     const std::lock_guard lock(mutex_);
@@ -53,6 +54,9 @@ class Loop : public EventQueue, public CDWriterEvents {
       lock.unlock();
       event();
     }
+  }
+  void until(const Wait& wait) override {
+    while (!wait(std::chrono::hours(1))) continue;
   }
   void OnOperationComplete() override { ended_ = true; }
   void OnWriteError(std::int32_t code, std::int32_t number) override {
@@ -86,7 +90,7 @@ class Workplace {
   void writeDisc(const std::function<void(CDWriterXP&)>& queue) const {
     Loop loop;
     engines::writer::DiscWriters writers(engines::virtualrecorder::findVirtualRecorders(HostPath(folder_)),
-                                         std::make_shared<engines::audio::AudioFiles>(), loop,
+                                         std::make_shared<engines::audio::AudioFiles>(), loop, loop,
                                          {150, HostPath(folder_ + "/scratch")});
     const auto writer = writers.create(loop);
     writer->SelectDrive(0);

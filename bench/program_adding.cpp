@@ -58,8 +58,9 @@ double addingTime(const std::vector<std::string>& files) {
   fakes::FakeHelp help;
   fakes::FakeCommonControls commonControls;
   NoEvents events;
+  fakes::FakePatience patience;
   engines::writer::DiscWriters writers({std::make_shared<engines::writer::FakeRecorder>()},
-                                       std::make_shared<engines::audio::AudioFiles>(), events, {});
+                                       std::make_shared<engines::audio::AudioFiles>(), events, patience, {});
   Program program(desk, {desk, fileDialogs, pump, process, writers, opener, help, commonControls, Separators{}});
   program.start();
   program.forms().shell.frmOpen->Timer1.tick();

@@ -33,6 +33,7 @@ constexpr const char* ScratchFolder = "/var/tmp";
   QtDesk desk;
   QtEventPump pump;
   QtEventQueue events(desk);
+  QtPatience patience(desk);
   QtMessageBoxes boxes(desk);
   QtFileDialogs files(desk);
   FolderLister folders(events);
@@ -52,7 +53,7 @@ constexpr const char* ScratchFolder = "/var/tmp";
     engines::saveKnownDrives(programFolder, drives);
   };
   engines::writer::DiscWriters writers(engines::inKnownOrder(drives, present),
-                                       std::make_shared<engines::audio::AudioFiles>(), events,
+                                       std::make_shared<engines::audio::AudioFiles>(), events, patience,
                                        {settings.pause, HostPath(ScratchFolder)});
   desk.setFailureDetail(writers.failureDetail());
   Program program(desk,

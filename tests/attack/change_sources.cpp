@@ -16,6 +16,7 @@
 #include "engines/virtual/VirtualRecorders.h"
 #include "engines/writer/DiscWriters.h"
 #include "fakes/FakeEventQueue.h"
+#include "fakes/FakePatience.h"
 #include "fakes/TempFolder.h"
 #include "fakes/TestFiles.h"
 #include "fakes/WriterTranscript.h"
@@ -90,7 +91,7 @@ class Attack {
   Attack() {
     virtualrecorder::createVirtualRecorder(folder_.host("Virtual Recorder"));
     writers_ = std::make_unique<writer::DiscWriters>(virtualrecorder::findVirtualRecorders(HostPath(folder_.path())),
-                                                     std::make_shared<audio::AudioFiles>(), queue_,
+                                                     std::make_shared<audio::AudioFiles>(), queue_, patience_,
                                                      writer::WriterSettings{150, folder_.host("scratch")});
     writer_ = writers_->create(heard_);
     if (!writer_->SelectDrive(0)) std::exit(2);
@@ -147,6 +148,7 @@ class Attack {
 
   fakes::TempFolder folder_;
   fakes::FakeEventQueue queue_;
+  fakes::FakePatience patience_;
   fakes::WriterTranscript heard_;
   std::unique_ptr<writer::DiscWriters> writers_;
   std::unique_ptr<CDWriterXP> writer_;

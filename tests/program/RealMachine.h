@@ -9,6 +9,7 @@
 #include "engines/virtual/VirtualRecorders.h"
 #include "engines/writer/DiscWriters.h"
 #include "fakes/FakeEventQueue.h"
+#include "fakes/FakePatience.h"
 #include "fakes/Machine.h"
 #include "fakes/TempFolder.h"
 #include "fakes/TestFiles.h"
@@ -82,12 +83,13 @@ class RealMachine : public fakes::Machine {
   }
 
   fakes::FakeEventQueue events;
+  fakes::FakePatience patience;
 
  protected:
   WriterEngines& writers() override {
     writers_ = std::make_unique<engines::writer::DiscWriters>(
         engines::virtualrecorder::findVirtualRecorders(HostPath(folder.path())),
-        std::make_shared<engines::audio::AudioFiles>(), events,
+        std::make_shared<engines::audio::AudioFiles>(), events, patience,
         engines::writer::WriterSettings{150, HostPath(folder / "scratch")});
     return *writers_;
   }

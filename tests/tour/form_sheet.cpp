@@ -111,6 +111,7 @@ bool makeSheet(const QString& file) {
   QtDesk desk;
   QtEventPump pump;
   QtEventQueue events(desk);
+  QtPatience patience(desk);
   QtMessageBoxes boxes(desk);
   QtFileDialogs files(desk);
   fakes::FakeFolderListing folders;
@@ -118,7 +119,8 @@ bool makeSheet(const QString& file) {
   Nobody nobody;
   NoCommonControls commonControls;
   engines::writer::DiscWriters writers(engines::virtualrecorder::findVirtualRecorders(HostPath(home)),
-                                       std::make_shared<engines::audio::AudioFiles>(), events, {0, HostPath(home)});
+                                       std::make_shared<engines::audio::AudioFiles>(), events, patience,
+                                       {0, HostPath(home)});
   Program program(desk, {boxes, files, folders, pump, process, writers, nobody, nobody, commonControls, Separators{}});
   program.start();
   program.forms().shell.frmOpen->Timer1.tick();

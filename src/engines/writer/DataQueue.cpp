@@ -9,15 +9,6 @@ namespace {
 /// Far beyond the 8 levels of ISO 9660 (6.8.2.1) and still shallow enough for readers that walk a tree by recursion.
 constexpr std::size_t deepestLevel = 255;
 
-/// Opens it, since only that tells whether it can be read. Nothing: it can't.
-std::shared_ptr<Source> readableSource(const HostPath& path) {
-  try {
-    return std::make_shared<Source>(path, SourceFile(path).note());
-  } catch (const EngineError&) {
-    return nullptr;
-  }
-}
-
 std::int64_t blocksOf(const Source& source) {
   const auto sector = static_cast<std::int64_t>(dataSectorBytes);
   return source.note().size / sector + (source.note().size % sector != 0 ? 1 : 0);
@@ -42,14 +33,21 @@ std::string discName(const std::string& discPath) {
   return discPath.substr(discPath.rfind(DiscSep) + 1);
 }
 
+std::shared_ptr<Source> readableSource(const HostPath& path) {
+  try {
+    return std::make_shared<Source>(path, SourceFile(path).note());
+  } catch (const EngineError&) {
+    return nullptr;
+  }
+}
+
 void DataQueue::clear() {
   items_.clear();
   files_ = 0;
   blocks_ = 0;
 }
 
-bool DataQueue::add(const DiscPath& disc, const HostPath& path) {
-  const auto source = readableSource(path);
+bool DataQueue::add(const DiscPath& disc, const std::shared_ptr<Source>& source) {
   if (!source || levelsOf(disc.text) > deepestLevel) return false;
   const auto found = items_.find(disc.text);
   if (found != items_.end()) {

@@ -24,14 +24,17 @@ std::string discFolder(const std::string& discPath);
 /// What stands behind the last separator.
 std::string discName(const std::string& discPath);
 
+/// A file noted as it is now. Null: no regular file that can be opened for reading, which only opening it tells.
+std::shared_ptr<Source> readableSource(const HostPath& path);
+
 /// The tree of a data disc. An entry is known by the exact bytes of its disc path; the folders on the way to a file are
 /// entries of their own, which only their own removal takes away.
 class DataQueue {
  public:
   void clear();
-  /// The source of an equal path is replaced, and noted as it is now. False: the source is no regular file that can be
-  /// opened for reading, or the path runs through a file, ends on a folder, or nests deeper than any reader follows.
-  bool add(const DiscPath& disc, const HostPath& path);
+  /// The source of an equal path is replaced. False: there is no source, or the path runs through a file, ends on a
+  /// folder, or nests deeper than any reader follows.
+  bool add(const DiscPath& disc, const std::shared_ptr<Source>& source);
   /// Removes the file, or the folder if nothing lies in it; False: there is no such thing.
   bool remove(const DiscPath& disc);
 

@@ -1,13 +1,17 @@
 #include "engines/writer/DiscWriter.h"
 
 #include <algorithm>
+#include <chrono>
 #include <limits>
 #include <system_error>
+#include <thread>
 #include <utility>
 
 #include "engines/disc/Sense.h"
 #include "engines/ground/Blocks.h"
+#include "engines/writer/EventsInCall.h"
 #include "engines/writer/ImageFile.h"
+#include "engines/writer/LetGo.h"
 #include "engines/writer/PhaseEvents.h"
 #include "engines/writer/Sources.h"
 
@@ -22,9 +26,13 @@ DiscWriter::~DiscWriter() {
   DiscWriter::AbortWrite();
 }
 
-Recorder* DiscWriter::recorderAt(std::int16_t drive) const {
+std::shared_ptr<Recorder> DiscWriter::recorderAt(std::int16_t drive) const {
   const auto place = static_cast<std::size_t>(drive);
-  return drive >= 0 && place < parts_->recorders.size() ? parts_->recorders[place].get() : nullptr;
+  return drive >= 0 && place < parts_->recorders.size() ? parts_->recorders[place] : nullptr;
+}
+
+DriveSnapshot DiscWriter::look(const std::shared_ptr<Recorder>& drive) const {
+  return drive ? *aside()([drive] { return drive->look(); }) : DriveSnapshot();
 }
 
 std::int16_t DiscWriter::DriveCount() {
@@ -38,41 +46,32 @@ std::string DiscWriter::DriveLetter(std::int16_t drive) {
   return {drive < lettersFromD ? static_cast<char>('D' + drive) : '?'};
 }
 
-DriveIdentity DiscWriter::identityOf(std::int16_t drive) const {
-  Recorder* recorder = recorderAt(drive);
-  return recorder == nullptr ? DriveIdentity() : recorder->look()->identity;
-}
-
 std::string DiscWriter::DriveVendor(std::int16_t drive) {
-  return identityOf(drive).vendor;
+  return look(recorderAt(drive)).identity.vendor;
 }
 
 std::string DiscWriter::DriveProduct(std::int16_t drive) {
-  return identityOf(drive).product;
+  return look(recorderAt(drive)).identity.product;
 }
 
 bool DiscWriter::SelectDrive(std::int16_t drive) {
   drive_.reset();
-  Recorder* recorder = recorderAt(drive);
-  if (recorder == nullptr || !recorder->take()) return false;
-  drive_ = parts_->recorders[static_cast<std::size_t>(drive)];
+  const auto recorder = recorderAt(drive);
+  if (!recorder || !aside()([recorder] { return recorder->take(); })) return false;
+  drive_ = recorder;
   return true;
 }
 
 bool DiscWriter::HasWriteGuard() {
-  return drive_ && drive_->look()->identity.hasWriteGuard;
+  return look(drive_).identity.hasWriteGuard;
 }
 
 void DiscWriter::EnableWriteGuard(bool on) {
-  if (drive_) drive_->enableWriteGuard(on);
+  if (drive_) aside()([drive = drive_, on] { drive->enableWriteGuard(on); });
 }
 
 std::int16_t DiscWriter::MaxWriteSpeed() {
-  return drive_ ? drive_->look()->identity.maxWriteSpeed : std::int16_t{0};
-}
-
-std::optional<DiscState> DiscWriter::disc() const {
-  return drive_ ? drive_->look()->disc : std::nullopt;
+  return look(drive_).identity.maxWriteSpeed;
 }
 
 std::int32_t DiscWriter::DiscStatus() {
@@ -92,7 +91,7 @@ std::int32_t DiscWriter::FreeBlocks(std::int32_t kind) {
 bool DiscWriter::EjectDisc() {
   try {
     requireIdleDrive();
-    drive_->eject();
+    aside()([drive = drive_] { drive->eject(); });
     return true;
   } catch (const EngineError& error) {
     return refused(error);
@@ -113,17 +112,18 @@ void DiscWriter::ClearAudioQueue() {
 }
 
 bool DiscWriter::AddAudioTrack(const HostPath& path, std::int16_t number) {
-  const auto found = parts_->audioFiles->find(path);
+  const auto found = aside()([files = parts_->audioFiles, path] { return files->find(path); });
   if (found)
     audioQueue_.add({found->source, number, found->blocks});
   else if (!refusedTrack_)
-    refusedTrack_ = unusable(path, noAudio);
+    refusedTrack_ = aside()([path] { return unusable(path, noAudio); });
   return found.has_value();
 }
 
 bool DiscWriter::AddDataFile(const DiscPath& disc, const HostPath& source) {
-  const bool added = dataQueue_.add(disc, source);
-  if (!added && !refusedFile_) refusedFile_ = unusable(source, "cannot be put onto the disc as " + disc.text);
+  const bool added = dataQueue_.add(disc, aside()([source] { return readableSource(source); }));
+  if (!added && !refusedFile_)
+    refusedFile_ = aside()([source, disc] { return unusable(source, "cannot be put onto the disc as " + disc.text); });
   return added;
 }
 
@@ -227,7 +227,7 @@ void DiscWriter::StartWrite() {
 
 void DiscWriter::AbortWrite() {
   if (operation_) operation_->silence();
-  if (job_) job_->cancel();
+  if (job_) job_->cancel(parts_->patience);
 }
 
 bool DiscWriter::WriteIsoImage(const HostPath& image) {
@@ -240,9 +240,14 @@ bool DiscWriter::WriteIsoImage(const HostPath& image) {
 bool DiscWriter::CreateIsoImage(const HostPath& image) {
   CDWriterEvents& listener = listener_;
   words_->last->forget();
-  const Outcome outcome =
-      outcomeOf([&] { writeImageFile(image, dataQueue_.entries(), settings_.volumeLabel, listener); });
-  const auto* error = std::get_if<EngineError>(&outcome);
+  const auto events = std::make_shared<EventsInCall>();
+  const LetGo letGo;
+  std::thread([events, image, entries = dataQueue_.entries(), label = settings_.volumeLabel,
+               stop = letGo.source.get_token()] {
+    events->end(outcomeOf([&] { writeImageFile(image, entries, label, *events, stop); }));
+  }).detach();
+  parts_->patience.until([&](std::chrono::milliseconds atMost) { return events->tell(listener, atMost); });
+  const auto* error = std::get_if<EngineError>(&events->outcome());
   if (error == nullptr) return true;
   words_->last->remember(error->words());
   listener.OnWriteError(FileError, 0);

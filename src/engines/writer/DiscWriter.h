@@ -5,31 +5,16 @@
 #include <optional>
 #include <string>
 
-#include "engines/audio/AudioFiles.h"
 #include "engines/disc/Recorder.h"
 #include "engines/writer/AudioQueue.h"
 #include "engines/writer/Burn.h"
 #include "engines/writer/DataQueue.h"
 #include "engines/writer/Job.h"
 #include "engines/writer/OperationEvents.h"
+#include "engines/writer/WriterParts.h"
 #include "ports/CDWriterXP.h"
 
 namespace trackloom::engines::writer {
-
-/// What all instances of the writer engine share.
-struct WriterParts {
-  RecorderList recorders;
-  std::shared_ptr<audio::AudioFiles> audioFiles;
-  /// The sound of these files as the tracks of a disc.
-  std::function<SourceOpener(std::vector<std::shared_ptr<Source>>)> audioSource;
-  /// Outlives every instance.
-  EventQueue& events;
-  /// Silent blocks between audio tracks.
-  std::int32_t pause = standardPause;
-  /// Where the caches of tracks lie.
-  HostPath scratchFolder;
-  std::shared_ptr<LastFailure> lastFailure = std::make_shared<LastFailure>();
-};
 
 /// What an instance of the engine keeps until it is told otherwise.
 struct WriteSettings {
@@ -48,6 +33,7 @@ struct WriteSettings {
 
 /// The writer engine over the recorder interface. All of its state belongs to the UI thread; an operation gets copies,
 /// runs on its own threads, and speaks through the event queue alone. A second operation while one runs is not begun.
+/// What a file or a drive may keep waiting is done aside, while the UI thread waits with patience.
 ///
 /// Whole or not at all: a file that was refused since its queue was begun anew (ClearAudioQueue, ImportLastSession)
 /// keeps every write of that queue from the disc.
@@ -118,9 +104,12 @@ class DiscWriter final : public CDWriterXP {
   std::string LastDeviceErrorText() override { return words_->deviceError; }
 
  private:
-  Recorder* recorderAt(std::int16_t drive) const;
-  DriveIdentity identityOf(std::int16_t drive) const;
-  std::optional<DiscState> disc() const;
+  /// Null: there is no such drive.
+  std::shared_ptr<Recorder> recorderAt(std::int16_t drive) const;
+  /// What the drive tells now; of no drive nothing.
+  DriveSnapshot look(const std::shared_ptr<Recorder>& drive) const;
+  std::optional<DiscState> disc() const { return look(drive_).disc; }
+  Aside& aside() const { return *parts_->aside; }
   bool busy() const { return operation_ && !operation_->ended(); }
   std::shared_ptr<OperationEvents> newOperation(DeviceWords deviceWords);
   WriteRequest requestOfQueue() const;

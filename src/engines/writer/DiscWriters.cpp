@@ -8,13 +8,13 @@
 namespace trackloom::engines::writer {
 
 DiscWriters::DiscWriters(RecorderList recorders, std::shared_ptr<audio::AudioFiles> audioFiles, EventQueue& events,
-                         WriterSettings settings)
+                         Patience& patience, WriterSettings settings)
     : parts_(std::make_shared<const WriterParts>(WriterParts{std::move(recorders), audioFiles,
                                                              [audioFiles](std::vector<std::shared_ptr<Source>> tracks) {
                                                                return audioSource(audioFiles, std::move(tracks));
                                                              },
-                                                             events, settings.pause,
-                                                             std::move(settings.scratchFolder)})) {}
+                                                             events, settings.pause, std::move(settings.scratchFolder),
+                                                             patience})) {}
 
 const FailureDetail& DiscWriters::failureDetail() const {
   return *parts_->lastFailure;

@@ -8,6 +8,7 @@
 #include "ports/CDWriterXP.h"
 #include "ports/EventQueue.h"
 #include "ports/FailureDetail.h"
+#include "ports/Patience.h"
 
 namespace trackloom::engines::writer {
 
@@ -23,9 +24,9 @@ struct WriterSettings {
 /// Makes writer engines that share the machine's recorders and what was learned of its audio files.
 class DiscWriters final : public WriterEngines {
  public:
-  /// `events` must outlive every instance.
+  /// `events` and `patience` must outlive every instance.
   DiscWriters(RecorderList recorders, std::shared_ptr<audio::AudioFiles> audioFiles, EventQueue& events,
-              WriterSettings settings);
+              Patience& patience, WriterSettings settings);
 
   std::unique_ptr<CDWriterXP> create(CDWriterEvents& listener) override;
   /// What the last failure of any instance was about.

@@ -59,7 +59,7 @@ class Target {
 /// Tells of the files that went into the image since the last time.
 class Report {
  public:
-  Report(const DataImage& image, CDWriterEvents& listener) : image_(image), listener_(listener) {}
+  Report(const DataImage& image, EventsInCall& events) : image_(image), events_(events) {}
 
   void upTo(std::size_t file, std::int64_t bytes) {
     for (; told_ < file; ++told_) {
@@ -83,18 +83,20 @@ class Report {
     position_ = 0;
     const auto number = static_cast<std::int64_t>(told_) + 1;
     constexpr std::int64_t mostShort = std::numeric_limits<std::int16_t>::max();
-    listener_.OnImageTrackStart(saturated(number));
-    listener_.OnTrackCacheStart(static_cast<std::int16_t>(std::min(number, mostShort)), blocksOf(told_));
+    const auto track = static_cast<std::int16_t>(std::min(number, mostShort));
+    events_.raise([number](CDWriterEvents& listener) { listener.OnImageTrackStart(saturated(number)); });
+    events_.raise(
+        [track, blocks = blocksOf(told_)](CDWriterEvents& listener) { listener.OnTrackCacheStart(track, blocks); });
   }
 
   void progress(std::int32_t position) {
     if (position <= position_) return;
     position_ = position;
-    listener_.OnCacheProgress(position);
+    events_.raise([position](CDWriterEvents& listener) { listener.OnCacheProgress(position); });
   }
 
   const DataImage& image_;
-  CDWriterEvents& listener_;
+  EventsInCall& events_;
   std::size_t told_ = 0;
   bool begun_ = false;
   std::int32_t position_ = 0;
@@ -103,10 +105,11 @@ class Report {
 }  // namespace
 
 void writeImageFile(const HostPath& target, std::vector<DataEntry> entries, const std::string& label,
-                    CDWriterEvents& listener) {
+                    EventsInCall& events, const std::stop_token& stop) {
   Target file(target);
-  DataImage image(std::move(entries), {.label = label, .missing = Missing::LeftOut}, std::make_shared<SourcesInUse>());
-  Report report(image, listener);
+  DataImage image(std::move(entries), {.label = label, .missing = Missing::LeftOut}, std::make_shared<SourcesInUse>(),
+                  stop);
+  Report report(image, events);
   std::vector<std::byte> buffer(blocksAtOnce * dataSectorBytes);
   for (std::int64_t left = image.blocks(); left != 0;) {
     const auto step = std::min<std::int64_t>(left, blocksAtOnce);

@@ -1,5 +1,6 @@
 #include "engines/writer/Job.h"
 
+#include <chrono>
 #include <exception>
 #include <new>
 #include <utility>
@@ -27,13 +28,15 @@ Outcome outcomeOf(const std::function<void()>& operation) {
 }
 
 Job::Job(Operation operation, std::function<void(const Outcome&)> ended)
-    : thread_([operation = std::move(operation), ended = std::move(ended)](const std::stop_token& stop) {
+    : thread_([this, operation = std::move(operation), ended = std::move(ended)](const std::stop_token& stop) {
         ended(outcomeOf([&] { operation(stop); }));
+        told_.set_value();
       }) {}
 
-void Job::cancel() {
+void Job::cancel(Patience& patience) {
   thread_.request_stop();
-  if (thread_.joinable()) thread_.join();
+  patience.until(
+      [this](std::chrono::milliseconds atMost) { return end_.wait_for(atMost) == std::future_status::ready; });
 }
 
 }  // namespace trackloom::engines::writer

@@ -1,11 +1,13 @@
 #pragma once
 
 #include <functional>
+#include <future>
 #include <stop_token>
 #include <thread>
 #include <variant>
 
 #include "engines/ground/EngineError.h"
+#include "ports/Patience.h"
 
 namespace trackloom::engines::writer {
 
@@ -26,11 +28,15 @@ class Job {
 
   /// Throws std::system_error when no thread can be had.
   Job(Operation operation, std::function<void(const Outcome&)> ended);
+  Job(const Job&) = delete;
+  Job& operator=(const Job&) = delete;
 
   /// Stops the operation, and returns when the drive has stopped.
-  void cancel();
+  void cancel(Patience& patience);
 
  private:
+  std::promise<void> told_;
+  std::future<void> end_ = told_.get_future();
   std::jthread thread_;
 };
 

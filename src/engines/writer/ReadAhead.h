@@ -10,6 +10,7 @@
 #include "engines/audio/AudioFiles.h"
 #include "engines/disc/SectorSource.h"
 #include "engines/writer/DecodedTracks.h"
+#include "engines/writer/LetGo.h"
 #include "engines/writer/SourcesInUse.h"
 #include "runtime/Paths.h"
 
@@ -42,12 +43,6 @@ class ReadAhead final : public SectorSource {
 
  private:
   struct Work;
-
-  /// Lets the decoding threads go.
-  struct LetGo {
-    std::stop_source source;
-    ~LetGo() { source.request_stop(); }
-  };
 
   std::stop_token stop_;
   std::shared_ptr<Work> work_;

@@ -25,7 +25,7 @@ std::string shown(const DataQueue& queue) {
 }
 
 bool add(DataQueue& queue, const std::string& disc, const HostPath& source) {
-  return queue.add(DiscPath(disc), source);
+  return queue.add(DiscPath(disc), readableSource(source));
 }
 
 }  // namespace

@@ -6,9 +6,10 @@ namespace trackloom::engines::writer {
 
 TEST_CASE("Drives have letters from D on, and those behind Z a question mark") {
   fakes::FakeEventQueue queue;
+  fakes::FakePatience patience;
   fakes::WriterTranscript heard;
   DiscWriters writers(RecorderList(25, std::make_shared<FakeRecorder>()), std::make_shared<audio::AudioFiles>(), queue,
-                      {});
+                      patience, {});
   const auto writer = writers.create(heard);
   CHECK(writer->DriveCount() == 25);
   CHECK(writer->DriveLetter(0) == "D");

@@ -8,6 +8,7 @@
 #include "engines/writer/DiscWriters.h"
 #include "engines/writer/FakeWrite.h"
 #include "fakes/FakeEventQueue.h"
+#include "fakes/FakePatience.h"
 #include "fakes/TempFolder.h"
 #include "fakes/TestFiles.h"
 #include "fakes/WriterTranscript.h"
@@ -50,8 +51,10 @@ class FakeWorld {
   TempFolder folder;
   std::shared_ptr<FakeRecorder> recorder = std::make_shared<FakeRecorder>();
   fakes::FakeEventQueue queue;
+  fakes::FakePatience patience;
   fakes::WriterTranscript heard;
-  DiscWriters writers{{recorder}, std::make_shared<audio::AudioFiles>(), queue, {150, folder.host("scratch")}};
+  DiscWriters writers{
+      {recorder}, std::make_shared<audio::AudioFiles>(), queue, patience, {150, folder.host("scratch")}};
   std::unique_ptr<CDWriterXP> writer;
 };
 

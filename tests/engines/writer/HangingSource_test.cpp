@@ -71,9 +71,9 @@ class HangingWorld {
       const HostPath path = tracks.at(0)->path();
       return openerOf(path, path == file ? network : std::make_shared<Network>());
     };
-    const auto parts = std::make_shared<const WriterParts>(
-        WriterParts{virtualrecorder::findVirtualRecorders(HostPath(folder.path())),
-                    std::make_shared<audio::AudioFiles>(), open, queue, 150, folder.host("scratch"), detail});
+    const auto parts = std::make_shared<const WriterParts>(WriterParts{
+        virtualrecorder::findVirtualRecorders(HostPath(folder.path())), std::make_shared<audio::AudioFiles>(), open,
+        queue, 150, folder.host("scratch"), patience, std::make_shared<Aside>(patience), detail});
     writer = std::make_unique<DiscWriter>(parts, heard);
     REQUIRE(writer->SelectDrive(0));
     REQUIRE(writer->AddAudioTrack(file, 1));
@@ -98,6 +98,7 @@ class HangingWorld {
   bool decodes = false;
   std::shared_ptr<Network> network = std::make_shared<Network>();
   fakes::FakeEventQueue queue;
+  fakes::FakePatience patience;
   fakes::WriterTranscript heard;
   std::shared_ptr<LastFailure> detail = std::make_shared<LastFailure>();
   std::unique_ptr<DiscWriter> writer;

@@ -6,6 +6,7 @@
 #include "engines/virtual/VirtualRecorders.h"
 #include "engines/writer/DiscWriters.h"
 #include "fakes/FakeEventQueue.h"
+#include "fakes/FakePatience.h"
 #include "fakes/TempFolder.h"
 #include "fakes/TestFiles.h"
 
@@ -23,7 +24,7 @@ class VirtualWorld : public contract::WriterWorld {
     const HostPath recorder = folder.host("Virtual Recorder");
     virtualrecorder::createVirtualRecorder(recorder);
     writers_ = std::make_unique<DiscWriters>(virtualrecorder::findVirtualRecorders(HostPath(folder.path())),
-                                             std::make_shared<audio::AudioFiles>(), queue,
+                                             std::make_shared<audio::AudioFiles>(), queue, patience,
                                              WriterSettings{150, folder.host("scratch")});
     real_ = writers_->create(heard_);
     scratch_ = writers_->create(scratchHeard_);
@@ -86,6 +87,7 @@ class VirtualWorld : public contract::WriterWorld {
 
   TempFolder folder;
   fakes::FakeEventQueue queue;
+  fakes::FakePatience patience;
 
  private:
   fakes::WriterTranscript heard_;

@@ -263,7 +263,7 @@ TEST_CASE("A failure in a test write leaves the disc as it was") {
 TEST_CASE("A cache that cannot be made is an error of the read buffer with nothing written") {
   FakeWorld world;
   fakes::WriterTranscript heard;
-  DiscWriters writers({world.recorder}, std::make_shared<audio::AudioFiles>(), world.queue,
+  DiscWriters writers({world.recorder}, std::make_shared<audio::AudioFiles>(), world.queue, world.patience,
                       {150, HostPath("/dev/null/no")});
   const auto writer = writers.create(heard);
   REQUIRE(writer->SelectDrive(0));
