@@ -217,6 +217,13 @@ void ListView::press(MouseButton button) {
   });
 }
 
+void ListView::moveSelected(int rows) {
+  if (!usable() || dragging()) return;
+  raise([this, rows] {
+    if (RowMoved) RowMoved(rows);
+  });
+}
+
 void ListView::dragOver(double y) {
   if (!usable() || !dragging()) return;
   drag_ = DragState::Over;

@@ -97,6 +97,9 @@ class ListView final : public Control {
   double DragHeight() const { return dragHeight_; }
 
   void press(MouseButton button);
+  /// The user moves the selected row down by so many rows, or up by minus so many; for lists whose rows are dragged.
+  std::function<void(int rows)> RowMoved;
+  void moveSelected(int rows);
   void dragOver(double y);
   /// A drag that never went over the list was a mere click and drops nothing.
   void drop(double y);

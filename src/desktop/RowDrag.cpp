@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QScrollBar>
 #include <algorithm>
@@ -39,6 +40,7 @@ struct RowDrag {
   void release(const QMouseEvent& mouse);
   bool isOverList(const QMouseEvent& mouse) const;
   bool hear(QEvent& event);
+  bool hearKey(const QKeyEvent& key);
   void scroll(int right, int down) const;
 };
 
@@ -100,6 +102,15 @@ bool RowDrag::hear(QEvent& event) {
   return kept;
 }
 
+/// Alt with Up or Down moves the row as a drag over the next one would.
+bool RowDrag::hearKey(const QKeyEvent& key) {
+  const bool up = key.key() == Qt::Key_Up;
+  if (key.modifiers().setFlag(Qt::KeypadModifier, false) != Qt::AltModifier || (!up && key.key() != Qt::Key_Down))
+    return false;
+  entry([&] { list.moveSelected(up ? -1 : 1); });
+  return true;
+}
+
 void RowDrag::scroll(int right, int down) const {
   view.horizontalScrollBar()->setValue(view.horizontalScrollBar()->value() + right);
   const auto rows = static_cast<int>(std::lround(down * TwipsPerPixel / ListView::DragRowHeight));
@@ -112,6 +123,9 @@ void tieRowDrag(Face& face, QTreeView& view, ListView& list) {
   view.setVerticalScrollMode(QAbstractItemView::ScrollPerItem);
   const auto drag = std::make_shared<RowDrag>(RowDrag{view, list, face.entry(), {}});
   make<EventTap>(*view.viewport(), [drag](QEvent& event) { return drag->hear(event); });
+  make<EventTap>(view, [drag](QEvent& event) {
+    return event.type() == QEvent::KeyPress && drag->list.RowMoved && drag->hearKey(static_cast<QKeyEvent&>(event));
+  });
   QObject::connect(view.verticalScrollBar(), &QScrollBar::valueChanged,
                    [drag] { drag->entry([&drag] { drag->reportView(); }); });
   face.keep(list.scrollRequested.connect([drag](int right, int down) { drag->scroll(right, down); }));

@@ -34,16 +34,24 @@ void scrollAtTheEnds(ListView& listing, double y) {
   if (y > listing.DragHeight() - LowerZone) listing.ScrollBy(0, ScrollStep);
 }
 
-void moveDraggedRow(ListingWindow& window, double y) {
-  ListView& listing = window.ListView1;
+/// Takes a row along with its cells, but without its tag; `to` counts without the row.
+void moveRow(ListView& listing, int from, int to) {
   ListItem moved;
-  moved.Text = listing.Item(window.DragRow).Text;
-  moved.SubItems = listing.Item(window.DragRow).SubItems;
-  listing.Remove(window.DragRow);
-  if (y > listing.Count() * ListView::DragRowHeight) ++window.HoverRow;
-  const int target = window.DragRow > window.HoverRow ? window.HoverRow : window.HoverRow - 1;
-  listing.Insert(target, std::move(moved));
-  listing.SelectRow(target);
+  moved.Text = listing.Item(from).Text;
+  moved.SubItems = listing.Item(from).SubItems;
+  listing.Remove(from);
+  listing.Insert(to, std::move(moved));
+  listing.SelectRow(to);
+}
+
+void moveDraggedRow(ListingWindow& window, double y) {
+  if (y > (window.ListView1.Count() - 1) * ListView::DragRowHeight) ++window.HoverRow;
+  moveRow(window.ListView1, window.DragRow, window.DragRow > window.HoverRow ? window.HoverRow : window.HoverRow - 1);
+}
+
+void forgetDrag(ListingWindow& window) {
+  colourDraggedRow(window, WindowTextColour);
+  window.DragRow = 0;
 }
 
 }  // namespace
@@ -51,8 +59,7 @@ void moveDraggedRow(ListingWindow& window, double y) {
 void pressOnListing(Session& session, MouseButton button) {
   ListingWindow& window = session.frmListing();
   if (!isAudioLayout(session) || window.ListView1.Count() == 0) return;
-  colourDraggedRow(window, WindowTextColour);
-  window.DragRow = 0;
+  forgetDrag(window);
   if (button == MouseButton::Left) window.ListView1.Drag();
 }
 
@@ -73,9 +80,18 @@ void dropOnListing(Session& session, double y) {
   if (!isAudioLayout(session)) return;
   const bool rowsAreThere = std::max(window.DragRow, window.HoverRow) <= window.ListView1.Count();
   if (window.DragRow != window.HoverRow && rowsAreThere) moveDraggedRow(window, y);
-  colourDraggedRow(window, WindowTextColour);
-  window.DragRow = 0;
+  forgetDrag(window);
   window.HoverRow = 0;
+}
+
+void moveSelectedRow(Session& session, int rows) {
+  ListingWindow& window = session.frmListing();
+  ListView& listing = window.ListView1;
+  const int from = listing.SelectedRow();
+  const int to = from + rows;
+  if (!isAudioLayout(session) || from == 0 || to < 1 || to > listing.Count()) return;
+  forgetDrag(window);
+  moveRow(listing, from, to);
 }
 
 }  // namespace trackloom

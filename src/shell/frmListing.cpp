@@ -47,6 +47,7 @@ void frmListing::connectEvents() {
   ListView1.MouseDown = [this](MouseButton button) { pressOnListing(session_, button); };
   ListView1.DragOver = [this](double y) { dragOverListing(session_, y); };
   ListView1.DragDrop = [this](double y) { dropOnListing(session_, y); };
+  ListView1.RowMoved = [this](int rows) { moveSelectedRow(session_, rows); };
   ListView1.FilesDropped = [this](const std::vector<std::string>& paths) {
     addDroppedFiles(session_, paths);
     commands_.runKept();

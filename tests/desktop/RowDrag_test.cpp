@@ -23,10 +23,12 @@ struct ListsForm : Form {
     };
     dragged.DragOver = [this](double y) { over.push_back(y); };
     dragged.DragDrop = [this](double y) { dropped.push_back(y); };
+    dragged.RowMoved = [this](int by) { moved.push_back(by); };
   }
   ListView chosen{*this, "chosen", {{"a", "A"}}, {.multiSelect = true}};
   ListView dragged{*this, "dragged", {{"a", "A"}}};
   std::vector<double> over, dropped;
+  Rows moved;
 };
 
 std::unique_ptr<QWidget> listsDesign() {
@@ -163,6 +165,19 @@ TEST_CASE("Ten pixels scroll one row, and the list knows the first row that is s
   lists.press(lists.place(1.5));
   lists.moveTo(lists.place(4.5));
   CHECK(lists.form->over[0] == Approx(245 * 1.5).margin(245.0 / lists.rowHeight()));
+}
+
+TEST_CASE("Alt with Up and Down moves a row of a list whose rows are dragged, and without Alt they select") {
+  const Lists lists;
+  for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Up, Qt::Key_Left})
+    QTest::keyClick(lists.dragged, key, Qt::AltModifier);
+  QTest::keyClick(lists.dragged, Qt::Key_Down, Qt::AltModifier | Qt::KeypadModifier);
+  CHECK(lists.form->moved == Rows{1, -1, 1});
+  lists.form->dragged.SelectRow(1);
+  QTest::keyClick(lists.dragged, Qt::Key_Down);
+  CHECK(lists.form->dragged.SelectedRow() == 2);
+  QTest::keyClick(lists.dragged, Qt::Key_Down, Qt::AltModifier | Qt::ShiftModifier);
+  CHECK(lists.form->moved.size() == 3);
 }
 
 }  // namespace trackloom

@@ -276,4 +276,59 @@ TEST_CASE("A layout that becomes an MP3 layout in the middle of a drag is neithe
   CHECK(machine.window().DragRow == 2);
 }
 
+TEST_CASE("Keys move the selected row by one, keep it selected, and stop at both ends") {
+  DragMachine machine("ABCD");
+  machine.list().SelectRow(2);
+  machine.list().moveSelected(1);
+  CHECK(machine.order() == "ACBD");
+  CHECK(machine.list().SelectedRow() == 3);
+  machine.list().moveSelected(1);
+  machine.list().moveSelected(1);
+  CHECK(machine.order() == "ACDB");
+  CHECK(machine.list().SelectedRow() == 4);
+  for (int step = 1; step <= 4; ++step) machine.list().moveSelected(-1);
+  CHECK(machine.order() == "BACD");
+  CHECK(machine.list().SelectedRow() == 1);
+}
+
+TEST_CASE(
+    "A move by keys leaves the same as a drop does: cells taken along, no tag, nothing unsaved, no queue touched") {
+  DragMachine machine("ABCD");
+  const std::vector<std::string> cells = machine.list().Item(4).SubItems;
+  machine.list().SelectRow(4);
+  machine.list().moveSelected(-1);
+  CHECK(machine.list().Item(3).Text == "D.mp3");
+  CHECK(machine.list().Item(3).SubItems == cells);
+  CHECK(machine.list().Item(3).Tag == 0);
+  CHECK(machine.list().Item(3).SmallIcon == 1);
+  CHECK(machine.mod().LayoutSaved);
+  CHECK(machine.engines.stage.take().empty());
+}
+
+TEST_CASE("Keys move nothing on an MP3 layout, without a selected row, and in the middle of a drag") {
+  DragMachine mp3("ABCD", Mp3Layout);
+  mp3.list().SelectRow(2);
+  mp3.list().moveSelected(1);
+  CHECK(mp3.order() == "ABCD");
+
+  DragMachine machine("ABCD");
+  machine.list().SelectRow(0);
+  machine.list().moveSelected(1);
+  CHECK(machine.order() == "ABCD");
+  machine.begin(2);
+  machine.list().moveSelected(1);
+  CHECK(machine.order() == "ABCD");
+}
+
+TEST_CASE("A move by keys ends what a drag left behind") {
+  DragMachine machine("ABCD");
+  machine.begin(2);
+  machine.list().dragOver(DragMachine::middleOf(3));
+  machine.list().endDragElsewhere();
+  machine.list().moveSelected(1);
+  CHECK(machine.order() == "ABDC");
+  CHECK(machine.window().DragRow == 0);
+  for (int row = 1; row <= 4; ++row) CHECK(machine.list().Item(row).ForeColor == WindowTextColour);
+}
+
 }  // namespace trackloom
