@@ -160,14 +160,12 @@ void Face::place(QWidget* owner) {
   const bool splash = isSplash();
   if (std::exchange(placed_, true) || (form_->placement.get() != Placement{} && !splash)) return;
   window_->ensurePolished();
+  if (owner != nullptr) window_->setScreen(owner->screen());
   if (window_->inherits("QDialog") && !splash) {
     fitToContents(*window_);
     keepContents();
   }
-  const QRect around = owner == nullptr ? window_->screen()->availableGeometry() : owner->frameGeometry();
-  QRect frame(QPoint(), window_->size());
-  frame.moveCenter(around.center());
-  window_->move(frame.topLeft());
+  centreOver(*window_, owner == nullptr ? window_->screen()->availableGeometry() : owner->frameGeometry());
 }
 
 void Face::tellFailureDetail() {

@@ -1,11 +1,17 @@
 #include "desktop/Placement.h"
 
+#include <QGuiApplication>
 #include <QScopedValueRollback>
+#include <QScreen>
 #include <memory>
+#include <optional>
+#include <vector>
 
 #include "desktop/EventTap.h"
 #include "desktop/Face.h"
 #include "desktop/Make.h"
+#include "desktop/ScreenFit.h"
+#include "desktop/ScreenPlace.h"
 #include "desktop/Shown.h"
 
 namespace trackloom {
@@ -21,23 +27,55 @@ WindowState stateOf(const QWidget& window) {
   return window.isMaximized() || window.isFullScreen() ? WindowState::Maximized : WindowState::Normal;
 }
 
+std::vector<QRect> screens() {
+  std::vector<QRect> places;
+  for (const QScreen* screen : QGuiApplication::screens()) places.push_back(screen->availableGeometry());
+  return places;
+}
+
+QPoint placeOf(const Placement& placement) {
+  return {placement.left / TwipsPerPixel, placement.top / TwipsPerPixel};
+}
+
 /// What the two directions share, so that neither takes the other's work for news.
 struct PlacementTie {
   Form& form;
   QWidget& window;
   Placement known;
   bool applying = false;
+  /// Where the window stands for a place on a screen that is gone.
+  struct StandIn {
+    QPoint shown;
+    Placement meant;
+  };
+  std::optional<StandIn> standIn = std::nullopt;
 
   void follow() {
     if (applying || form.placement == known) return;
     known = form.placement;
     const QScopedValueRollback<bool> guard(applying, true);
     applyPlacement(window, known);
+    standIn.reset();
+    if (known.state == WindowState::Normal) bringOntoScreen();
+  }
+
+  void bringOntoScreen() {
+    const QPoint own = placeOf(known);
+    const QSize frame = frameOf(window);
+    const QPoint place = graspablePlace(QRect(own, window.size() + frame), frame.height(), screens());
+    if (place == own) return;
+    standIn = {place, known};
+    window.move(place);
   }
 
   void report() {
     if (applying) return;
-    known = placementOf(window);
+    Placement now = placementOf(window);
+    if (standIn && standIn->shown == window.pos()) {
+      now.left = standIn->meant.left;
+      now.top = standIn->meant.top;
+    }
+    known = now;
     form.placement = known;
   }
 };
@@ -61,7 +99,7 @@ void applyPlacement(QWidget& window, const Placement& placement) {
     case WindowState::Normal:
       window.setWindowState(others);
       window.resize(placement.width / TwipsPerPixel, placement.height / TwipsPerPixel);
-      window.move(placement.left / TwipsPerPixel, placement.top / TwipsPerPixel);
+      window.move(placeOf(placement));
   }
 }
 

@@ -13,7 +13,9 @@ class Face;
 Placement placementOf(const QWidget& window);
 void applyPlacement(QWidget& window, const Placement& placement);
 
-/// The form's placement moves the window, and the window as the user moves it renews the form's placement.
+/// The form's placement moves the window, and the window as the user moves it renews the form's placement. A window
+/// whose place lies on no screen any more stands on the nearest one, and the form's numbers stay until the user moves
+/// it.
 void tiePlacement(Face& face);
 
 }  // namespace trackloom

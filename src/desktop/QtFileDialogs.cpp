@@ -27,6 +27,7 @@ class Chooser final : public QFileDialog {
  public:
   Chooser(const FileDialog& wanted, QWidget* before) : QFileDialog(before), flags_(wanted.flags) {
     const bool opens = wanted.mode == FileDialog::Mode::Open;
+    setWindowModality(Qt::WindowModal);
     setWindowTitle(opens ? "Open" : "Save As");
     setOption(DontUseNativeDialog);
     setOption(DontConfirmOverwrite, !wanted.flags.overwritePrompt);
@@ -50,7 +51,10 @@ class Chooser final : public QFileDialog {
 }  // namespace
 
 std::optional<HostPath> QtFileDialogs::choose(const FileDialog& dialog) {
-  Chooser chooser(dialog, desk_.frontWindow());
+  QWidget* before = desk_.frontWindow();
+  Chooser chooser(dialog, before);
+  desk_.family().join(chooser, before);
+  const Family::Turn turn(desk_.family(), chooser, before);
   if (chooser.exec() != QDialog::Accepted) return std::nullopt;
   return HostPath(entered(chooser.selectedFiles().value(0)));
 }

@@ -10,12 +10,12 @@ class QtDesk;
 /// styles, make no difference to it.
 class QtFileDialogs final : public FileDialogs {
  public:
-  explicit QtFileDialogs(const QtDesk& desk) : desk_(desk) {}
+  explicit QtFileDialogs(QtDesk& desk) : desk_(desk) {}
 
   std::optional<HostPath> choose(const FileDialog& dialog) override;
 
  private:
-  const QtDesk& desk_;
+  QtDesk& desk_;
 };
 
 }  // namespace trackloom

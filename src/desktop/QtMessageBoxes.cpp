@@ -7,6 +7,7 @@
 #include <QScreen>
 
 #include "desktop/QtDesk.h"
+#include "desktop/ScreenFit.h"
 #include "desktop/Shown.h"
 
 namespace trackloom {
@@ -58,6 +59,27 @@ BoxAnswer answerOf(int button) {
   }
 }
 
+/// A text that a box can show at once and whole. A word that is longer than a line, as a path can be, breaks anywhere;
+/// and of a text that no file's name makes so long, the middle is left out.
+QString readable(const std::string& text) {
+  constexpr qsizetype Line = 80;
+  constexpr qsizetype Half = 600;
+  constexpr QChar BreakHere(0x200B);
+  QString whole = shown(text).replace("\r\n", "\n");
+  if (whole.size() > 2 * Half) whole = whole.left(Half) + QChar(0x2026) + whole.right(Half);
+  QString broken;
+  qsizetype run = 0;
+  for (const QChar sign : whole) {
+    run = sign.isSpace() ? 0 : run + 1;
+    if (run > Line && !sign.isLowSurrogate()) {
+      broken += BreakHere;
+      run = 1;
+    }
+    broken += sign;
+  }
+  return broken;
+}
+
 /// To give a layout up takes more than a key that is pressed by habit.
 bool hasEscape(BoxButtons buttons) {
   return buttons != BoxButtons::YesNo && buttons != BoxButtons::RetryCancel;
@@ -69,7 +91,7 @@ class Box final : public QMessageBox {
   Box(const MessageBox& box, QWidget* before) : before_(before), mayEscape_(hasEscape(box.buttons)) {
     setWindowTitle(shown(box.title));
     setTextFormat(Qt::PlainText);
-    setText(shown(box.text).replace("\r\n", "\n"));
+    setText(readable(box.text));
     setIcon(iconOf(box.icon));
     const auto buttons = buttonsOf(box.buttons);
     for (StandardButton button : buttons) addButton(button);
@@ -81,9 +103,8 @@ class Box final : public QMessageBox {
   void showEvent(QShowEvent* event) override {
     QMessageBox::showEvent(event);
     if (!before_) return;
-    QRect frame(QPoint(), size());
-    frame.moveCenter(before_->frameGeometry().center());
-    move(frame.topLeft());
+    setScreen(before_->screen());
+    centreOver(*this, before_->frameGeometry());
   }
 
   void keyPressEvent(QKeyEvent* event) override {

@@ -12,6 +12,7 @@
 #include <memory>
 
 #include "desktop/Make.h"
+#include "desktop/ScreenPlace.h"
 
 namespace trackloom {
 
@@ -74,11 +75,22 @@ void letUpperRowsScroll(QWidget& dialog, QBoxLayout& rows) {
 
 }  // namespace
 
+QSize frameOf(const QWidget& window) {
+  if (window.windowFlags().testFlag(Qt::FramelessWindowHint)) return {0, 0};
+  const QStyle& style = *window.style();
+  const int frame = style.pixelMetric(QStyle::PM_MdiSubWindowFrameWidth, nullptr, &window);
+  const int title = style.pixelMetric(QStyle::PM_TitleBarHeight, nullptr, &window);
+  return {2 * frame, 2 * frame + title};
+}
+
 QSize roomFor(const QWidget& dialog) {
-  const QStyle& style = *dialog.style();
-  const int frame = style.pixelMetric(QStyle::PM_MdiSubWindowFrameWidth, nullptr, &dialog);
-  const int title = style.pixelMetric(QStyle::PM_TitleBarHeight, nullptr, &dialog);
-  return (dialog.screen()->availableSize() - QSize(2 * frame, 2 * frame + title)).expandedTo(SmallestRoom);
+  return (dialog.screen()->availableSize() - frameOf(dialog)).expandedTo(SmallestRoom);
+}
+
+void centreOver(QWidget& dialog, const QRect& around) {
+  QRect frame(QPoint(), dialog.size() + frameOf(dialog));
+  frame.moveCenter(around.center());
+  dialog.move(placeWithin(frame, dialog.screen()->availableGeometry()));
 }
 
 void fitInto(QWidget& dialog, const QSize& most) {

@@ -2,6 +2,7 @@
 
 #include <QSize>
 
+class QRect;
 class QWidget;
 
 namespace trackloom {
@@ -10,7 +11,13 @@ namespace trackloom {
 /// fit scrolls. Its last rows, which hold its buttons, stay in sight. A dialog that fits stays as it is.
 void fitInto(QWidget& dialog, const QSize& most);
 
+/// What the window system will put around a window, about.
+QSize frameOf(const QWidget& window);
+
 /// The most that a dialog may take on its screen, inside its frame.
 QSize roomFor(const QWidget& dialog);
+
+/// Moves a dialog, frame and all, to the centre of `around`, or as near as its screen lets it be.
+void centreOver(QWidget& dialog, const QRect& around);
 
 }  // namespace trackloom

@@ -1,5 +1,7 @@
 #include <QApplication>
+#include <QLabel>
 #include <QLineEdit>
+#include <QScreen>
 #include <QtTest/QTest>
 #include <catch2/catch.hpp>
 
@@ -176,6 +178,32 @@ TEST_CASE("The box \"Remove Track\" removes after OK and not after Cancel") {
   live.user.atBox(question, QMessageBox::Ok);
   live.click("Delete");
   CHECK(live.form().ListView1.Count() == 0);
+}
+
+TEST_CASE("A box breaks long words, and leaves out the middle of what no file's name makes so long") {
+  LiveProgram live;
+  live.startQuietly();
+  const QRect screen = QApplication::primaryScreen()->availableGeometry();
+  for (const std::size_t length : {255U, 1000U, 60000U}) {
+    const std::string text = "'/" + std::string(length, 'x') + "' could not be read.";
+    live.user.at("Long", [&](QWidget& window) {
+      auto& box = dynamic_cast<QMessageBox&>(window);
+      const QString shown = box.text().remove(QChar(0x200B));
+      if (length < 1200)
+        CHECK(shown.toStdString() == text);
+      else
+        CHECK(shown.size() < 1300);
+      CHECK(shown.startsWith("'/xxx"));
+      CHECK(shown.endsWith("xxx' could not be read."));
+      CHECK(screen.contains(box.geometry()));
+      const auto& label = trial::in<QLabel>(window, "qt_msgbox_label");
+      CHECK(label.width() >= label.fontMetrics().horizontalAdvance(QString(80, 'x')));
+      CHECK(label.height() >= label.heightForWidth(label.width()));
+      box.button(QMessageBox::Ok)->click();
+    });
+    live.boxes.show({"Long", text, BoxButtons::Ok, BoxIcon::Exclamation});
+    live.user.finish();
+  }
 }
 
 }  // namespace trackloom

@@ -114,4 +114,26 @@ TEST_CASE("The offered name stands in the dialog, and the filter finds letters i
   CHECK(names == QStringList{"mix.iso", "OLD.ISO"});
 }
 
+TEST_CASE("While a file is chosen, no other window of the program takes input, and what is no member does") {
+  Choice choice;
+  QPushButton stranger("A help viewer");
+  int asked = 0;
+  QObject::connect(&stranger, &QPushButton::clicked, [&] { ++asked; });
+  stranger.show();
+  QWidget& window = *choice.window.desk.window(*choice.window.form);
+  QTimer::singleShot(0, qApp, [&] {
+    QWidget& dialog = *QApplication::activeModalWidget();
+    CHECK(dialog.windowModality() == Qt::WindowModal);
+    CHECK(choice.window.desk.family().owns(&dialog));
+    QTest::keyClick(window.windowHandle(), Qt::Key_Return);
+    QTest::mouseClick(window.windowHandle(), Qt::LeftButton, {},
+                      window.findChild<QPushButton*>("cmdOK")->geometry().center());
+    QTest::mouseClick(stranger.windowHandle(), Qt::LeftButton, {}, QPoint(5, 5));
+    QTest::keyClick(&dialog, Qt::Key_Escape);
+  });
+  CHECK_FALSE(choice.choose(Save, {}));
+  for (const std::string& heard : choice.window.form->heard) CHECK(heard == "Activate");
+  CHECK(asked == 1);
+}
+
 }  // namespace trackloom

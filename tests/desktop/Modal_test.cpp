@@ -1,5 +1,6 @@
 #include <QApplication>
 #include <QPushButton>
+#include <QScreen>
 #include <QTimer>
 #include <catch2/catch.hpp>
 
@@ -24,6 +25,14 @@ struct Modal {
     form->showModal(nullptr);
   }
   QPushButton& ok() { return *desk.window(*form)->findChild<QPushButton*>("cmdOK"); }
+};
+
+/// A form without a design, whose window takes any size.
+struct Plain {
+  Plain() { form->show(); }
+
+  QtDesk desk{trial::trialDesigns()};
+  std::shared_ptr<Form> form = std::make_shared<Form>(desk, "frmPlain", "Plain");
 };
 
 }  // namespace
@@ -180,6 +189,34 @@ TEST_CASE("A form's placement moves its window, and the window's moves renew the
   CHECK(shown.form->placement.get() == Placement{WindowState::Normal, 450, 600, 12000, 15000});
   window->showMaximized();
   CHECK(comesTrue([&] { return shown.form->placement.get().state == WindowState::Maximized; }));
+}
+
+TEST_CASE(
+    "A window whose place is on a screen that is gone comes into reach, and keeps its numbers until it is moved") {
+  const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
+  const Placement gone{WindowState::Normal, 300000, -30000, 6000, 4500};
+  Plain plain;
+  QWidget* window = plain.desk.window(*plain.form);
+  plain.form->placement = gone;
+  CHECK(screen.contains(window->geometry()));
+  CHECK(plain.form->placement.get() == gone);
+  window->resize(410, 310);
+  CHECK(plain.form->placement.get() == Placement{WindowState::Normal, 300000, -30000, 6150, 4650});
+  window->showMaximized();
+  REQUIRE(comesTrue([&] { return plain.form->placement.get().state == WindowState::Maximized; }));
+  window->showNormal();
+  REQUIRE(comesTrue([&] { return plain.form->placement.get().state == WindowState::Normal; }));
+  CHECK(comesTrue([&] { return plain.form->placement.get().left == 300000; }));
+  window->move(30, 40);
+  CHECK(plain.form->placement.get().left == 450);
+  CHECK(plain.form->placement.get().top == 600);
+}
+
+TEST_CASE("A window that merely hangs over the edge of its screen stays there") {
+  Shown shown;
+  QWidget* window = shown.desk.window(*shown.form);
+  shown.form->placement = Placement{WindowState::Normal, -1500, 300, 6000, 4500};
+  CHECK(window->pos() == QPoint(-100, 20));
 }
 
 }  // namespace trackloom
