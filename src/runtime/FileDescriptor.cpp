@@ -11,6 +11,19 @@
 
 namespace trackloom {
 
+namespace {
+
+/// How far a call of the system came that is made again after each interruption.
+template <class Call>
+std::size_t completed(const Call& call) {
+  ssize_t result = call();
+  while (result == -1 && errno == EINTR) result = call();
+  if (result == -1) throw RuntimeError::fromErrno(errno);
+  return static_cast<std::size_t>(result);
+}
+
+}  // namespace
+
 FileDescriptor FileDescriptor::open(const std::string& path, int flags, mode_t permissions) {
   FileDescriptor file(::open(path.c_str(), flags | O_CLOEXEC | O_NONBLOCK, permissions));
   if (file) return file;
@@ -18,30 +31,24 @@ FileDescriptor FileDescriptor::open(const std::string& path, int flags, mode_t p
 }
 
 void FileDescriptor::writeAll(std::string_view bytes) const {
-  while (!bytes.empty()) {
-    const ssize_t written = ::write(descriptor_, bytes.data(), bytes.size());
-    if (written < 0 && errno == EINTR) continue;
-    if (written < 0) throw RuntimeError::fromErrno(errno);
-    bytes.remove_prefix(static_cast<std::size_t>(written));
-  }
+  while (!bytes.empty())
+    bytes.remove_prefix(completed([&] { return ::write(descriptor_, bytes.data(), bytes.size()); }));
 }
 
 std::string FileDescriptor::readUpTo(std::size_t length) const {
   std::array<char, 4096> buffer;
   std::string bytes;
-  while (bytes.size() < length) {
-    const ssize_t got = ::read(descriptor_, buffer.data(), std::min(buffer.size(), length - bytes.size()));
-    if (got < 0 && errno == EINTR) continue;
-    if (got < 0) throw RuntimeError::fromErrno(errno);
-    if (got == 0) break;
-    bytes.append(buffer.data(), static_cast<std::size_t>(got));
-  }
+  std::size_t got{};
+  do {
+    got = completed([&] { return ::read(descriptor_, buffer.data(), std::min(buffer.size(), length - bytes.size())); });
+    bytes.append(buffer.data(), got);
+  } while (got != 0);
   return bytes;
 }
 
 void syncFolderOf(const std::string& path) {
   const std::string folder = path.substr(0, path.rfind(HostSep) + 1);
-  const FileDescriptor opened(::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  const FileDescriptor opened(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   if (opened && ::fsync(opened.get()) != 0 && errno == EIO) throw RuntimeError::fromErrno(errno);
 }
 

@@ -32,8 +32,9 @@ bool exists(const std::string& path) {
 
 /// The file that a write to the path reaches: links are followed, also those that lead to nothing yet.
 std::string linkTarget(std::string path) {
+  // As many as the system itself follows.
   constexpr int MostLinks = 40;
-  for (int links = 0; links < MostLinks; ++links) {
+  for (int links = 0; links <= MostLinks; ++links) {
     std::error_code noLink;
     const fs::path next = fs::read_symlink(path, noLink);
     if (noLink) return path;

@@ -60,9 +60,8 @@ IniFile IniFile::parse(std::string_view text) {
 std::optional<IniFile> IniFile::load(const HostPath& path) {
   if (!FileExists(path)) return std::nullopt;
   try {
-    const std::string text = ReadStart(path, sizeLimit + 1);
-    if (text.size() > sizeLimit) return std::nullopt;
-    return parse(text);
+    if (FileLength(path) > static_cast<std::int64_t>(sizeLimit)) return std::nullopt;
+    return parse(ReadStart(path, sizeLimit));
   } catch (const RuntimeError&) {
     return std::nullopt;
   }

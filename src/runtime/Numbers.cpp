@@ -18,8 +18,8 @@ constexpr int SignificantDigits = 15;
 /// The value in plain decimal with 15 significant digits, which is where a binary fraction shows as the decimal it
 /// stands for.
 std::string plainDecimal(double value) {
-  const int before = value < 1 ? 1 : static_cast<int>(std::floor(std::log10(value))) + 1;
-  const int after = std::clamp(SignificantDigits - before, 0, SignificantDigits);
+  const int before = static_cast<int>(std::log10(std::max(value, 1.0))) + 1;
+  const int after = std::max(SignificantDigits - before, 0);
   std::array<char, std::numeric_limits<double>::max_exponent10 + SignificantDigits + 3> text;
   const auto [end, error] = std::to_chars(text.begin(), text.end(), value, std::chars_format::fixed, after);
   return std::string(text.begin(), end);
@@ -70,7 +70,7 @@ double Val(std::string_view text) {
 std::string FormatGrouped(std::int64_t value, const Separators& separators) {
   if (value == 0) return "";
   std::string digits = std::to_string(value);
-  const std::size_t sign = value < 0 ? 1 : 0;
+  const std::size_t sign = digits.front() == '-' ? 1 : 0;
   std::string text = digits.substr(0, sign);
   digits.erase(0, sign);
   for (std::size_t at = 0; at < digits.size(); ++at) {

@@ -14,6 +14,7 @@ namespace {
 struct Character {
   std::size_t bytes = 1;
   std::int32_t code = -1;
+  bool isStray() const { return code == -1; }
   std::size_t units() const { return code > 0xFFFF ? 2 : 1; }
 };
 
@@ -76,7 +77,7 @@ std::string Left(std::string_view text, std::size_t units) {
 std::string Right(std::string_view text, std::size_t units) {
   std::size_t skip = Len(text);
   std::size_t at = 0;
-  while (at < text.size() && skip > units) {
+  while (skip > units) {
     const Character character = characterAt(text, at);
     skip -= character.units();
     at += character.bytes;
@@ -89,7 +90,7 @@ std::string UCase(std::string_view text) {
   result.reserve(text.size());
   for (std::size_t at = 0; at < text.size();) {
     const Character character = characterAt(text, at);
-    if (character.code < 0)
+    if (character.isStray())
       result += text[at];
     else
       appendUtf8(result, ::uc_toupper(static_cast<ucs4_t>(character.code)));

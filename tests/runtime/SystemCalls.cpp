@@ -42,6 +42,11 @@ extern "C" int flock(int descriptor, int operation) {
                              : static_cast<int>(::syscall(SYS_flock, descriptor, operation));
 }
 
+extern "C" int close(int descriptor) {
+  const int result = static_cast<int>(::syscall(SYS_close, descriptor));
+  return systemCalls().close ? systemCalls().close(descriptor) : result;
+}
+
 extern "C" ssize_t write(int descriptor, const void* bytes, std::size_t length) {
   return systemCalls().write ? systemCalls().write(descriptor, bytes, length)
                              : trackloom::written(descriptor, bytes, length);

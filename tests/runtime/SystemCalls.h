@@ -11,8 +11,8 @@ namespace trackloom {
 struct SystemCalls {
   /// Told before each such call.
   std::function<void(int descriptor)> onFsync, onFlock;
-  /// Answer instead of the system.
-  std::function<int(int descriptor)> fsync, flock;
+  /// Answer instead of the system; a file is closed whatever the answer.
+  std::function<int(int descriptor)> fsync, flock, close;
   std::function<ssize_t(int descriptor, const void* bytes, std::size_t length)> write;
   std::function<ssize_t(int descriptor, void* bytes, std::size_t length)> read;
 };
