@@ -9,6 +9,7 @@
 #include "YieldingDesk.h"
 #include "engines/writer/DiscWriters.h"
 #include "engines/writer/FakeWrite.h"
+#include "fakes/FakeFolderListing.h"
 #include "fakes/FakeWorld.h"
 #include "fakes/TempFolder.h"
 #include "shell/Program.h"
@@ -57,11 +58,13 @@ double addingTime(const std::vector<std::string>& files) {
   fakes::FakeOpener opener;
   fakes::FakeHelp help;
   fakes::FakeCommonControls commonControls;
+  fakes::FakeFolderListing folders;
   NoEvents events;
   fakes::FakePatience patience;
   engines::writer::DiscWriters writers({std::make_shared<engines::writer::FakeRecorder>()},
                                        std::make_shared<engines::audio::AudioFiles>(), events, patience, {});
-  Program program(desk, {desk, fileDialogs, pump, process, writers, opener, help, commonControls, Separators{}});
+  Program program(desk,
+                  {desk, fileDialogs, folders, pump, process, writers, opener, help, commonControls, Separators{}});
   program.start();
   program.forms().shell.frmOpen->Timer1.tick();
   program.session().frmListing().activated();

@@ -6,9 +6,11 @@
 #include <vector>
 
 #include "YieldingDesk.h"
+#include "fakes/FakeFolderListing.h"
 #include "fakes/FakeWorld.h"
 #include "fakes/FakeWriter.h"
 #include "fakes/TempFolder.h"
+#include "layout/frmOpenLayout.h"
 #include "model/DockState.h"
 #include "runtime/RuntimeError.h"
 #include "runtime/ValueFile.h"
@@ -18,7 +20,17 @@ namespace trackloom::fuzz {
 
 namespace {
 
+/// A user who opens the first layout that is offered, and gives way to all else.
+class OpeningDesk final : public YieldingDesk {
+ public:
+  void showModal(Form& form, Form* owner) override {
+    if (auto* dialog = dynamic_cast<frmOpenLayout*>(&form)) dialog->cmdOK.click();
+    if (!form.closed()) YieldingDesk::showModal(form, owner);
+  }
+};
+
 /// A program in a folder of its own, whose user gives way to everything.
+template <class Desk>
 class Installation {
  public:
   void install(const std::string& file, std::string_view bytes) {
@@ -26,15 +38,22 @@ class Installation {
     folder_.write(file, std::string(bytes));
   }
 
+  void addTrack(const std::string& file) {
+    folder_.write(file, "");
+    engines_.stage.audio[folder_ / file] = 100;
+  }
+
   /// Runs the program from its start to its close; where it ends earlier that is well too.
-  void live() {
+  template <class Deeds>
+  void live(const Deeds& deeds) {
     try {
-      Program program(desk_, {desk_, files_, pump_, process_, engines_, opener_, help_, commonControls_, Separators{}});
+      Program program(
+          desk_, {desk_, files_, folders_, pump_, process_, engines_, opener_, help_, commonControls_, Separators{}});
       program.start();
       program.forms().shell.frmOpen->Timer1.tick();
       ListingWindow& window = program.session().frmListing();
       window.activated();
-      window.DockStudio1.click("mnuToolsOptions");
+      deeds(window);
       window.closeBox();
     } catch (const fakes::EndOfProcess&) {
       return;
@@ -42,12 +61,13 @@ class Installation {
   }
 
   std::string read(const std::string& file) const { return folder_.read(file); }
+  std::string path() const { return folder_.path(); }
 
   Installation() { process_.folder = folder_.path(); }
 
  private:
   fakes::TempFolder folder_;
-  YieldingDesk desk_;
+  Desk desk_;
   fakes::FakePump pump_;
   fakes::FakeProcess process_;
   fakes::FakeEngines engines_;
@@ -55,10 +75,29 @@ class Installation {
   fakes::FakeHelp help_;
   fakes::FakeCommonControls commonControls_;
   fakes::FakeFileDialogs files_;
+  fakes::FakeFolderListing folders_;
 };
+
+void showOptions(ListingWindow& window) {
+  window.DockStudio1.click("mnuToolsOptions");
+}
 
 void require(bool holds) {
   if (!holds) std::abort();
+}
+
+std::vector<std::string> rowsOf(const ListingWindow& window) {
+  std::vector<std::string> rows;
+  const ListView& list = window.ListView1;
+  for (int row = 1; row <= list.Count(); ++row)
+    for (int cell = 1; cell < static_cast<int>(list.columns().size()); ++cell)
+      rows.push_back(list.Item(row).Text + "|" + list.SubItem(row, cell));
+  return rows;
+}
+
+bool anyHasQuote(const std::vector<std::string>& texts) {
+  return std::any_of(texts.begin(), texts.end(),
+                     [](const std::string& text) { return text.find('"') != std::string::npos; });
 }
 
 std::vector<std::string> valuesOf(const std::string& bytes) {
@@ -80,9 +119,9 @@ void runOptions(std::string_view bytes) {
   whole.resize(OptionsRecord::Size, '\0');
   require(record.encode() == whole);
 
-  Installation installation;
+  Installation<YieldingDesk> installation;
   installation.install("Options.dat", bytes);
-  installation.live();
+  installation.live(showOptions);
   const std::string after = installation.read("Options.dat");
   require(after.size() == bytes.size() || after.size() == OptionsRecord::Size);
   if (bytes.size() > OptionsRecord::Size)
@@ -94,9 +133,9 @@ void runDockState(std::string_view bytes) {
     require(DockState::decode(state->encode()) == state);
     require(state->encode() == bytes);
   }
-  Installation installation;
+  Installation<YieldingDesk> installation;
   installation.install("Trackloom.dsl", bytes);
-  installation.live();
+  installation.live(showOptions);
   require(DockState::decode(installation.read("Trackloom.dsl")).has_value());
 }
 
@@ -108,9 +147,24 @@ void runValues(std::string_view bytes) {
   require(length <= bytes.size() && values.size() <= bytes.size());
   for (const std::string& value : values) writer.text(value);
   // A quote before a separator within a value closes it when it is read again.
-  const bool plain = std::none_of(values.begin(), values.end(),
-                                  [](const std::string& value) { return value.find('"') != std::string::npos; });
-  require(!plain || valuesOf(writer.bytes()) == values);
+  require(anyHasQuote(values) || valuesOf(writer.bytes()) == values);
+}
+
+void runLayout(std::string_view bytes) {
+  Installation<OpeningDesk> installation;
+  for (const char* track : {"music/a.mp3", "music/b b.mp3", "music/\xc3\xa4.wav"}) installation.addTrack(track);
+  std::string text;
+  for (const char c : bytes) text += c == '@' ? installation.path() + "/music" : std::string(1, c);
+  installation.install("Layouts/mix.mixl", text);
+  installation.live([&](ListingWindow& window) {
+    window.DockStudio1.click("Open");
+    const std::vector<std::string> opened = rowsOf(window);
+    // A quote within a cell is read as far as the rules of the file let it.
+    if (anyHasQuote(opened)) return;
+    window.DockStudio1.click("mnuFileSave");
+    window.DockStudio1.click("Open");
+    require(rowsOf(window) == opened);
+  });
 }
 
 }  // namespace trackloom::fuzz

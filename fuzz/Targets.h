@@ -15,4 +15,8 @@ void runDockState(std::string_view bytes);
 /// Reads these bytes as values, to the end. Aborts where the values, written anew, are not read back.
 void runValues(std::string_view bytes);
 
+/// Opens a layout file of these bytes, in which a '@' stands for a folder with three tracks, saves it and opens it
+/// again. Aborts where the rows differ then.
+void runLayout(std::string_view bytes);
+
 }  // namespace trackloom::fuzz

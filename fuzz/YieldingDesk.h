@@ -7,7 +7,7 @@
 namespace trackloom::fuzz {
 
 /// A user who closes every window by its close box and takes each box's way out.
-class YieldingDesk final : public FormHost, public MessageBoxes {
+class YieldingDesk : public FormHost, public MessageBoxes {
  public:
   void show(Form&) override {}
   void showModal(Form& form, Form*) override { form.closeBox(); }

@@ -37,4 +37,8 @@ TEST_CASE("The corpus of the bars fuzzer runs through") {
   CHECK(replay("dock_state", fuzz::runDockState) > 20);
 }
 
+TEST_CASE("The corpus of the layouts fuzzer runs through") {
+  CHECK(replay("layout", fuzz::runLayout) > 20);
+}
+
 }  // namespace trackloom
