@@ -5,14 +5,13 @@
 #include <bit>
 #include <cstring>
 #include <limits>
-#include <mutex>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
 #include "engines/audio/FrameSource.h"
+#include "engines/audio/Measurements.h"
 #include "engines/audio/Mp3Source.h"
 #include "engines/audio/WavSource.h"
 
@@ -103,55 +102,27 @@ class SectorStream : public AudioStream {
 
 }  // namespace
 
-/// What was measured so far, by path. An entry is locked while its file is measured, so that whoever asks for the same
-/// file meanwhile gets the same answer without a second measuring, and whoever asks for another one does not wait.
+/// The measurements of files, however they are come by.
 class AudioFiles::Cache {
  public:
-  struct Measured {
-    FileNote note;
-    std::optional<SoundLength> length;  // nothing: refused
-    std::optional<std::int32_t> blocks;
-  };
-
   Measured known(const HostPath& path, const FileNote& note) {
-    return measured(path, note, Proof::Header, [&] { return SourceReading(path); });
+    return all_.find(path, note, Proof::Header, [&path] {
+      SourceReading reading(path);
+      return measured(reading, Proof::Header);
+    });
   }
   Measured proven(SourceReading& reading) {
-    return measured(reading.file().path(), reading.file().note(), Proof::EveryFrame,
-                    [&]() -> SourceReading& { return reading; });
+    return all_.find(reading.file().path(), reading.file().note(), Proof::EveryFrame,
+                     [&reading] { return measured(reading, Proof::EveryFrame); });
   }
 
  private:
-  struct Entry {
-    std::mutex mutex;
-    std::optional<Measured> measured;
-  };
-
-  static bool isEnough(const std::optional<SoundLength>& length, Proof proof) {
-    return !length || length->proven || proof == Proof::Header;
+  static Measured measured(SourceReading& reading, Proof proof) {
+    const auto length = lengthOf(reading, proof);
+    return {reading.file().note(), length, length ? blocksFor(length->frames) : std::nullopt};
   }
 
-  template <class Opener>
-  Measured measured(const HostPath& path, const FileNote& note, Proof proof, const Opener& open) {
-    Entry& entry = entryOf(path);
-    const std::lock_guard lock(entry.mutex);
-    std::optional<Measured>& known = entry.measured;
-    if (!known || known->note != note || !isEnough(known->length, proof)) {
-      auto&& reading = open();
-      const auto length = lengthOf(reading, proof);
-      known = Measured{reading.file().note(), length, length ? blocksFor(length->frames) : std::nullopt};
-    }
-    return *known;
-  }
-
-  // Entries stay where they are when others come, so a reference outlives the lock.
-  Entry& entryOf(const HostPath& path) {
-    const std::lock_guard lock(mutex_);
-    return entries_[path.text];
-  }
-
-  std::mutex mutex_;
-  std::unordered_map<std::string, Entry> entries_;
+  Measurements all_;
 };
 
 AudioFiles::AudioFiles() : cache_(std::make_unique<Cache>()) {}

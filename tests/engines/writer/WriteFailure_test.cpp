@@ -1,4 +1,5 @@
 #include <catch2/catch.hpp>
+#include <functional>
 
 #include "engines/writer/FakeWorld.h"
 
@@ -215,7 +216,7 @@ TEST_CASE("A source that has vanished or changed since it was queued is a file e
   CHECK(world.recorder->disc()->state.status == DiscEmpty);
 }
 
-TEST_CASE("A source that shrinks while its disc is written is a file error, not zeros") {
+TEST_CASE("A data file that goes or changes before its turn comes is a file error that names it, not zeros") {
   FakeWorld world;
   world.writer->SetDiscMode(DataBlocks);
   const std::size_t megabytes = 24;
@@ -223,18 +224,32 @@ TEST_CASE("A source that shrinks while its disc is written is a file error, not 
   const HostPath second = world.folder.file("2", noise(megabytes << 20, 2));
   world.writer->AddDataFile(DiscPath("\\2"), second);
   world.recorder->everyWrite = std::chrono::milliseconds(1);
+  std::function<void()> change;
+  std::string why;
   SECTION("shortened") {
-    world.heard.onLine = [&](const std::string& line) {
-      if (line.starts_with("OnTrackWriteStart")) std::filesystem::resize_file(second.text, 5000);
-    };
+    change = [&] { std::filesystem::resize_file(second.text, 5000); };
+    why = "changed since it was added";
+  }
+  SECTION("overwritten") {
+    change = [&] { world.folder.file("2", "other"); };
+    why = "changed since it was added";
   }
   SECTION("removed") {
-    world.heard.onLine = [&](const std::string& line) {
-      if (line.starts_with("OnTrackWriteStart")) std::filesystem::remove(second.text);
-    };
+    change = [&] { std::filesystem::remove(second.text); };
+    why = "No such file or directory";
   }
+  SECTION("not to be read any more") {
+    change = [&] {
+      std::filesystem::remove(second.text);
+      std::filesystem::create_directory(second.text);
+    };
+    why = "not a regular file";
+  }
+  world.heard.onLine = [&](const std::string& line) {
+    if (line.starts_with("OnTrackWriteStart")) change();
+  };
   CHECK(lastLine(world) == "OnWriteError 2 0");
-  CHECK(detailSays(world, second.text));
+  CHECK(world.writers.failureDetail().lastFailure() == second.text + ": " + why);
   CHECK(world.recorder->disc()->state.status == DiscClosed);
 }
 
