@@ -43,9 +43,22 @@ bool called(const Lines& transcript, const std::string& call) {
 TEST_CASE("E018: Without a drive panel2 says so behind frmNOCD, whose OK ends the process") {
   Machine machine;
   machine.engines.stage.drives.clear();
-  expectNoDrive(machine, "No Recording Drive Found");
-  CHECK_THROWS_AS(machine.start(), EndOfProcess);
-  CHECK(machine.window().cboMainDrive.entries().empty());
+  bool pressed = false;
+  machine.desk.expectForm<frmNOCD>("frmNOCD", [&](frmNOCD& form) {
+    CHECK(machine.window().panel2.Text == std::string("No Recording Drive Found"));
+    CHECK(machine.window().cboMainDrive.entries().empty());
+    pressed = true;
+    form.cmdOK.click();
+    FAIL("the process goes on behind OK");
+  });
+  std::optional<int> status;
+  try {
+    machine.start();
+  } catch (const EndOfProcess& end) {
+    status = end.status;
+  }
+  CHECK(pressed);
+  CHECK(status == 0);
   CHECK(machine.engines.stage.take() == Lines{"CDR1.DriveCount"});
 }
 
