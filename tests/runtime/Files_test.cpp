@@ -11,6 +11,7 @@
 
 #include "fakes/ChildProcess.h"
 #include "fakes/ErrorNumber.h"
+#include "fakes/FolderLook.h"
 #include "fakes/TempFolder.h"
 #include "runtime/FileDescriptor.h"
 #include "runtime/SystemCalls.h"
@@ -18,22 +19,12 @@
 namespace trackloom {
 
 using fakes::ChildProcess;
+using fakes::namesIn;
+using fakes::permissionsOf;
 using fakes::TempFolder;
 using Lines = std::vector<std::string>;
 
 namespace {
-
-Lines namesIn(const std::string& folder) {
-  Lines names;
-  for (const auto& entry : std::filesystem::directory_iterator(folder)) names.push_back(entry.path().filename());
-  std::sort(names.begin(), names.end());
-  return names;
-}
-
-mode_t permissionsOf(const std::string& path) {
-  struct stat entry {};
-  return ::stat(path.c_str(), &entry) == 0 ? entry.st_mode & 07777 : 0;
-}
 
 /// Does it as a user who is not allowed everything.
 ChildProcess asPlainUser(const std::function<int()>& work) {

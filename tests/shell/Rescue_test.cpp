@@ -4,6 +4,7 @@
 
 #include <catch2/catch.hpp>
 
+#include "fakes/FolderLook.h"
 #include "fakes/Machine.h"
 #include "layout/frmSave.h"
 #include "runtime/FileDescriptor.h"
@@ -14,6 +15,8 @@ namespace trackloom {
 
 using fakes::EndOfProcess;
 using fakes::Machine;
+using fakes::namesIn;
+using fakes::permissionsOf;
 using fakes::TempFolder;
 using Lines = std::vector<std::string>;
 
@@ -45,18 +48,6 @@ class InNeed : public Machine {
   void clearLayouts() const { std::filesystem::remove(folder / "Layouts"); }
   std::string layout() const { return "\"Audio\"\r\n1\r\n\"00:03:25\"\r\n\"" + folder.path() + "/music/a.mp3\"\r\n"; }
 };
-
-Lines namesIn(const std::string& folder) {
-  Lines names;
-  for (const auto& entry : std::filesystem::directory_iterator(folder)) names.push_back(entry.path().filename());
-  std::sort(names.begin(), names.end());
-  return names;
-}
-
-mode_t permissionsOf(const std::string& path) {
-  struct stat entry {};
-  return ::stat(path.c_str(), &entry) == 0 ? entry.st_mode & 0777 : 0;
-}
 
 constexpr const char* DiskFullWords = "Run-time error '61':\r\n\r\nDisk full";
 
