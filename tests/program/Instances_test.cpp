@@ -9,7 +9,9 @@
 #include <map>
 #include <thread>
 
+#include "engines/ground/EngineSettings.h"
 #include "fakes/TempFolder.h"
+#include "runtime/IniFile.h"
 
 namespace trackloom {
 
@@ -90,6 +92,20 @@ TEST_CASE("E008: A second process of the program ends by itself and touches no f
   first.terminate();
   CHECK(first.status() == 0);
   CHECK(folder.read("Trackloom.dsl") != "as the first process left it");
+}
+
+TEST_CASE("The first process explains what can be set of its engines, and remembers its drives in the same file") {
+  const TempFolder folder;
+  fs::copy(TRACKLOOM_PROGRAM, folder.path(), fs::copy_options::recursive);
+  folder.write("NoShow.dat", "");
+  RunningProgram first(folder / "trackloom");
+  const auto drives = [&] { return IniFile::parse(folder.read("Engines.ini")).value("drives", "1"); };
+  for (int tenths = 0; tenths < 600 && !drives(); ++tenths) std::this_thread::sleep_for(std::chrono::milliseconds(100));
+  REQUIRE(drives());
+  CHECK(drives()->find("Virtual CD Recorder") != std::string::npos);
+  TempFolder explained;
+  engines::explainEngineSettings(HostPath(explained.path()));
+  CHECK(folder.read("Engines.ini").starts_with(explained.read("Engines.ini")));
 }
 
 }  // namespace trackloom
