@@ -10,6 +10,7 @@
 #include "controls/TabStrip.h"
 #include "controls/TextBox.h"
 #include "controls/VScrollBar.h"
+#include "fakes/FakeFolderListing.h"
 #include "fakes/FakeWorld.h"
 #include "fakes/FakeWriter.h"
 #include "fakes/TempFolder.h"
@@ -226,8 +227,9 @@ class Monkey final : public FormHost, public MessageBoxes, public EventPump, pub
   FakeHelp help_;
   FakeCommonControls commonControls_;
   fakes::FakeFileDialogs fileDialogs_;
-  Program program_{
-      *this, Ports{*this, fileDialogs_, *this, process_, engines_, opener_, help_, commonControls_, Separators{}}};
+  fakes::FakeFolderListing folders_;
+  Program program_{*this, Ports{*this, fileDialogs_, folders_, *this, process_, engines_, opener_, help_,
+                                commonControls_, Separators{}}};
   std::vector<std::string> files_;
   std::vector<Form*> shown_;
   std::vector<Form*> modals_;
