@@ -134,6 +134,11 @@ void FakeWriter::SetDiscMode(std::int32_t mode) {
   mode_ = mode == AudioBlocks ? AudioBlocks : DataBlocks;
 }
 
+void FakeWriter::set(const std::string& setting, bool& value, bool on) {
+  stage_.tell(name_ + "." + setting + "=" + truth(on));
+  value = on;
+}
+
 void FakeWriter::SetCloseSession(bool on) {
   note("CloseSession=" + truth(on));
   closeSession_ = on;

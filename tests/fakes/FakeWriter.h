@@ -60,14 +60,14 @@ class FakeWriter final : public CDWriterXP {
   std::int32_t DataQueueBlocks() override { return dataQueue.blocks(); }
   bool ImportLastSession(bool takeOver) override;
   void SetDiscMode(std::int32_t mode) override;
-  void SetTestMode(bool on) override { testMode_ = on; }
+  void SetTestMode(bool on) override { set("TestMode", testMode_, on); }
   bool TestMode() override { return testMode_; }
-  void SetCloseDisc(bool on) override { closeDisc_ = on; }
+  void SetCloseDisc(bool on) override { set("CloseDisc", closeDisc_, on); }
   bool CloseDisc() override { return closeDisc_; }
   void SetCloseSession(bool on) override;
-  void SetCacheAudioTracks(bool on) override { cacheAudio_ = on; }
+  void SetCacheAudioTracks(bool on) override { set("CacheAudioTracks", cacheAudio_, on); }
   bool CacheAudioTracks() override { return cacheAudio_; }
-  void SetCacheDataTrack(bool on) override { cacheData_ = on; }
+  void SetCacheDataTrack(bool on) override { set("CacheDataTrack", cacheData_, on); }
   bool CacheDataTrack() override { return cacheData_; }
   void SetVolumeLabel(const std::string& label) override;
   void StartWrite() override;
@@ -91,6 +91,7 @@ class FakeWriter final : public CDWriterXP {
   /// The disc in the selected drive, or null.
   FakeDisc* disc();
   void note(const std::string& call) { stage_.note(name_ + "." + call); }
+  void set(const std::string& setting, bool& value, bool on);
 
   void add(std::function<void()> step) { steps_.push_back(std::move(step)); }
   void fail(std::int32_t code, std::int32_t number, const std::string& words);

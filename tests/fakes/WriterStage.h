@@ -68,14 +68,17 @@ struct WriterStage {
   /// Size in blocks of the files that can be read as data; all others are refused.
   std::map<std::string, std::int32_t> data;
   std::vector<std::string> transcript;
-  /// Hears each line of the transcript as it comes.
+  /// Hears each line of the transcript as it comes, and each setting.
   std::function<void(const std::string&)> onLine;
   /// The calls at which an engine throws instead of answering, as they stand in the transcript.
   std::set<std::string> broken;
 
+  void tell(const std::string& line) const {
+    if (onLine) onLine(line);
+  }
   void note(const std::string& call) {
     transcript.push_back(call);
-    if (onLine) onLine(call);
+    tell(call);
     if (broken.contains(call)) throw RuntimeError(RuntimeError::DeviceIoError);
   }
   /// The part of the transcript since the last call.

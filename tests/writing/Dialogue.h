@@ -10,9 +10,9 @@
 
 namespace trackloom {
 
-/// A recording written down as a dialogue: each call of the engine, window, box and painted text in the order in which
-/// they came, and behind each event of the engine what the status window shows by then. The layout has two tracks, the
-/// first of three blocks and the second of two.
+/// A recording written down as a dialogue: each call and setting of the engine, each window, box and pause, and each
+/// change in the status window, in the order in which they came. The layout has two tracks, the first of three blocks
+/// and the second of two.
 class Dialogue : public fakes::Machine {
  public:
   explicit Dialogue(std::int16_t kind) {
@@ -20,13 +20,14 @@ class Dialogue : public fakes::Machine {
     newLayout(kind);
     addTrack("a.mp3", 3);
     addTrack("b.mp3", 2);
-    engines.stage.onLine = [this](const std::string& call) { hear(call + stateAt(call)); };
+    engines.stage.onLine = [this](const std::string& call) { hear(call + passOf(call)); };
+    for (Timer* timer : {&window().Timer1, &window().Timer2}) watchTimer(*timer);
     desk.onLine = [this](const std::string& line) {
       if (withStatus || !line.starts_with("repaint lbl")) hear(line + wordsOf(line));
     };
   }
 
-  /// Leaves out how the status window looks, for dialogues about the course of things.
+  /// False leaves out what the status window shows, for dialogues about the course of things.
   bool withStatus = true;
 
   void hear(std::string line) {
@@ -43,22 +44,17 @@ class Dialogue : public fakes::Machine {
       form.cmdOK.click();
     });
     click("Record");
-    look();
   }
   void step(int events = 1) {
     while (events-- > 0) {
       cdr1().step();
-      look();
     }
   }
   /// The engine goes on as far as it can.
-  void finish() {
-    while (cdr1().busy()) step();
-  }
+  void finish() { cdr1().finish(); }
   void tick(Timer& timer) {
     hear("tick " + timer.name());
     timer.tick();
-    look();
   }
   void expectDone() {
     desk.expectForm<frmDone>("frmDone", [this](frmDone& form) {
@@ -79,43 +75,47 @@ class Dialogue : public fakes::Machine {
     for (std::size_t at = line.find(text); at != std::string::npos; at = line.find(text))
       line.replace(at, text.size(), by);
   }
-  static std::string of(const ProgressBarEx& bar) {
-    return std::to_string(bar.Value()) + "/" + std::to_string(bar.Max());
+  /// From now on each change in the status window is heard.
+  void watchStatus() {
+    watched_.clear();
+    for (Control* control : status().controls())
+      watched_.push_back(control->changed.connect([this, control] {
+        if (!isBetweenTwoStates(*control)) hear("  " + stateOf(*control));
+      }));
   }
+  /// A bar whose maximum has fallen below its value, which follows at once.
+  static bool isBetweenTwoStates(const Control& control) {
+    const auto* bar = dynamic_cast<const ProgressBarEx*>(&control);
+    return bar != nullptr && bar->Value() > bar->Max();
+  }
+  void watchTimer(Timer& timer) {
+    timers_.push_back(timer.changed.connect([this, &timer] { hear(stateOf(timer)); }));
+  }
+  static std::string stateOf(const Control& control) {
+    if (const auto* label = dynamic_cast<const Label*>(&control)) return control.name() + inQuotes(label->Caption);
+    if (const auto* bar = dynamic_cast<const ProgressBarEx*>(&control))
+      return control.name() + " " + std::to_string(bar->Value()) + "/" + std::to_string(bar->Max());
+    return control.name() + (control.Enabled ? " on" : " off");
+  }
+  static std::string inQuotes(const std::string& text) { return " \"" + text.substr(0, text.find("\r\n")) + "\""; }
 
-  void look() {
-    if (!withStatus || !program().forms().writing.frmStatus.exists()) return;
-    const std::string shown = looks(status());
-    if (shown != std::exchange(shown_, shown)) hear(shown);
-  }
-  static std::string looks(const frmStatus& form) {
-    return "  [" + form.lblOperation.Caption.get() + "|" + (form.Frame2.Enabled ? "cache " : "no cache ") +
-           of(form.pbCache) + "|track " + of(form.pbTrack) + "|overall " + of(form.pbOverall) + "|" +
-           form.lblTracks.Caption.get() + "|" + form.lblBuffer.Caption.get() + "|" + form.lblDevice.Caption.get() +
-           (form.cmdCancel.Enabled ? "|Cancel]" : "]");
-  }
-  std::string stateAt(const std::string& call) {
-    if (call.starts_with("CDR1.CloseSession="))
-      return std::string(" CloseDisc=") + (cdr1().CloseDisc() ? "True" : "False");
+  std::string passOf(const std::string& call) {
     if (call != "CDR1.StartWrite") return "";
-    return std::string(cdr1().TestMode() ? " test" : " real") + ", phase " + std::to_string(mod().WritePhase) +
-           (mod().WriteActive ? ", active" : ", idle");
+    return " phase " + std::to_string(mod().WritePhase) + (mod().WriteActive ? ", active" : ", idle");
   }
   /// What the user reads there at that moment.
   std::string wordsOf(const std::string& line) {
-    if (line == "show frmStatus") return " \"" + status().lblSpeed.Caption.get() + "\"";
-    if (line.starts_with("box ")) return " \"" + firstLine(desk.lastBox().text) + "\"";
-    if (!line.starts_with("repaint lbl")) return "";
-    for (const Control* control : status().controls())
-      if (line == "repaint " + control->name())
-        return " \"" + dynamic_cast<const Label&>(*control).Caption.get() + "\"";
-    return "";
+    if (line == "repaint frmStatus") return inQuotes(status().lblOperation.Caption);
+    if (line == "show frmStatus") {
+      if (withStatus) watchStatus();
+      return inQuotes(status().lblSpeed.Caption) + ", " + stateOf(status().Frame2);
+    }
+    return line.starts_with("box ") ? inQuotes(desk.lastBox().text) : "";
   }
 
-  static std::string firstLine(const std::string& text) { return text.substr(0, text.find("\r\n")); }
-
   std::vector<std::string> lines_;
-  std::string shown_;
+  std::vector<Connection> watched_;
+  std::vector<Connection> timers_;
 };
 
 }  // namespace trackloom

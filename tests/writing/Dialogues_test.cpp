@@ -237,6 +237,20 @@ TEST_CASE("A closing session or disc that is not of a recording opens no status 
   CHECK(machine.heard().empty());
 }
 
+TEST_CASE("A session or disc that is being closed takes all figures of the writing away") {
+  const bool disc = GENERATE(true, false);
+  Dialogue machine(AudioLayout);
+  machine.record();
+  machine.step(4);
+  machine.cdr1().events.OnTrackClosing(1);
+  machine.cdr1().events.OnCacheProgress(40);
+  frmStatus& status = machine.status();
+  disc ? machine.cdr1().events.OnDiscClosing() : machine.cdr1().events.OnSessionClosing();
+  for (const ProgressBarEx* bar : {&status.pbCache, &status.pbTrack, &status.pbOverall}) CHECK(bar->Value() == 0);
+  for (const Label* label : {&status.lblBuffer, &status.lblDevice, &status.lblTracks})
+    CHECK(label->Caption == std::string());
+}
+
 TEST_CASE("A track whose length nobody told counts as not begun") {
   Dialogue machine(AudioLayout);
   machine.record();

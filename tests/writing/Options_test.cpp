@@ -78,6 +78,25 @@ TEST_CASE("Caching is on by itself where the drive has no write guard, and goes 
   CHECK(machine.cdr1().CacheDataTrack() == (kind == AudioLayout ? other : !guard));
 }
 
+TEST_CASE("What becomes of the disc is told anew with each recording, whatever the last one was told") {
+  struct Case {
+    std::int16_t kind;
+    OptionButton frmOptions::*mode;
+    bool closesDisc;
+    std::string session;
+  };
+  const Case c = GENERATE(Case{AudioLayout, &frmOptions::optClose, true, "CDR1.CloseSession=True"},
+                          Case{AudioLayout, &frmOptions::optTrack, false, "CDR1.CloseSession=False"},
+                          Case{Mp3Layout, &frmOptions::optClose, true, "CDR1.CloseSession=True"},
+                          Case{Mp3Layout, &frmOptions::optLeaveOpen, false, "CDR1.CloseSession=True"});
+  const bool last = GENERATE(true, false);
+  Choosing machine(c.kind);
+  machine.cdr1().SetCloseDisc(last);
+  machine.confirm([&](frmOptions& form) { (form.*c.mode).click(); });
+  CHECK(machine.cdr1().CloseDisc() == c.closesDisc);
+  CHECK(machine.engines.stage.take().at(0) == c.session);
+}
+
 TEST_CASE("The label of an MP3 disc loses the blanks around it, and an audio disc leaves the last one alone") {
   Choosing data(Mp3Layout);
   data.confirm([](frmOptions& form) { form.txtVolume.type("  My mix "); });

@@ -139,7 +139,7 @@ TEST_CASE("The speeds go down by fours and by halves, and the highest reaches th
     const char* list;
   };
   const auto c = GENERATE(Case{48, "48x44x40x36x32x28x24x20x16x12x8x4x2x1x"}, Case{10, "10x6x2x1x"}, Case{5, "5x1x"},
-                          Case{3, "3x2x1x"}, Case{0, "Default"});
+                          Case{3, "3x2x1x"}, Case{4, "4x2x1x"}, Case{2, "2x1x"}, Case{1, "1x"}, Case{0, "Default"});
   Recording machine;
   machine.engines.stage.drives[0].maxSpeed = c.max;
   machine.engines.stage.take();
