@@ -119,7 +119,7 @@ void ListView::Clear() {
 void ListView::SetSubItem(int row, int index, std::string text) {
   if (index < 1 || index >= static_cast<int>(columns_.size())) throw RuntimeError(RuntimeError::SubscriptOutOfRange);
   auto& cells = at(row).item->SubItems;
-  if (cells.size() < static_cast<std::size_t>(index)) cells.resize(static_cast<std::size_t>(index));
+  cells.resize(std::max(cells.size(), static_cast<std::size_t>(index)));
   cells[static_cast<std::size_t>(index - 1)] = std::move(text);
   tell(ListChange::Kind::RowChanged, row);
 }

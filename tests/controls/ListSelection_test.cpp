@@ -92,4 +92,19 @@ TEST_CASE("Selecting a row outside raises error 9, and the user selects nothing 
   CHECK(desk.multi.SelectedRows().empty());
 }
 
+TEST_CASE("The last row that goes takes the selection with it, selected or not") {
+  Desk desk;
+  for (ListView* list : {&desk.single, &desk.multi}) {
+    list->SelectRow(4);
+    for (int left = 4; left > 0; --left) {
+      CHECK(list->SelectedRows() == Rows{left});
+      list->Remove(left);
+    }
+    CHECK(list->Count() == 0);
+    CHECK(list->SelectedRows().empty());
+    list->Add({"new", {}});
+    CHECK(list->SelectedRows().empty());
+  }
+}
+
 }  // namespace trackloom

@@ -243,6 +243,8 @@ TEST_CASE("Whoever mirrors the columns hears of each change of them, and of no w
   desk.list.SetColumnWidth(1, 2000.4);
   CHECK(mirror.widest == 2000);
   CHECK(desk.list.columns()[0].width == 2000);
+  desk.list.SetColumnWidth(1, 2000.5);
+  CHECK(mirror.widest == 2000.5);
   desk.list.SetColumnWidth(1, 2001);
   CHECK(mirror.widest == 2001);
   desk.list.RemoveColumn(2);
