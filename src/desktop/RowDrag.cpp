@@ -37,7 +37,7 @@ struct RowDrag {
   void reportView() const;
   void press(const QMouseEvent& mouse);
   bool move(const QMouseEvent& mouse);
-  void release(const QMouseEvent& mouse);
+  bool release(const QMouseEvent& mouse);
   bool isOverList(const QMouseEvent& mouse) const;
   bool hear(QEvent& event);
   bool hearKey(const QKeyEvent& key);
@@ -78,13 +78,16 @@ bool RowDrag::move(const QMouseEvent& mouse) {
   return true;
 }
 
-void RowDrag::release(const QMouseEvent& mouse) {
-  if (!list.dragging()) return;
+/// True: the release ends a drag. The view would take it for a click and select what lies under the pointer, or
+/// nothing.
+bool RowDrag::release(const QMouseEvent& mouse) {
+  if (!list.dragging()) return false;
   reportView();
   if (isOverList(mouse))
     list.drop(heightOf(mouse.pos().y()));
   else
     list.endDragElsewhere();
+  return moved;
 }
 
 bool RowDrag::isOverList(const QMouseEvent& mouse) const {
@@ -97,7 +100,7 @@ bool RowDrag::hear(QEvent& event) {
     if (event.type() == QEvent::Resize) reportView();
     if (event.type() == QEvent::MouseButtonPress) press(static_cast<QMouseEvent&>(event));
     if (event.type() == QEvent::MouseMove) kept = move(static_cast<QMouseEvent&>(event));
-    if (event.type() == QEvent::MouseButtonRelease) release(static_cast<QMouseEvent&>(event));
+    if (event.type() == QEvent::MouseButtonRelease) kept = release(static_cast<QMouseEvent&>(event));
   });
   return kept;
 }

@@ -180,4 +180,22 @@ TEST_CASE("Alt with Up and Down moves a row of a list whose rows are dragged, an
   CHECK(lists.form->moved.size() == 3);
 }
 
+TEST_CASE("A drop below the last row leaves the selection that the drop makes") {
+  const Lists lists(3);
+  lists.form->dragged.DragDrop = [&](double) {
+    lists.form->dragged.Remove(1);
+    lists.form->dragged.Insert(3, {"moved", {}});
+    lists.form->dragged.SelectRow(3);
+  };
+  // Of a row that is selected already, the view takes the release for the click.
+  lists.form->dragged.SelectRow(1);
+  lists.press(lists.place(1.5));
+  lists.moveTo(lists.place(2.5));
+  lists.release(lists.place(4.5));
+  CHECK(lists.form->dragged.SelectedRows() == Rows{3});
+  CHECK(rowsIn(*lists.dragged) == Rows{3});
+  QTest::mouseClick(lists.dragged->viewport(), Qt::LeftButton, {}, lists.place(1.5));
+  CHECK(rowsIn(*lists.dragged) == Rows{1});
+}
+
 }  // namespace trackloom
