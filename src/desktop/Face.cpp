@@ -110,7 +110,8 @@ bool Face::handle(QEvent& event) {
   switch (event.type()) {
     case QEvent::Close:
       event.ignore();
-      entry()([this] { form_->closeBox(); });
+      // The window system asks for it, also while the program waits within a call.
+      entry().byItself([this] { form_->closeBox(); });
       return true;
     case QEvent::KeyPress:
       return pressKey(static_cast<QKeyEvent&>(event).key());

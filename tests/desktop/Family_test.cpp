@@ -271,6 +271,17 @@ TEST_CASE("An event held back that shows a box does not hold up those behind it"
   CHECK(heard == Lines{"behind", "box gone"});
 }
 
+TEST_CASE("A window that is to be closed while the program waits within a call is asked afterwards") {
+  TwoForms forms;
+  {
+    const QtDesk::Standstill standstill(forms.desk);
+    forms.desk.window(*forms.first)->close();
+    QCoreApplication::processEvents();
+    CHECK(forms.desk.window(*forms.first) != nullptr);
+  }
+  CHECK(comesTrue([&] { return forms.desk.window(*forms.first) == nullptr; }));
+}
+
 TEST_CASE("A wait that is over at once lets nothing run, and what it throws comes out") {
   TwoForms forms;
   QtPatience patience(forms.desk);
