@@ -47,6 +47,28 @@ std::size_t extensionAt(const std::string& mp3) {
   return xingAt(mp3) + 120;
 }
 
+void putNumber(std::string& bytes, std::size_t at, std::uint32_t number) {
+  for (int byte = 0; byte < 4; ++byte)
+    bytes[at + static_cast<std::size_t>(byte)] = static_cast<char>(number >> (24 - 8 * byte));
+}
+
+void putSkips(std::string& mp3, int delay, int padding) {
+  const std::size_t skips = extensionAt(mp3) + 21;
+  mp3[skips] = static_cast<char>(delay >> 4);
+  mp3[skips + 1] = static_cast<char>((delay & 15) << 4 | padding >> 8);
+  mp3[skips + 2] = static_cast<char>(padding & 0xFF);
+}
+
+/// Of a file of 128 kbit/s the header and the first frames, whatever the header tells of them.
+std::string beginning(const std::string& mp3, int frames, std::uint32_t announced) {
+  std::size_t end = 0;
+  for (int frame = 0; frame <= frames; ++frame) end += 417 + (static_cast<unsigned char>(mp3[end + 2]) >> 1U & 1U);
+  std::string cut = mp3.substr(0, end);
+  putNumber(cut, xingAt(cut) + 8, announced);
+  putNumber(cut, xingAt(cut) + 12, static_cast<std::uint32_t>(end));
+  return cut;
+}
+
 std::string apeTag() {
   const std::string item("\x04\0\0\0\0\0\0\0Title\0Long", 18);
   const auto header = [&](char flags) {
@@ -123,10 +145,7 @@ TEST_CASE_METHOD(Mp3Folder, "The encoder's delay and padding are honoured to the
                               Skips{4095, 4095});
   INFO(skips.delay << " " << skips.padding);
   std::string mp3 = encoded("-b 160");
-  const std::size_t extension = extensionAt(mp3);
-  mp3[extension + 21] = static_cast<char>(skips.delay >> 4);
-  mp3[extension + 22] = static_cast<char>((skips.delay & 15) << 4 | skips.padding >> 8);
-  mp3[extension + 23] = static_cast<char>(skips.padding & 0xFF);
+  putSkips(mp3, skips.delay, skips.padding);
   write("skips.mp3", mp3);
   const Samples expected = decodedByFfmpeg("skips.mp3");
 
@@ -154,6 +173,45 @@ TEST_CASE_METHOD(Mp3Folder, "Tags around the sound change nothing of its length"
   CHECK(files.blocks(write("tagged.mp3", tagged)) == blocksFor(SourceFrames));
   const Samples bare = readAll(*files.open(write("bare.mp3", sound)));
   CHECK(largestDifference(readAll(*files.open(at("tagged.mp3"))), bare) == 0);
+}
+
+TEST_CASE_METHOD(Mp3Folder, "Frames of every bit rate are found") {
+  AudioFiles files;
+  for (const int rate : {32, 40, 48, 56, 64, 80, 96, 112, 128, 160, 192, 224, 256, 320}) {
+    INFO(rate);
+    write("rate.mp3", encoded("--quiet -t --resample 44.1 -b " + std::to_string(rate)));
+    const std::size_t frames = decodedByFfmpeg("rate.mp3").size() / 2;
+    CHECK(files.open(at("rate.mp3"))->blocks() == blocksFor(frames));
+  }
+}
+
+TEST_CASE_METHOD(Mp3Folder,
+                 "A header that would leave nothing of the sound is not believed, and a file without sound is none") {
+  const std::string mp3 = encoded("-b 128");
+  std::string lying = beginning(mp3, 2, 1);
+  putSkips(lying, 576, 576);
+  CHECK(AudioFiles().blocks(write("lying.mp3", lying)) == blocksFor(1152));
+  std::string silent = beginning(mp3, 2, 2);
+  putSkips(silent, 1152, 1152);
+  CHECK_FALSE(AudioFiles().blocks(write("silent.mp3", silent)));
+  putSkips(silent, 1152, 1151);
+  CHECK(AudioFiles().blocks(write("one.mp3", silent)) == 1);
+}
+
+TEST_CASE_METHOD(Mp3Folder, "Tags larger than 64 KiB are passed over at both ends, up to 16 in a row") {
+  const std::string sound = encoded("-t -b 128");
+  const std::size_t size = 80'000;
+  std::string footer = apeTag().substr(apeTag().size() - 32);
+  for (std::size_t byte = 0; byte < 4; ++byte) footer[12 + byte] = static_cast<char>((size + 32) >> (8 * byte));
+  footer[23] = '\0';
+  // Zeros behind the sound are passed over as damage, headers in them would be counted.
+  const std::string ape = (sound + sound + sound).substr(0, size) + footer;
+  const auto bare = AudioFiles().blocks(write("bare.mp3", sound));
+  CHECK(AudioFiles().blocks(write("ape.mp3", sound + ape)) == bare);
+  std::string tags;
+  for (int tag = 0; tag < 16; ++tag) tags += id3v2Tag(100'000, 100'000);
+  CHECK(AudioFiles().blocks(write("16.mp3", tags + sound)) == bare);
+  CHECK_FALSE(AudioFiles().blocks(write("17.mp3", tags + id3v2Tag(100'000, 100'000) + sound)));
 }
 
 TEST_CASE_METHOD(Mp3Folder, "A picture of 12 MB before the sound is skipped, not read") {

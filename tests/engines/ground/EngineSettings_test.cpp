@@ -34,6 +34,14 @@ TEST_CASE("What the user set is taken, and what makes no sense is not") {
   CHECK(loadEngineSettings(HostPath(folder.path())).virtualRecorders);
 }
 
+TEST_CASE("A pause may last for a minute and not for a block longer") {
+  TempFolder folder;
+  folder.write("Engines.ini", "[Writing]\npause = 4500\n");
+  CHECK(loadEngineSettings(HostPath(folder.path())).pause == 4500);
+  folder.write("Engines.ini", "[Writing]\npause = 4501\n");
+  CHECK(loadEngineSettings(HostPath(folder.path())).pause == 150);
+}
+
 TEST_CASE("A program folder that cannot be written gives the defaults in silence") {
   explainEngineSettings(HostPath("/no/such/folder"));
   CHECK(loadEngineSettings(HostPath("/no/such/folder")).pause == 150);

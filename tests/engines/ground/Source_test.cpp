@@ -5,10 +5,12 @@
 #include <unistd.h>
 
 #include <catch2/catch.hpp>
+#include <cstdint>
 #include <filesystem>
 #include <fstream>
 #include <functional>
 #include <string>
+#include <vector>
 
 namespace trackloom::engines {
 
@@ -69,6 +71,15 @@ std::string failureOf(const std::function<void()>& work) {
     return error.words();
   }
   return "";
+}
+
+/// All bytes that this process has asked the system for so far.
+std::uint64_t bytesRead() {
+  std::ifstream io("/proc/self/io");
+  std::string name;
+  std::uint64_t count = 0;
+  io >> name >> count;
+  return count;
 }
 
 }  // namespace
@@ -179,6 +190,21 @@ TEST_CASE("What is no regular file is no source, and nobody waits for it") {
   CHECK(failureOf([&] { SourceFile{file.other()}; }) == file.other().text + ": not a regular file");
   CHECK_FALSE(noteOf(file.other()));
   CHECK(failureOf([] { SourceFile{HostPath("/no/such")}; }) == "/no/such: No such file or directory");
+}
+
+TEST_CASE("A file that was changed a moment ago is read once more behind its last byte, and an old one is not") {
+  const auto readAgain = [](const HostPath& path) {
+    SourceReading reading(path);
+    std::vector<std::uint8_t> bytes(static_cast<std::size_t>(reading.size()));
+    reading.readAt(0, bytes);
+    const std::uint64_t before = bytesRead();
+    reading.requireUnchanged();
+    return bytesRead() - before > bytes.size();
+  };
+  const NotedFile young;
+  CHECK(readAgain(young.path()));
+  // Whatever runs these tests was installed longer ago than any clock's tick.
+  CHECK_FALSE(readAgain(HostPath("/bin/sh")));
 }
 
 }  // namespace trackloom::engines

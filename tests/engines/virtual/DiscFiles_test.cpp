@@ -30,6 +30,7 @@ TEST_CASE("Sectors that have another name elsewhere are not added to") {
   const auto before = snapshot(box.root());
   CHECK_THAT(failureOf([&] { writeDisc(recorder, audioOrder({300}, true, true)); }),
              Contains("disc.bin has another name"));
+  CHECK_THAT(failureOf([&] { recorder.check(audioOrder({300}, true, true)); }), Contains("disc.bin has another name"));
   CHECK(snapshot(box.root()) == before);
 }
 

@@ -41,6 +41,12 @@ class Machine {
   Sandbox box;
 };
 
+class NoSource final : public SectorSource {
+ public:
+  void read(std::span<std::byte>) override {}
+  std::int16_t bufferPercent() override { return 100; }
+};
+
 }  // namespace
 
 TEST_CASE("A drive once seen keeps its place, absent or back again, and new ones stand behind") {
@@ -75,7 +81,14 @@ TEST_CASE("An absent drive can be selected, has no disc, and refuses all work in
   CHECK_FALSE(absent.look()->disc);
   CHECK(absent.look()->identity.vendor == "V");
   CHECK(ejectFailure(absent) == "020400 Virtual Recorder 2 is not connected (2/04/00)");
-  CHECK(failureOf([&] { absent.check(audioOrder({1}, true, true)); }) == ejectFailure(absent));
+  NoSource source;
+  OperationObserver nobody;
+  const auto order = audioOrder({1}, true, true);
+  CHECK(failureOf([&] { absent.check(order); }) == ejectFailure(absent));
+  CHECK(failureOf([&] { absent.write(order, source, nobody, {}); }) == ejectFailure(absent));
+  CHECK(failureOf([&] { absent.erase(true, nobody, {}); }) == ejectFailure(absent));
+  CHECK(failureOf([&] { absent.close(true, nobody, {}); }) == ejectFailure(absent));
+  CHECK(failureOf([&] { absent.read(0, 1); }) == ejectFailure(absent));
 }
 
 TEST_CASE("Where no known drive is present there is no drive at all") {
@@ -103,6 +116,27 @@ TEST_CASE("The list of drives leaves the user's settings and words as they are, 
   CHECK(ini->value("drives", "1") == "Virtual Recorder|Virtual|CD Recorder");
   writeFile(machine.settings(), mine);
   CHECK(machine.products() == Names{"CD Recorder"});
+}
+
+TEST_CASE("The section of drives is found under its whole name alone, at the start, in the middle and at the end") {
+  const Machine machine;
+  const std::string drives = "[DriveS]\n1 = Virtual Recorder|old|old\n2 = gone|a|b\n";
+  const std::string head = "; mine\n[drives of mine]\nx = 1\n";
+  const std::string tail = "[Writing]\npause = 7\n";
+  const auto kept =
+      GENERATE_COPY(std::pair(std::string(), tail), std::pair(head, tail), std::pair(head, std::string()));
+  writeFile(machine.settings(), kept.first + drives + kept.second);
+  machine.start();
+  const std::string text = readFile(machine.settings());
+  const std::size_t section = text.find("[drives]\n");
+  REQUIRE(section != std::string::npos);
+  std::string before = text.substr(0, section);
+  std::erase(before, '\n');
+  std::string expected = kept.first + kept.second;
+  std::erase(expected, '\n');
+  CHECK(before == expected);
+  CHECK_THAT(text.substr(section), Contains("1 = Virtual Recorder|Virtual|CD Recorder\n2 = gone|a|b"));
+  CHECK(text.find("old") == std::string::npos);
 }
 
 }  // namespace trackloom::engines::virtualrecorder

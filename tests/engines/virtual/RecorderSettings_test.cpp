@@ -68,6 +68,14 @@ TEST_CASE("Values of recorder.ini that are none stand as their defaults") {
     CHECK(RecorderSettings::parse("[faults]\nfailNumber = " + std::string(number)).failNumber == 0x030C00);
 }
 
+TEST_CASE("A failure's text may have 200 bytes, and a longer one is none") {
+  const auto textOf = [](const std::string& text) {
+    return RecorderSettings::parse("[faults]\nfailText = " + text + "\n").failText;
+  };
+  CHECK(textOf(std::string(200, 'x')) == std::string(200, 'x'));
+  CHECK(textOf(std::string(201, 'x')).empty());
+}
+
 TEST_CASE("No bytes whatever make the reader of recorder.ini fail") {
   std::mt19937 random(99);
   for (int round = 0; round < 5000; ++round) {

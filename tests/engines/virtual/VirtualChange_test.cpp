@@ -56,6 +56,27 @@ TEST_CASE("An erase, quick or full, makes a rewritable disc blank, whatever it h
   CHECK(readFile(box.disc() / "disc.iso") == sectorsOf(DataBlocks, 0, 0, 30));
 }
 
+TEST_CASE("An erase is told once the disc says so, and a disc.ini that cannot be replaced keeps it from beginning") {
+  const Sandbox box;
+  box.describeDisc(blankCdRw);
+  VirtualRecorder recorder = box.recorder();
+  writeDisc(recorder, audioOrder({300}, true, true));
+  struct Watch final : OperationObserver {
+    explicit Watch(const fs::path& file) : ini(file) {}
+    fs::path ini;
+    std::string seen;
+    void erasing() override { seen = readFile(ini); }
+  } watch(box.disc() / "disc.ini");
+  fs::create_directories(box.disc() / "disc.ini.new" / "inside");
+  CHECK_THAT(failureOf([&] { recorder.erase(true, watch, {}); }),
+             StartsWith("030C00 the disc cannot be erased: cannot replace disc.ini.new: "));
+  CHECK(watch.seen.empty());
+  CHECK(discIn(recorder).status == DiscClosed);
+  fs::remove_all(box.disc() / "disc.ini.new");
+  recorder.erase(true, watch, {});
+  CHECK(watch.seen.find("status = writing") != std::string::npos);
+}
+
 TEST_CASE("What cannot be erased stays as it is") {
   const Sandbox box;
   VirtualRecorder recorder = box.recorder();
@@ -161,6 +182,13 @@ TEST_CASE("Recorded sectors are read back as they were written, and no others") 
   for (const auto& [block, count] : {std::pair{450, 21}, {-1, 1}, {470, 1}, {0, -1}})
     CHECK_THAT(failureOf([&, at = block, many = count] { recorder.read(at, many); }),
                StartsWith("052100 the disc has no "));
+}
+
+TEST_CASE("A recorder whose folder has gone reads nothing, in the numbers of a read error") {
+  const Sandbox box;
+  VirtualRecorder recorder = box.recorder();
+  fs::remove_all(box.folder());
+  CHECK_THAT(failureOf([&] { recorder.read(0, 1); }), StartsWith("031100 cannot open the folder "));
 }
 
 }  // namespace trackloom::engines::virtualrecorder

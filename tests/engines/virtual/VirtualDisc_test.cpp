@@ -99,6 +99,16 @@ TEST_CASE("An order that just fits is taken, and one block more is refused") {
   CHECK_THAT(write(audioOrder({1, 2147483647}, true, true)), StartsWith("056300 "));
 }
 
+TEST_CASE("A pause longer than the usual one before the first of further tracks counts, too") {
+  const VirtualDisc open = VirtualDisc{}.afterWriting(audioOrder({1000}, false, false));
+  WriteOrder order = audioOrder({359849 - 1000 - 4500}, true, true);
+  order.pause = 4500;
+  CHECK(open.afterWriting(order).end() == 359849);
+  ++order.trackBlocks[0];
+  CHECK(failureOf([&] { open.afterWriting(order); }) ==
+        "056300 the disc ends at block 359849, and the tracks would reach to block 359850 (5/63/00)");
+}
+
 TEST_CASE("Each kind has its own room where disc.ini says so") {
   const VirtualDisc disc =
       VirtualDisc::parse("[disc]\nmedium = CD-R\nstatus = blank\nblocks = 1000\naudioBlocks = 700\ndataBlocks = 500\n");

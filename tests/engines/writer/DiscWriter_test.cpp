@@ -4,6 +4,17 @@
 
 namespace trackloom::engines::writer {
 
+TEST_CASE("The room of a disc is told by kind, and every kind but audio is data") {
+  FakeWorld world;
+  FakeDisc disc = FakeDisc::blank();
+  disc.state.freeAudioBlocks = 111;
+  disc.state.freeDataBlocks = 222;
+  world.recorder->insert(disc);
+  CHECK(world.writer->FreeBlocks(AudioBlocks) == 111);
+  CHECK(world.writer->FreeBlocks(DataBlocks) == 222);
+  CHECK(world.writer->FreeBlocks(7) == 222);
+}
+
 TEST_CASE("Drives have letters from D on, and those behind Z a question mark") {
   fakes::FakeEventQueue queue;
   fakes::FakePatience patience;

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <atomic>
 #include <catch2/catch.hpp>
 #include <functional>
@@ -156,6 +157,17 @@ TEST_CASE("The events of an image file come on the calling thread, within the ca
   CHECK(threads == std::set{std::this_thread::get_id()});
   CHECK(world.heard.lines ==
         Lines{"OnImageTrackStart 1", "OnTrackCacheStart 1 6", "OnImageTrackStart 2", "OnTrackCacheStart 2 6"});
+}
+
+TEST_CASE("The progress of an image file rises with each event, up to the blocks of its file") {
+  FakeWorld world;
+  world.writer->AddDataFile(DiscPath("\\a"), world.folder.file("a", noise(std::size_t{6} << 20, 1)));
+  REQUIRE(world.writer->CreateIsoImage(world.folder.host("x.iso")));
+  const auto& positions = world.heard.cachePositions;
+  REQUIRE(positions.size() > 2);
+  CHECK(std::ranges::adjacent_find(positions, std::greater_equal()) == positions.end());
+  CHECK(positions.front() > 0);
+  CHECK(positions.back() == 3072);
 }
 
 TEST_CASE("What an event throws within the call comes out of it, and no half image is left") {

@@ -264,6 +264,21 @@ TEST_CASE("A failure of the recorder comes with its number and words, ends the w
   CHECK(world.recorder->disc()->state.status == DiscClosed);
 }
 
+TEST_CASE("A recorder that fails in the middle lets go of the sources, and the next write reads them again") {
+  FakeWorld world;
+  const bool data = GENERATE(false, true);
+  world.writer->SetDiscMode(data ? DataBlocks : AudioBlocks);
+  // More than is read ahead, so that the reader is still at it.
+  const HostPath path = world.track("a", 20'000);
+  world.writer->AddAudioTrack(path, 1);
+  world.writer->AddDataFile(DiscPath("\\a"), path);
+  world.recorder->failAtBlock = 100;
+  CHECK(lastLine(world) == deviceFailure(0x030C00));
+  world.recorder->failAtBlock.reset();
+  world.recorder->insert(FakeDisc::blank());
+  CHECK(lastLine(world) == "OnOperationComplete");
+}
+
 TEST_CASE("A failure in a test write leaves the disc as it was") {
   FakeWorld world;
   world.writer->SetTestMode(true);
