@@ -204,6 +204,22 @@ TEST_CASE("Without an open layout OK sorts nothing, whatever kind the last one h
   CHECK_FALSE(machine.window().ListView1.Sorted());
 }
 
+TEST_CASE("Each box that is ticked stores 1, and each that is not 0") {
+  const bool prompt = GENERATE(true, false);
+  const bool theme = GENERATE(true, false);
+  Settled machine;
+  patch(machine, PromptSave, prompt ? 0 : 1);
+  patch(machine, ThemeColours, theme ? 0 : 1);
+  machine.confirm([](frmDefaultOptions& form) {
+    form.chkPrompt.click();
+    form.chkBack.click();
+  });
+  CHECK(fieldAt(machine, PromptSave) == (prompt ? 1 : 0));
+  CHECK(fieldAt(machine, ThemeColours) == (theme ? 1 : 0));
+  CHECK(machine.mod().Options.PromptSave == (prompt ? 1 : 0));
+  CHECK(machine.window().DockStudio1.UseThemeColours == (theme ? 1 : 0));
+}
+
 TEST_CASE("Cancel changes neither the file nor the look") {
   Settled machine;
   const std::string before = machine.folder.read("Options.dat");

@@ -156,7 +156,8 @@ TEST_CASE("A start leaves alone what is no rescued layout of the user's own") {
   const TempFolder home;
   machine.process.refugeFolders = {home.path()};
   const Lines others{"Mix.mixl",           "Rescued 5.mixl",   "Rescued Mix 1.MIXL", "Rescued Mix 1.mixl.bak",
-                     "Rescued Mix x.mixl", "Rescued Mix.mixl", "Rescued Mix7.mixl",  "rescued Mix 1.mixl"};
+                     "Rescued Mix x.mixl", "Rescued Mix.mixl", "Rescued Mix7.mixl",  "rescued Mix 1.mixl",
+                     "Rescued Mix .mixl"};
   for (const std::string& name : others) home.write(name, "kept");
   home.write("elsewhere", "kept");
   std::filesystem::create_symlink("elsewhere", home / "Rescued link 1.mixl");

@@ -201,6 +201,18 @@ TEST_CASE("E008: A second instance ends with nothing written") {
   CHECK(machine.desk.boxes.empty());
 }
 
+TEST_CASE("A second instance leaves nothing in the folder from which it was started either") {
+  Machine machine;
+  machine.process.second = true;
+  const fakes::TempFolder here;
+  const auto before = std::filesystem::current_path();
+  std::filesystem::current_path(here.path());
+  CHECK_THROWS_AS(machine.start(), EndOfProcess);
+  std::filesystem::current_path(before);
+  CHECK(std::filesystem::is_empty(here.path()));
+  CHECK(machine.window().ClosingDuplicate);
+}
+
 TEST_CASE("The load asks the engine exactly what it needs, in order") {
   Machine machine;
   machine.startQuietly();

@@ -244,11 +244,13 @@ TEST_CASE("A session or disc that is being closed takes all figures of the writi
   machine.step(4);
   machine.cdr1().events.OnTrackClosing(1);
   machine.cdr1().events.OnCacheProgress(40);
-  frmStatus& status = machine.status();
+  machine.heard();
   disc ? machine.cdr1().events.OnDiscClosing() : machine.cdr1().events.OnSessionClosing();
-  for (const ProgressBarEx* bar : {&status.pbCache, &status.pbTrack, &status.pbOverall}) CHECK(bar->Value() == 0);
-  for (const Label* label : {&status.lblBuffer, &status.lblDevice, &status.lblTracks})
-    CHECK(label->Caption == std::string());
+  Lines heard = machine.heard();
+  REQUIRE(heard.size() == 9);
+  heard.resize(7);
+  CHECK(heard == Lines{"  pbCache 0/100", "  pbTrack 0/3", "  lblBuffer \"\"", "  lblDevice \"\"", "  lblTracks \"\"",
+                       "  pbOverall 0/100", "  cmdCancel off"});
 }
 
 TEST_CASE("A track whose length nobody told counts as not begun") {
@@ -263,6 +265,19 @@ TEST_CASE("A track whose length nobody told counts as not begun") {
   machine.cdr1().events.OnWriteProgress(2, 1000, 8);
   CHECK(machine.status().pbOverall.Value() == 50);
   CHECK(machine.status().lblDevice.Caption == std::string("8%"));
+}
+
+TEST_CASE("Where nothing can be divided, nothing of the whole is done") {
+  Dialogue machine(Mp3Layout);
+  machine.record();
+  machine.status().pbOverall.SetValue(30);
+  machine.cdr1().events.OnWriteProgress(1, 1, 7);
+  CHECK(machine.status().pbOverall.Value() == 0);
+  machine.cdr1().events.OnWriteStarting();
+  machine.cdr1().events.OnTrackWriteStart(1, 0);
+  machine.status().pbOverall.SetValue(30);
+  machine.cdr1().events.OnWriteProgress(1, 1, 7);
+  CHECK(machine.status().pbOverall.Value() == 0);
 }
 
 TEST_CASE("An error outside of a recording takes the dialog of the erasing away before that of the disc") {
