@@ -73,8 +73,8 @@ TEST_CASE("A file of a data image is in use while the image has come to it and i
   const HostPath file = folder.file("large", noise(std::size_t{24} << 20, 1));
   const DataEntry entry{DiscPath("\\large"), std::make_shared<Source>(file, SourceFile(file).note()), false};
   const auto inUse = std::make_shared<SourcesInUse>();
-  DataImage image({entry}, {.label = "x"}, inUse);
   CHECK_FALSE(usedOf(*inUse, {file}));
+  DataImage image({entry}, {.label = "x"}, inUse);
   std::vector<std::byte> sectors(std::size_t{2} << 20);
   image.read(sectors);
   // What the library reads ahead is far less than the file.
