@@ -51,7 +51,7 @@ std::string namesOf(const frmFiles& form) {
 
 }  // namespace
 
-TEST_CASE("The list has the MP3 files before the WAV files, each sorted by name, with sizes and a total") {
+TEST_CASE("E062: The list has the MP3 files before the WAV files, each sorted by name, with sizes and a total") {
   Picker machine(AudioLayout);
   machine.pick([&](frmFiles& form) {
     CHECK(form.caption == std::string("File Selection"));
@@ -67,18 +67,20 @@ TEST_CASE("The list has the MP3 files before the WAV files, each sorted by name,
   });
 }
 
-TEST_CASE("An MP3 layout lists no WAV files") {
+TEST_CASE("E063: An MP3 layout lists no WAV files, so a folder of them alone is an empty list") {
   Picker machine(Mp3Layout);
   machine.pick([&](frmFiles& form) {
     form.FT1.choose(machine.music("waves"));
     CHECK(form.ListView1.Count() == 0);
+    CHECK_FALSE(form.cmdOK.Enabled);
+    CHECK(form.StatusBar1.PanelText(1).empty());
     form.FT1.choose(machine.music("mixed"));
     CHECK(namesOf(form) == "01 z.MP3;b.mp3;");
     form.cmdCancel.click();
   });
 }
 
-TEST_CASE("An empty folder empties the list and leaves the old words and buttons") {
+TEST_CASE("E061: An empty folder empties the list, leaves the old words and buttons, and adds nothing but a mark") {
   Picker machine(AudioLayout);
   machine.addTrack("kept.mp3", 5);
   machine.mod().LayoutSaved = true;
@@ -87,6 +89,8 @@ TEST_CASE("An empty folder empties the list and leaves the old words and buttons
     form.FT1.choose(machine.music("empty"));
     CHECK(form.ListView1.Count() == 0);
     CHECK(form.StatusBar1.PanelText(1) == "3 Files, 3 Bytes");
+    CHECK(form.cmdCheckAll.Enabled);
+    CHECK(form.cmdClearAll.Enabled);
     CHECK(form.cmdOK.Enabled);
     form.cmdOK.click();
   });
@@ -270,16 +274,19 @@ TEST_CASE("Too big ends the batch, closes the dialog and keeps what was added be
   CHECK_FALSE(machine.mod().LayoutSaved);
 }
 
-TEST_CASE("A drop takes MP3 and WAV files whatever their case, and passes over all else without a word") {
+TEST_CASE("E065: A drop takes MP3 and WAV files whatever their case, and passes over all else without a word") {
   Picker machine(AudioLayout);
   ListView& listing = machine.window().ListView1;
   listing.dropFiles({machine.music("mixed/notes.txt"), machine.music("mixed/01 z.MP3"), machine.music("waves/x.wav"),
                      machine.music("empty")});
-  CHECK(listing.Count() == 2);
+  listing.dropFiles({machine.makeTrack("mixed/last.mP3", 10), machine.makeTrack("waves/y.Wav", 10)});
+  REQUIRE(listing.Count() == 4);
+  CHECK(listing.Item(3).Text == "last.mP3");
+  CHECK(listing.Item(4).Text == "y.Wav");
   CHECK(machine.desk.boxes.empty());
 }
 
-TEST_CASE("A WAV file dropped on an MP3 layout makes no row and no words, but the limit is tested") {
+TEST_CASE("E065: A WAV file dropped on an MP3 layout makes no row and no words, but the limit is tested") {
   Picker machine(Mp3Layout);
   ListView& listing = machine.window().ListView1;
   listing.dropFiles({machine.music("waves/x.wav")});
@@ -296,75 +303,6 @@ TEST_CASE("Nothing can be dropped while no layout is open") {
   machine.startQuietly();
   machine.addTrack("a.mp3", 10);
   CHECK(machine.window().ListView1.Count() == 0);
-}
-
-TEST_CASE("Removing a track finds its queue number in spite of gaps") {
-  Picker machine(AudioLayout);
-  for (const char* name : {"a.mp3", "b.mp3", "c.mp3"}) machine.addTrack(name, 10);
-  const auto remove = [&](int row) {
-    machine.window().ListView1.SelectRow(row);
-    machine.desk.expectBox("Remove Track", BoxAnswer::Ok);
-    machine.click("Delete");
-  };
-  remove(1);
-  remove(1);
-  REQUIRE(machine.cdr1().audioQueue.size() == 1);
-  CHECK(machine.cdr1().audioQueue.at(0).number == 3);
-  CHECK(machine.mod().NextTrackNumber == 4);
-  CHECK(machine.desk.lastBox().text == "Remove the selected track from your layout?");
-  remove(1);
-  CHECK_FALSE(machine.enabled("Delete"));
-}
-
-TEST_CASE("Removing the last row of a disc folder removes the folder from the queue too") {
-  Picker machine(Mp3Layout);
-  machine.addTrack("x.mp3", 10);
-  machine.window().ListView1.SelectRow(1);
-  machine.engines.stage.take();
-  machine.desk.expectBox("Remove Track", BoxAnswer::Ok);
-  machine.click("Delete");
-  const auto calls = machine.engines.stage.take();
-  REQUIRE(calls.size() >= 2);
-  CHECK(calls[0] == "CDR1.RemoveDataFile(\\x.mp3)");
-  CHECK(calls[1] == "CDR1.RemoveDataFile(No Folder)");
-}
-
-TEST_CASE("Behind a removed track the next one is selected, or the last, so that several can go") {
-  Picker machine(AudioLayout);
-  for (const char* name : {"a.mp3", "b.mp3", "c.mp3", "d.mp3"}) machine.addTrack(name, 10);
-  ListView& listing = machine.window().ListView1;
-  const auto remove = [&] {
-    machine.desk.expectBox("Remove Track", BoxAnswer::Ok);
-    machine.click("Delete");
-  };
-  listing.SelectRow(2);
-  remove();
-  CHECK(listing.SelectedRow() == 2);
-  CHECK(listing.Item(2).Text == "c.mp3");
-  listing.SelectRow(3);
-  remove();
-  CHECK(listing.SelectedRow() == 2);
-  remove();
-  remove();
-  CHECK(listing.Count() == 0);
-  CHECK(listing.SelectedRow() == 0);
-}
-
-TEST_CASE("Delete with no selected row still asks, and takes from the queue what the last removal pointed at") {
-  Picker machine(AudioLayout);
-  for (const char* name : {"a.mp3", "b.mp3", "c.mp3"}) machine.addTrack(name, 10);
-  ListView& listing = machine.window().ListView1;
-  listing.SelectRow(0);
-  machine.window().QueueIndexOfSelection = 2;
-  machine.mod().LayoutSaved = true;
-  machine.desk.expectBox("Remove Track", BoxAnswer::Ok);
-  machine.click("Delete");
-  CHECK(machine.desk.finished());
-  CHECK(listing.Count() == 3);
-  CHECK(listing.SelectedRow() == 0);
-  REQUIRE(machine.cdr1().audioQueue.size() == 2);
-  CHECK(machine.cdr1().audioQueue.at(1).number == 3);
-  CHECK_FALSE(machine.mod().LayoutSaved);
 }
 
 TEST_CASE("A file that goes before its length is known ends the listing with its bare row") {
@@ -436,7 +374,23 @@ TEST_CASE("The dialog is hidden before window events run and before the first tr
   });
 }
 
-TEST_CASE("Add Checked with a single row adds it and selects it, with no row checked it remembers the folder alone") {
+TEST_CASE("E064: Add Checked with no row checked marks a listing with rows and remembers the folder") {
+  Picker machine(AudioLayout);
+  machine.addTrack("kept.mp3", 5);
+  machine.addTrack("second.mp3", 5);
+  machine.window().ListView1.SelectRow(2);
+  machine.mod().LayoutSaved = true;
+  machine.pick([&](frmFiles& form) {
+    form.FT1.choose(machine.music("mixed"));
+    form.cmdOK.click();
+  });
+  CHECK(machine.window().ListView1.Count() == 2);
+  CHECK(machine.window().ListView1.SelectedRow() == 1);
+  CHECK_FALSE(machine.mod().LayoutSaved);
+  CHECK(RTrim(machine.mod().Options.LastFolder) == machine.music("mixed") + "/");
+}
+
+TEST_CASE("Add Checked with a single row adds it and selects it, and marks no empty listing") {
   Picker machine(AudioLayout);
   machine.pick([&](frmFiles& form) {
     form.FT1.choose(machine.music("waves"));
@@ -466,7 +420,7 @@ TEST_CASE("Cancel leaves the last folder as it was") {
   CHECK(machine.window().ListView1.Count() == 0);
 }
 
-TEST_CASE("A drop that overflows keeps what came before, looks at nothing behind it, and tells the new totals") {
+TEST_CASE("E066: A drop that overflows keeps what came before, looks at nothing behind it, and tells the new totals") {
   Picker machine(AudioLayout);
   machine.engines.stage.disc->freeAudio = 600;
   machine.newLayout(AudioLayout);

@@ -59,15 +59,18 @@ TEST_CASE("The dialog has its texts, the audio style chosen, and the start-up bo
   machine.click("New");
 }
 
-TEST_CASE("Choosing MP3 twice in a row has the folder column once") {
+TEST_CASE("E059: Choosing MP3 twice in a row has the folder column once") {
   Machine machine;
   machine.startQuietly();
   machine.newLayout(Mp3Layout);
   machine.newLayout(Mp3Layout);
-  CHECK(machine.window().ListView1.columns().size() == 4);
+  REQUIRE(machine.window().ListView1.columns().size() == 4);
+  CHECK(machine.window().ListView1.columns()[3].text == "CD Folder");
+  machine.newLayout(AudioLayout);
+  CHECK(machine.window().ListView1.columns().size() == 3);
 }
 
-TEST_CASE("The marker stands even when the user then refuses the disc") {
+TEST_CASE("E056: The marker stands even when the user then refuses the disc, and the next start shows no dialog") {
   Machine machine;
   machine.engines.stage.disc.reset();
   machine.start();
@@ -85,6 +88,36 @@ TEST_CASE("The marker stands even when the user then refuses the disc") {
   CHECK_FALSE(machine.mod().LayoutOpen);
   CHECK_FALSE(machine.window().ListView1.Enabled);
   CHECK(machine.window().panel1.Text == std::string());
+  machine.start();
+  machine.activate();
+  CHECK(machine.desk.finished());
+}
+
+TEST_CASE("E057: A start with the marker has no layout open and a disabled list") {
+  Machine machine;
+  machine.folder.write("NoShow.dat", "");
+  machine.start();
+  machine.activate();
+  CHECK_FALSE(machine.mod().LayoutOpen);
+  CHECK_FALSE(machine.window().ListView1.Enabled);
+  CHECK(machine.window().ListView1.columns().size() == 3);
+  CHECK_FALSE(machine.enabled("AddFiles"));
+}
+
+TEST_CASE("E058: Without the option of asking, New gives a changed layout up without a question") {
+  Machine machine;
+  machine.startQuietly();
+  machine.newLayout(AudioLayout);
+  machine.addTrack("a.mp3", 100);
+  REQUIRE_FALSE(machine.mod().LayoutSaved);
+  machine.mod().Options.PromptSave = 0;
+  machine.newLayout(AudioLayout);
+  CHECK(machine.desk.boxes.empty());
+  CHECK(machine.window().ListView1.Count() == 0);
+  CHECK(machine.cdr1().audioQueue.empty());
+  CHECK(machine.mod().LayoutOpen);
+  CHECK_FALSE(machine.mod().LayoutHasFile);
+  CHECK(machine.mod().LayoutFileName.empty());
 }
 
 TEST_CASE("OK on an empty drive asks again at once, until a disc is there") {
@@ -103,7 +136,7 @@ TEST_CASE("OK on an empty drive asks again at once, until a disc is there") {
   CHECK(machine.desk.finished());
 }
 
-TEST_CASE("Cancel after New leaves no layout, and the old one is gone") {
+TEST_CASE("E060: No at the save question and Cancel after New leave no layout, and the changed one is gone") {
   Machine machine;
   machine.startQuietly();
   machine.newLayout(AudioLayout);
@@ -115,6 +148,8 @@ TEST_CASE("Cancel after New leaves no layout, and the old one is gone") {
   CHECK(machine.window().ListView1.Count() == 0);
   CHECK(machine.window().Progress1.Text == std::string());
   CHECK(machine.window().panel3.Text == std::string());
+  CHECK_FALSE(machine.window().ListView1.Enabled);
+  CHECK(std::filesystem::is_empty(machine.folder / "Layouts"));
 }
 
 TEST_CASE("A layout is saved with its paths, and asks before it overwrites") {

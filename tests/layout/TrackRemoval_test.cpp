@@ -50,6 +50,24 @@ TEST_CASE("E074: A removed track is taken out of the queue by the engine's own n
   remove(machine, 2);
   CHECK(names(machine) == Lines{"a.mp3"});
   CHECK(queueNumbers(machine) == std::vector<std::int16_t>{1});
+  CHECK(machine.enabled("Delete"));
+  remove(machine, 1);
+  CHECK_FALSE(machine.enabled("Delete"));
+}
+
+TEST_CASE("Behind a removed track the next one is selected, or the last, so that several can go") {
+  LayoutMachine machine(AudioLayout);
+  for (const char* name : {"a.mp3", "b.mp3", "c.mp3", "d.mp3"}) machine.addTrack(name, 10);
+  ListView& listing = machine.window().ListView1;
+  remove(machine, 2);
+  CHECK(listing.SelectedRow() == 2);
+  CHECK(listing.Item(2).Text == "c.mp3");
+  remove(machine, 3);
+  CHECK(listing.SelectedRow() == 2);
+  remove(machine, listing.SelectedRow());
+  remove(machine, listing.SelectedRow());
+  CHECK(listing.Count() == 0);
+  CHECK(listing.SelectedRow() == 0);
 }
 
 TEST_CASE("E075: A row that the queue does not know takes the track out whose number was left over") {
