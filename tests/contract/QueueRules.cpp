@@ -111,6 +111,81 @@ void foldersGoWhenNothingIsLeft(WriterWorld& world) {
   CHECK_FALSE(writer.RemoveDataFile(DiscPath("\\Rock")));
 }
 
+void entryAddedAgainIsOneInItsFolder(WriterWorld& world) {
+  CDWriterXP& writer = world.real();
+  CHECK(writer.AddDataFile(DiscPath("\\Rock\\a.mp3"), world.plainFile("large", 20480)));
+  CHECK(writer.AddDataFile(DiscPath("\\Rock\\a.mp3"), world.plainFile("small", 2048)));
+  CHECK(writer.DataQueueBlocks() == 1);
+  CHECK(writer.RemoveDataFile(DiscPath("\\Rock\\a.mp3")));
+  CHECK(writer.DataQueueBlocks() == 0);
+  CHECK_FALSE(writer.RemoveDataFile(DiscPath("\\Rock\\a.mp3")));
+  CHECK(writer.RemoveDataFile(DiscPath("\\Rock")));
+}
+
+void refusedSourceLeavesTheEntry(WriterWorld& world) {
+  CDWriterXP& writer = world.real();
+  CHECK(writer.AddDataFile(DiscPath("\\Rock\\a.mp3"), world.plainFile("a", 4096)));
+  CHECK_FALSE(writer.AddDataFile(DiscPath("\\Rock\\a.mp3"), world.place("missing")));
+  CHECK(writer.DataQueueBlocks() == 2);
+  CHECK_FALSE(writer.AddDataFile(DiscPath("\\Jazz\\a.mp3"), world.place("missing")));
+  CHECK_FALSE(writer.RemoveDataFile(DiscPath("\\Jazz")));
+  CHECK(writer.RemoveDataFile(DiscPath("\\Rock\\a.mp3")));
+}
+
+void missedRemovalLeavesBothEntries(WriterWorld& world) {
+  CDWriterXP& writer = world.real();
+  const HostPath source = world.plainFile("a", 2048);
+  const std::string whole = "\\" + std::string(70, 'x') + ".mp3";
+  const std::string cut = "\\" + std::string(60, 'x') + ".mp3";
+  CHECK(writer.AddDataFile(DiscPath(whole), source));
+  CHECK_FALSE(writer.RemoveDataFile(DiscPath(cut)));
+  CHECK(writer.AddDataFile(DiscPath(cut), source));
+  CHECK(writer.DataQueueBlocks() == 2);
+  CHECK(writer.RemoveDataFile(DiscPath(cut)));
+  CHECK(writer.DataQueueBlocks() == 1);
+  CHECK(writer.RemoveDataFile(DiscPath(whole)));
+  CHECK(writer.DataQueueBlocks() == 0);
+}
+
+void foldersGoByTheirBytes(WriterWorld& world) {
+  CDWriterXP& writer = world.real();
+  const HostPath source = world.plainFile("a", 2048);
+  CHECK(writer.AddDataFile(DiscPath("\\Rock\\a.mp3"), source));
+  CHECK(writer.AddDataFile(DiscPath("\\rock\\a.mp3"), source));
+  CHECK(writer.AddDataFile(DiscPath("\\\\Rock\\a.mp3"), source));
+  CHECK(writer.DataQueueBlocks() == 3);
+  CHECK(writer.RemoveDataFile(DiscPath("\\Rock\\a.mp3")));
+  CHECK(writer.RemoveDataFile(DiscPath("\\Rock")));
+  CHECK_FALSE(writer.RemoveDataFile(DiscPath("\\")));
+  CHECK_FALSE(writer.RemoveDataFile(DiscPath("\\\\Rock")));
+  CHECK(writer.RemoveDataFile(DiscPath("\\\\Rock\\a.mp3")));
+  CHECK(writer.RemoveDataFile(DiscPath("\\\\Rock")));
+  CHECK_FALSE(writer.RemoveDataFile(DiscPath("\\")));
+  CHECK(writer.DataQueueBlocks() == 1);
+}
+
+void emptyFolderTakesFilesAgain(WriterWorld& world) {
+  CDWriterXP& writer = world.real();
+  const HostPath source = world.plainFile("a", 2048);
+  CHECK(writer.AddDataFile(DiscPath("\\Rock\\a.mp3"), source));
+  CHECK(writer.RemoveDataFile(DiscPath("\\Rock\\a.mp3")));
+  CHECK(writer.AddDataFile(DiscPath("\\Rock\\b.mp3"), source));
+  CHECK_FALSE(writer.RemoveDataFile(DiscPath("\\Rock")));
+  CHECK(writer.DataQueueBlocks() == 1);
+}
+
+void clearedDataQueueHasNoFolders(WriterWorld& world) {
+  CDWriterXP& writer = world.real();
+  const HostPath source = world.plainFile("a", 2048);
+  CHECK(writer.AddDataFile(DiscPath("\\Rock\\a.mp3"), source));
+  writer.ClearDataQueue();
+  CHECK(writer.DataQueueBlocks() == 0);
+  CHECK_FALSE(writer.RemoveDataFile(DiscPath("\\Rock\\a.mp3")));
+  CHECK_FALSE(writer.RemoveDataFile(DiscPath("\\Rock")));
+  CHECK(writer.AddDataFile(DiscPath("\\Rock\\a.mp3"), source));
+  CHECK(writer.DataQueueBlocks() == 1);
+}
+
 void settingsStay(WriterWorld& world) {
   CDWriterXP& writer = world.real();
   CHECK_FALSE(writer.TestMode());
@@ -156,6 +231,12 @@ std::vector<Rule> queueRules() {
       {"A source that is not there is refused", missingSourceIsRefused, {}},
       {"A file goes by its exact disc path alone", onlyExactPathsAreRemoved, {}},
       {"A folder goes once nothing is left in it", foldersGoWhenNothingIsLeft, {}},
+      {"An equal disc path is one entry of its folder", entryAddedAgainIsOneInItsFolder, {}},
+      {"A source that is refused leaves entry and folders as they were", refusedSourceLeavesTheEntry, {}},
+      {"A removal that misses leaves its entry beside the next one", missedRemovalLeavesBothEntries, {}},
+      {"A folder goes by its exact bytes, a doubled separator is no folder", foldersGoByTheirBytes, {}},
+      {"A folder that was emptied takes files again", emptyFolderTakesFilesAgain, {}},
+      {"A cleared data queue has no folders left", clearedDataQueueHasNoFolders, {}},
       {"Settings stay until they are changed, and are each instance's own", settingsStay, {}},
       {"An instance without a drive measures", scratchInstanceMeasures, {}},
   };

@@ -40,7 +40,7 @@ std::vector<FakeDataQueue::Entry> FakeDataQueue::files() const {
 void FakeDataQueue::add(const std::string& path, Entry file) {
   for (std::size_t separator = path.find('\\', 1); separator != std::string::npos;
        separator = path.find('\\', separator + 1))
-    entries_.try_emplace(path.substr(0, separator), Entry{"", 0, true});
+    if (path[separator - 1] != '\\') entries_.try_emplace(path.substr(0, separator), Entry{"", 0, true});
   entries_[path] = std::move(file);
 }
 

@@ -436,6 +436,17 @@ TEST_CASE("E066: A drop that overflows keeps what came before, looks at nothing 
   CHECK(machine.window().Progress1.Text == std::string("500 Blocks of 600 Blocks  (83% of CD Used)"));
 }
 
+TEST_CASE("A drop tells the commands before the meter") {
+  Picker machine(AudioLayout);
+  bool meterChanged = false;
+  const Connection watch = machine.window().Progress1.changed.connect([&] {
+    meterChanged = true;
+    CHECK(machine.enabled("Delete"));
+  });
+  machine.addTrack("a.mp3", 10);
+  CHECK(meterChanged);
+}
+
 TEST_CASE("A drop that leaves the listing empty leaves the meter alone, though its file goes on counting") {
   Picker machine(Mp3Layout);
   machine.engines.stage.disc->freeData = 1000;

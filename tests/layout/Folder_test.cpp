@@ -95,6 +95,24 @@ TEST_CASE("A lone separator is the root's own for the first row, and nothing is 
   CHECK(machine.folders() == Lines{"\\", ""});
 }
 
+TEST_CASE("A separator alone is typed for the first row, and the second one takes what is chosen") {
+  FolderMachine machine({"a.mp3", "b.mp3", "c.mp3"});
+  machine.type({3}, "Jazz");
+  machine.confirm([](frmFolder& form) {
+    form.ListView1.select({1, 2});
+    form.cboFolder.choose(1);
+    form.txtFolder.type("\\");
+  });
+  CHECK(machine.folders() == Lines{"\\", "\\Jazz", "\\Jazz"});
+  CHECK(machine.queued() == Lines{"\\Jazz\\b.mp3", "\\Jazz\\c.mp3", "\\\\a.mp3"});
+}
+
+TEST_CASE("Blanks around what is typed are part of the folder's name") {
+  FolderMachine machine({"a.mp3"});
+  machine.type({1}, " Rock ");
+  CHECK(machine.folders() == Lines{"\\ Rock "});
+}
+
 TEST_CASE("E069: No Folder is a folder of the disc when it is typed, and the root when it is chosen") {
   FolderMachine machine({"a.mp3"});
   machine.type({1}, "No Folder");

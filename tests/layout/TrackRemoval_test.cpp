@@ -135,6 +135,31 @@ TEST_CASE(
   CHECK_FALSE(machine.mod().LayoutSaved);
 }
 
+TEST_CASE("The left-over number can be one of an earlier layout") {
+  LayoutMachine machine(AudioLayout);
+  machine.mod().Options.PromptSave = 0;
+  for (const char* name : {"a.mp3", "b.mp3"}) machine.addTrack(name, 10);
+  remove(machine, 2);
+  machine.newLayout(AudioLayout);
+  for (const char* name : {"c.mp3", "d.mp3", "e.mp3"}) machine.addTrack(name, 10);
+  remove(machine, 0);
+  CHECK(names(machine) == Lines{"c.mp3", "d.mp3", "e.mp3"});
+  CHECK(queueNumbers(machine) == std::vector<std::int16_t>{1, 3});
+}
+
+TEST_CASE("The removal tells the meter before the commands") {
+  LayoutMachine machine(AudioLayout);
+  machine.addTrack("a.mp3", 10);
+  bool meterChanged = false;
+  const Connection watch = machine.window().Progress1.changed.connect([&] {
+    meterChanged = true;
+    CHECK(machine.enabled("Delete"));
+  });
+  remove(machine, 1);
+  CHECK(meterChanged);
+  CHECK_FALSE(machine.enabled("Delete"));
+}
+
 TEST_CASE("A disc folder stays while any other track is in it, before or behind the removed one") {
   for (const int removed : {1, 2, 3}) {
     LayoutMachine machine(Mp3Layout);
