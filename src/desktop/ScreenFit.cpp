@@ -1,6 +1,7 @@
 #include "desktop/ScreenFit.h"
 
 #include <QAbstractItemView>
+#include <QApplication>
 #include <QBoxLayout>
 #include <QPushButton>
 #include <QScreen>
@@ -59,18 +60,76 @@ int scrollingRows(const QBoxLayout& rows) {
   return count;
 }
 
-void letUpperRowsScroll(QWidget& dialog, QBoxLayout& rows) {
-  auto& area = make<QScrollArea>(dialog);
-  auto contents = std::make_unique<QWidget>();
-  auto& moved = make<QVBoxLayout>(*contents);
-  moved.setContentsMargins(0, 0, area.verticalScrollBar()->sizeHint().width(), 0);
-  moved.setSpacing(rows.spacing());
-  for (int count = scrollingRows(rows); count > 0; --count) moved.addItem(rows.takeAt(0));
+bool scrolls(const QBoxLayout& rows) {
+  return qobject_cast<QScrollArea*>(rows.itemAt(0)->widget()) != nullptr;
+}
+
+/// Moves the first row to the end of `to`, with its widgets and its share of the room.
+void moveFirstRow(QBoxLayout& rows, QBoxLayout& to) {
+  const int stretch = rows.stretch(0);
+  std::unique_ptr<QLayoutItem> row(rows.takeAt(0));
+  if (row->widget() != nullptr) row->widget()->setParent(to.parentWidget());
+  if (row->layout() != nullptr)
+    to.addLayout(row.release()->layout());
+  else
+    to.addItem(row.release());
+  to.setStretch(to.count() - 1, stretch);
+}
+
+/// An area that leaves it to `followFocus` where it scrolls to.
+class RowsArea final : public QScrollArea {
+ public:
+  using QScrollArea::QScrollArea;
+
+ protected:
+  bool focusNextPrevChild(bool next) override { return QWidget::focusNextPrevChild(next); }
+};
+
+/// Of what is larger than the area, the beginning.
+void bringIntoSight(QScrollArea& area, const QWidget& widget) {
+  const QPoint start = widget.mapTo(area.widget(), QPoint());
+  area.ensureVisible(start.x() + widget.width(), start.y() + widget.height(), 0, 0);
+  area.ensureVisible(start.x(), start.y(), 0, 0);
+}
+
+/// Whatever takes the focus comes into sight, also by an access key or from among the buttons.
+void followFocus(QScrollArea& area) {
+  QObject::connect(qApp, &QApplication::focusChanged, &area, [&area](QWidget* /*before*/, QWidget* now) {
+    if (now != nullptr && area.widget()->isAncestorOf(now)) bringIntoSight(area, *now);
+  });
+}
+
+/// The area is of the dialog before anything moves into it: the order of the Tab key stays as it is within one window.
+QScrollArea& addScrollArea(QWidget& dialog) {
+  auto& area = make<RowsArea>(dialog);
   area.setFrameShape(QFrame::NoFrame);
   area.setWidgetResizable(true);
   area.setFocusPolicy(Qt::NoFocus);
-  area.setWidget(contents.release());
+  // A bar that comes and goes would change the width, and with it the height that decides whether it comes.
+  area.setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
+  area.setWidget(&make<QWidget>(area));
+  return area;
+}
+
+void letUpperRowsScroll(QWidget& dialog, QBoxLayout& rows) {
+  QWidget* focused = dialog.focusWidget();
+  QScrollArea& area = addScrollArea(dialog);
+  QWidget& contents = *area.widget();
+  // What moves into a widget that is hidden shows with it, and what was hidden stays so.
+  contents.hide();
+  auto& moved = make<QVBoxLayout>(contents);
+  moved.setContentsMargins(0, 0, rows.spacing(), 0);
+  moved.setSpacing(rows.spacing());
+  for (int count = scrollingRows(rows); count > 0; --count) moveFirstRow(rows, moved);
   rows.insertWidget(0, &area, 1);
+  contents.show();
+  followFocus(area);
+  if (focused != nullptr) focused->setFocus(Qt::OtherFocusReason);
+}
+
+/// Whether there are rows that do not scroll yet, but may.
+bool canScroll(const QBoxLayout* rows) {
+  return rows != nullptr && scrollingRows(*rows) > 0 && !scrolls(*rows);
 }
 
 }  // namespace
@@ -99,7 +158,7 @@ void fitInto(QWidget& dialog, const QSize& most) {
   dialog.setMinimumSize(0, 0);
   if (!fits(dialog, most)) shrinkLists(dialog);
   auto* rows = qobject_cast<QBoxLayout*>(dialog.layout());
-  if (!fits(dialog, most) && rows != nullptr && scrollingRows(*rows) > 0) letUpperRowsScroll(dialog, *rows);
+  if (!fits(dialog, most) && canScroll(rows)) letUpperRowsScroll(dialog, *rows);
   dialog.setMinimumSize(neededSize(*dialog.layout(), most.width()).boundedTo(most));
   dialog.resize(dialog.size().boundedTo(most));
 }
