@@ -11,10 +11,6 @@
 
 namespace trackloom {
 
-namespace {
-
-constexpr unsigned PreferDark = 1;
-
 QDBusMessage schemeQuestion() {
   QDBusMessage question = QDBusMessage::createMethodCall(
       "org.freedesktop.portal.Desktop", "/org/freedesktop/portal/desktop", "org.freedesktop.portal.Settings", "Read");
@@ -23,14 +19,12 @@ QDBusMessage schemeQuestion() {
   return question;
 }
 
-/// The portal wraps its answer in one variant more than it says.
-unsigned schemeIn(const QDBusVariant& answer) {
+bool prefersDark(const QDBusVariant& answer) {
+  constexpr unsigned PreferDark = 1;
   QVariant value = answer.variant();
   if (value.canConvert<QDBusVariant>()) value = value.value<QDBusVariant>().variant();
-  return value.toUInt();
+  return value.toUInt() == PreferDark;
 }
-
-}  // namespace
 
 bool isDark(const QPalette& palette) {
   return palette.color(QPalette::Window).lightness() < palette.color(QPalette::WindowText).lightness();
@@ -61,7 +55,7 @@ void followColourScheme() {
   auto& watcher = make<QDBusPendingCallWatcher>(*qApp, bus.asyncCall(schemeQuestion()));
   QObject::connect(&watcher, &QDBusPendingCallWatcher::finished, [](QDBusPendingCallWatcher* call) {
     const QDBusPendingReply<QDBusVariant> reply = *call;
-    if (reply.isValid() && schemeIn(reply.value()) == PreferDark && !isDark(QApplication::palette()))
+    if (reply.isValid() && prefersDark(reply.value()) && !isDark(QApplication::palette()))
       QApplication::setPalette(darkPalette());
     call->deleteLater();
   });

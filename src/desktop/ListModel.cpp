@@ -148,6 +148,7 @@ QVariant ListModel::headerData(int section, Qt::Orientation orientation, int rol
 }
 
 Qt::ItemFlags ListModel::flags(const QModelIndex& index) const {
+  if (!index.isValid()) return Qt::NoItemFlags;
   Qt::ItemFlags flags = Qt::ItemIsSelectable | Qt::ItemIsEnabled | Qt::ItemNeverHasChildren;
   if (list_ != nullptr && list_->style().checkBoxes && index.column() == 0) flags |= Qt::ItemIsUserCheckable;
   return flags;
