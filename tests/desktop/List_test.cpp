@@ -224,6 +224,22 @@ TEST_CASE("A text that its cell cuts is told whole under the pointer, and one th
   CHECK(toldAt(1) == longName);
 }
 
+TEST_CASE("What is told of a cut text goes when the pointer comes to a text that fits") {
+  trial::Shown shown;
+  auto& view = shown.widget<QTreeView>("List1");
+  fill(shown, {"short", std::string(60, 'n').c_str()});
+  shown.form->List1.SetColumnWidth(1, 3000);
+  const auto point = [&](int line) {
+    const QPoint place = view.visualRect(view.model()->index(line, 0)).center();
+    QHelpEvent help(QEvent::ToolTip, place, view.viewport()->mapToGlobal(place));
+    QApplication::sendEvent(view.viewport(), &help);
+  };
+  point(1);
+  CHECK(QToolTip::isVisible());
+  point(0);
+  CHECK(comesTrue([] { return !QToolTip::isVisible(); }));
+}
+
 TEST_CASE("Columns come, go and take their width in whole pixels, and the user's width comes back in twips") {
   trial::Shown shown;
   auto& view = shown.widget<QTreeView>("List1");
