@@ -28,7 +28,6 @@ class Chooser final : public QFileDialog {
   Chooser(const FileDialog& wanted, QWidget* before) : QFileDialog(before), flags_(wanted.flags) {
     const bool opens = wanted.mode == FileDialog::Mode::Open;
     setWindowModality(Qt::WindowModal);
-    setWindowTitle(opens ? "Open" : "Save As");
     setOption(DontUseNativeDialog);
     setOption(DontConfirmOverwrite, !wanted.flags.overwritePrompt);
     setAcceptMode(opens ? AcceptOpen : AcceptSave);

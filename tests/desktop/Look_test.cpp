@@ -193,6 +193,19 @@ TEST_CASE("Of the toolkit's hints the look changes the order and the pictures of
   }
 }
 
+TEST_CASE("On a desktop whose boxes have pictures on their buttons the program's have none") {
+  struct Yes final : QProxyStyle {
+    int styleHint(StyleHint /*hint*/, const QStyleOption* /*option*/, const QWidget* /*widget*/,
+                  QStyleHintReturn* /*returned*/) const override {
+      return 1;
+    }
+  };
+  Look pictured;
+  pictured.setBaseStyle(std::make_unique<Yes>().release());
+  CHECK(pictured.styleHint(QStyle::SH_DialogButtonBox_ButtonsHaveIcons, nullptr, nullptr, nullptr) == 0);
+  CHECK(pictured.styleHint(QStyle::SH_MessageBox_CenterButtons, nullptr, nullptr, nullptr) == 1);
+}
+
 TEST_CASE("Of the toolkit's measures the look changes the margins of heads and of a list's cells, and no others") {
   const QTreeView list;
   for (int metric = 0; metric <= int{QStyle::PM_LineEditIconMargin}; ++metric) {

@@ -145,6 +145,21 @@ TEST_CASE("A dialog opens no wider than it was designed, and as high as what it 
   }
 }
 
+TEST_CASE("A window has its title before it is shown") {
+  struct Filter final : QObject {
+    bool eventFilter(QObject* of, QEvent* event) override {
+      const auto* window = qobject_cast<QWidget*>(of);
+      if (event->type() == QEvent::Show && window != nullptr && window->isWindow() && title.isNull())
+        title = window->windowTitle();
+      return false;
+    }
+    QString title;
+  } atShow;
+  qApp->installEventFilter(&atShow);
+  const trial::Shown shown;
+  CHECK(atShow.title == "A trial");
+}
+
 TEST_CASE("A form's caption changes its window's title, as often as it changes") {
   trial::Shown shown;
   QWidget& window = *shown.desk.window(*shown.form);
