@@ -10,6 +10,7 @@
 #include "engines/writer/DiscWriters.h"
 #include "engines/writer/FakeWrite.h"
 #include "fakes/FakeFolderListing.h"
+#include "fakes/FakePatience.h"
 #include "fakes/FakeWorld.h"
 #include "fakes/TempFolder.h"
 #include "shell/Program.h"
