@@ -6,6 +6,7 @@
 #include "layout/frmNoAdd.h"
 #include "layout/frmOpenLayout.h"
 #include "layout/frmSave.h"
+#include "writing/frmOptions.h"
 
 namespace trackloom {
 
@@ -258,6 +259,23 @@ TEST_CASE("Opening leaves the saved state alone, has no duplicate and no room te
   CHECK(machine.list().Count() == 2);
   CHECK(machine.cdr1().dataQueue.contains("\\" + name));
   CHECK(machine.cdr1().dataQueue.contains("\\Rock\\" + name));
+}
+
+TEST_CASE("The long name of an opened layout goes onto the disc after its row has gone") {
+  OpeningMachine machine;
+  const std::string name = std::string(70, 'x') + ".mp3";
+  machine.layoutFile("mix", {"\"MP3\"", "2", "\"x\"", machine.quoted(machine.makeTrack("a.mp3", 10)), "\"No Folder\"",
+                             machine.quoted(machine.makeTrack(name, 10)), "\"No Folder\""});
+  machine.open("mix");
+  machine.list().SelectRow(2);
+  machine.desk.expectBox("Remove Track", BoxAnswer::Ok);
+  machine.click("Delete");
+  CHECK(machine.rows() == Lines{"a.mp3"});
+  machine.desk.expectForm<frmOptions>("frmOptions", [](frmOptions& form) { form.cmdOK.click(); });
+  machine.click("Record");
+  CHECK(machine.mod().WriteActive);
+  CHECK(machine.cdr1().dataQueue.files().size() == 2);
+  CHECK(machine.cdr1().dataQueue.contains("\\" + name));
 }
 
 TEST_CASE("A track that the engine refuses is told in the words of a drop, and the rest is read on") {
