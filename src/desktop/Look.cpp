@@ -7,6 +7,7 @@
 #include <algorithm>
 
 #include "desktop/Appearance.h"
+#include "desktop/EditReading.h"
 
 namespace trackloom {
 
@@ -106,6 +107,7 @@ void dress(QApplication& application) {
   QApplication::setApplicationName("Trackloom");
   application.setWindowIcon(QIcon(":/trackloom.svg"));
   followColourScheme();
+  letEditsBeRead();
 }
 
 }  // namespace trackloom

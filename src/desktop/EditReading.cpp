@@ -1,0 +1,175 @@
+#include "desktop/EditReading.h"
+
+#include <QAccessible>
+#include <QAccessibleWidget>
+#include <QLineEdit>
+#include <QTextBoundaryFinder>
+#include <algorithm>
+#include <memory>
+
+namespace trackloom {
+
+namespace {
+
+using Boundary = QAccessible::TextBoundaryType;
+
+/// From the start of a part of the text to the start of the next.
+struct Part {
+  int start = 0;
+  int end = 0;
+};
+
+QTextBoundaryFinder::BoundaryType kindOf(Boundary boundary) {
+  if (boundary == QAccessible::CharBoundary) return QTextBoundaryFinder::Grapheme;
+  if (boundary == QAccessible::WordBoundary) return QTextBoundaryFinder::Word;
+  return QTextBoundaryFinder::Sentence;
+}
+
+/// The part around the place. An edit box is one line and one paragraph. Nothing is at the end of the text.
+Part partAt(const QString& text, int place, Boundary boundary) {
+  const int length = static_cast<int>(text.size());
+  if (place < 0 || place >= length) return {length, length};
+  if (boundary >= QAccessible::ParagraphBoundary) return {0, length};
+  QTextBoundaryFinder finder(kindOf(boundary), text);
+  finder.setPosition(place);
+  const qsizetype start = finder.isAtBoundary() ? place : finder.toPreviousBoundary();
+  finder.setPosition(place);
+  const qsizetype end = finder.toNextBoundary();
+  return {static_cast<int>(std::max<qsizetype>(start, 0)), end < 0 ? length : static_cast<int>(end)};
+}
+
+class EditReading final : public QAccessibleWidget,
+                          public QAccessibleTextInterface,
+                          public QAccessibleEditableTextInterface {
+ public:
+  explicit EditReading(QLineEdit& line) : QAccessibleWidget(&line, QAccessible::EditableText) {}
+
+  void* interface_cast(QAccessible::InterfaceType type) override;
+  QString text(QAccessible::Text kind) const override;
+  void setText(QAccessible::Text kind, const QString& text) override;
+  QAccessible::State state() const override;
+
+  void selection(int index, int* start, int* end) const override;
+  int selectionCount() const override { return line().hasSelectedText() ? 1 : 0; }
+  void addSelection(int start, int end) override { setSelection(0, start, end); }
+  void removeSelection(int /*index*/) override { line().deselect(); }
+  void setSelection(int /*index*/, int start, int end) override { line().setSelection(start, end - start); }
+  int cursorPosition() const override { return line().cursorPosition(); }
+  void setCursorPosition(int place) override { line().setCursorPosition(place); }
+  QString text(int start, int end) const override { return line().text().mid(start, end - start); }
+  QString textBeforeOffset(int offset, Boundary boundary, int* start, int* end) const override;
+  QString textAfterOffset(int offset, Boundary boundary, int* start, int* end) const override;
+  QString textAtOffset(int offset, Boundary boundary, int* start, int* end) const override;
+  int characterCount() const override { return static_cast<int>(line().text().size()); }
+  QRect characterRect(int offset) const override;
+  int offsetAtPoint(const QPoint& point) const override;
+  void scrollToSubstring(int start, int end) override;
+  QString attributes(int offset, int* start, int* end) const override;
+
+  void deleteText(int start, int end) override { replaceText(start, end, {}); }
+  void insertText(int offset, const QString& text) override { replaceText(offset, offset, text); }
+  void replaceText(int start, int end, const QString& text) override;
+
+ private:
+  QLineEdit& line() const { return *static_cast<QLineEdit*>(object()); }
+  QString tell(const Part& part, int* start, int* end) const;
+};
+
+void* EditReading::interface_cast(QAccessible::InterfaceType type) {
+  if (type == QAccessible::TextInterface) return static_cast<QAccessibleTextInterface*>(this);
+  if (type == QAccessible::EditableTextInterface) return static_cast<QAccessibleEditableTextInterface*>(this);
+  return QAccessibleWidget::interface_cast(type);
+}
+
+QString EditReading::text(QAccessible::Text kind) const {
+  return kind == QAccessible::Value ? line().text() : QAccessibleWidget::text(kind);
+}
+
+void EditReading::setText(QAccessible::Text kind, const QString& text) {
+  if (kind == QAccessible::Value) replaceText(0, characterCount(), text);
+}
+
+QAccessible::State EditReading::state() const {
+  QAccessible::State state = QAccessibleWidget::state();
+  state.editable = !line().isReadOnly();
+  state.readOnly = line().isReadOnly();
+  state.selectableText = true;
+  return state;
+}
+
+void EditReading::selection(int /*index*/, int* start, int* end) const {
+  *start = std::max(line().selectionStart(), 0);
+  *end = std::max(line().selectionEnd(), 0);
+}
+
+QString EditReading::tell(const Part& part, int* start, int* end) const {
+  *start = part.start;
+  *end = part.end;
+  return text(part.start, part.end);
+}
+
+/// -1 stands for the end of the text, -2 for the cursor.
+int placeMeant(int offset, const QLineEdit& line) {
+  if (offset == -2) return line.cursorPosition();
+  return offset == -1 ? static_cast<int>(line.text().size()) : offset;
+}
+
+QString EditReading::textAtOffset(int offset, Boundary boundary, int* start, int* end) const {
+  return tell(partAt(line().text(), placeMeant(offset, line()), boundary), start, end);
+}
+
+QString EditReading::textBeforeOffset(int offset, Boundary boundary, int* start, int* end) const {
+  const Part here = partAt(line().text(), placeMeant(offset, line()), boundary);
+  return tell(here.start == 0 ? Part() : partAt(line().text(), here.start - 1, boundary), start, end);
+}
+
+QString EditReading::textAfterOffset(int offset, Boundary boundary, int* start, int* end) const {
+  const Part here = partAt(line().text(), placeMeant(offset, line()), boundary);
+  return tell(partAt(line().text(), here.end, boundary), start, end);
+}
+
+/// From where the cursor is drawn, which the text's own margins and scrolling lead to.
+QRect EditReading::characterRect(int offset) const {
+  const QFontMetrics letters(line().font());
+  const QRect cursor = line().inputMethodQuery(Qt::ImCursorRectangle).toRect();
+  const QString& text = line().text();
+  const int from = letters.horizontalAdvance(text.left(line().cursorPosition()));
+  const int left = cursor.center().x() + letters.horizontalAdvance(text.left(offset)) - from;
+  const QRect place(left, cursor.top(), letters.horizontalAdvance(text.mid(offset, 1)), cursor.height());
+  return place.translated(line().mapToGlobal(QPoint()));
+}
+
+int EditReading::offsetAtPoint(const QPoint& point) const {
+  return line().cursorPositionAt(line().mapFromGlobal(point));
+}
+
+/// The cursor is always in sight.
+void EditReading::scrollToSubstring(int start, int end) {
+  line().setCursorPosition(end);
+  line().setCursorPosition(start);
+}
+
+QString EditReading::attributes(int /*offset*/, int* start, int* end) const {
+  *start = *end = 0;
+  return {};
+}
+
+/// As the user would type it, so that the form hears of it.
+void EditReading::replaceText(int start, int end, const QString& text) {
+  if (line().isReadOnly() || !line().isEnabled() || (start == end && text.isEmpty())) return;
+  line().setSelection(start, end - start);
+  text.isEmpty() ? line().del() : line().insert(text);
+}
+
+QAccessibleInterface* readingOf(const QString& /*kind*/, QObject* object) {
+  auto* line = qobject_cast<QLineEdit*>(object);
+  return line == nullptr ? nullptr : std::make_unique<EditReading>(*line).release();
+}
+
+}  // namespace
+
+void letEditsBeRead() {
+  QAccessible::installFactory(readingOf);
+}
+
+}  // namespace trackloom
