@@ -98,6 +98,7 @@ void Face::tie() {
   keep(form_->changed.connect(showCaption));
   trackloom::make<EventTap>(*window_, [this](QEvent& event) { return handle(event); });
   problems_ = bindControls(*this);
+  giveWay(*window_, roomFor(*window_));
   tiePlacement(*this);
 }
 

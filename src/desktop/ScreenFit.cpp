@@ -152,6 +152,10 @@ void centreOver(QWidget& dialog, const QRect& around) {
   dialog.move(placeWithin(frame, dialog.screen()->availableGeometry()));
 }
 
+void giveWay(QWidget& window, const QSize& most) {
+  window.setMinimumSize(window.minimumSize().boundedTo(most));
+}
+
 void fitInto(QWidget& dialog, const QSize& most) {
   const auto ends = [&] { return dialog.size().boundedTo(most) == dialog.size() && fits(dialog, most); };
   if (ends()) return;

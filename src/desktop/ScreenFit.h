@@ -11,6 +11,9 @@ namespace trackloom {
 /// fit scrolls. Its last rows, which hold its buttons, stay in sight. A dialog that fits stays as it is.
 void fitInto(QWidget& dialog, const QSize& most);
 
+/// Lets a window become as small as `most` where its design asks for more.
+void giveWay(QWidget& window, const QSize& most);
+
 /// What the window system will put around a window, about.
 QSize frameOf(const QWidget& window);
 

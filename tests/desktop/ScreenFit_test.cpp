@@ -181,6 +181,19 @@ TEST_CASE("Every dialog fits a large screen whose font is three times as large")
   checkForms({1916, 1020});
 }
 
+TEST_CASE("The main window can be as small as a small screen") {
+  trial::AllForms forms;
+  for (const auto& form : forms.all) {
+    trial::ShownForm shown(*form);
+    if (shown.window.inherits("QDialog")) continue;
+    INFO(form->name());
+    giveWay(shown.window, {636, 400});
+    shown.window.resize(636, 400);
+    QTest::qWait(0);
+    CHECK(shown.window.size() == QSize(636, 400));
+  }
+}
+
 TEST_CASE("A dialog that fits is left as it is") {
   trial::AllForms forms;
   for (const auto& form : forms.all) {
