@@ -36,7 +36,7 @@ constexpr const char* ScratchFolder = "/var/tmp";
   QtPatience patience(desk);
   QtMessageBoxes boxes(desk);
   QtFileDialogs files(desk);
-  FolderLister folders(events);
+  FolderLister folders(events, patience);
   LinuxProcess process;
   DesktopOpener opener;
   NoHelpViewer help;

@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <future>
 #include <utility>
 
 #include "desktop/Aside.h"
@@ -94,6 +95,14 @@ FolderListing::Hold FolderLister::find(const HostPath& folder, std::function<voi
     if (FolderExists(folder)) Hearing::say(hearing, {found});
   });
   return Hearing::hold(hearing);
+}
+
+bool FolderLister::hasFile(const HostPath& file) {
+  const auto answer = std::make_shared<std::promise<bool>>();
+  auto is = answer->get_future();
+  if (!doAside([=] { answer->set_value(FileExists(file)); })) return FileExists(file);
+  patience_.until([&](std::chrono::milliseconds atMost) { return is.wait_for(atMost) == std::future_status::ready; });
+  return is.get();
 }
 
 }  // namespace trackloom

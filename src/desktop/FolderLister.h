@@ -2,6 +2,7 @@
 
 #include "ports/EventQueue.h"
 #include "ports/FolderListing.h"
+#include "ports/Patience.h"
 
 namespace trackloom {
 
@@ -10,13 +11,15 @@ namespace trackloom {
 class FolderLister final : public FolderListing {
  public:
   /// `events` outlives every thread that looks, as the process's own queue does.
-  explicit FolderLister(EventQueue& events) : events_(events) {}
+  FolderLister(EventQueue& events, Patience& patience) : events_(events), patience_(patience) {}
 
   Hold list(const HostPath& folder, std::vector<std::string> extensions, FolderReader& reader) override;
   Hold find(const HostPath& folder, std::function<void()> found) override;
+  bool hasFile(const HostPath& file) override;
 
  private:
   EventQueue& events_;
+  Patience& patience_;
 };
 
 }  // namespace trackloom

@@ -44,8 +44,8 @@ std::int16_t linesOfTracks(Session& session, const std::string& count) {
 }
 
 /// A path that begins at no root cannot come from a saved layout, so it is never looked for where the program stands.
-bool isThere(const std::string& path) {
-  return path.starts_with(HostSep) && FileExists(HostPath(path));
+bool isThere(const Session& session, const std::string& path) {
+  return path.starts_with(HostSep) && session.ports.folders.hasFile(HostPath(path));
 }
 
 class Opening {
@@ -79,7 +79,7 @@ void Opening::readTracks() {
   for (int line = 1; line <= lines && batch_.goesOn(); ++line) {
     const std::string path = values_.next();
     // The folder of a missing track comes next and is taken for a path, so it is told as missing, too.
-    if (!isThere(path)) {
+    if (!isThere(session_, path)) {
       missing_.push_back(path);
       continue;
     }

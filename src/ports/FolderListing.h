@@ -39,6 +39,8 @@ class FolderListing {
                                   FolderReader& reader) = 0;
   /// Calls `found`, perhaps before this returns, if `folder` is a folder, and never if it is none.
   [[nodiscard]] virtual Hold find(const HostPath& folder, std::function<void()> found) = 0;
+  /// Whether a regular file is there. The call waits for the answer, with patience.
+  virtual bool hasFile(const HostPath& file) = 0;
 };
 
 }  // namespace trackloom

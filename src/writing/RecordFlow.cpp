@@ -4,7 +4,6 @@
 #include "model/Layout.h"
 #include "model/Session.h"
 #include "model/TrackRow.h"
-#include "runtime/Files.h"
 #include "runtime/Text.h"
 #include "writing/WritingForms.h"
 
@@ -50,7 +49,7 @@ bool rewritableIsWanted(Session& session) {
 bool tracksExist(Session& session) {
   const ListView& listing = session.frmListing().ListView1;
   for (int row = 1; row <= listing.Count(); ++row) {
-    if (FileExists(sourcePath(listing, row))) continue;
+    if (session.ports.folders.hasFile(sourcePath(listing, row))) continue;
     refuse(session, "Missing Track",
            "Trackloom was unable to find Track #" + std::to_string(row) + " in the location specified in your Layout." +
                ParagraphBreak + "CD creation has stopped.");

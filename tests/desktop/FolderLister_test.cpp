@@ -3,6 +3,7 @@
 #include <catch2/catch.hpp>
 
 #include "fakes/FakeEventQueue.h"
+#include "fakes/FakePatience.h"
 #include "fakes/TempFolder.h"
 
 namespace trackloom {
@@ -33,7 +34,8 @@ class Notebook final : public FolderReader {
 struct Listening {
   fakes::TempFolder folder;
   fakes::FakeEventQueue events;
-  FolderLister lister{events};
+  fakes::FakePatience patience;
+  FolderLister lister{events, patience};
   Notebook notes;
 
   FolderListing::Hold list(const std::string& place) {
@@ -110,6 +112,15 @@ TEST_CASE("A folder is found, and what is none is not, nor one that was dropped"
   const auto hold = seek("/");
   REQUIRE(to.events.runUntil([&] { return !found.empty(); }));
   CHECK(found == Lines{"/"});
+}
+
+TEST_CASE("Whether a file is there is waited for with patience, and a folder of its name is none") {
+  Listening to;
+  to.folder.write("music/a.mp3", "");
+  CHECK(to.lister.hasFile(to.folder.host("music/a.mp3")));
+  CHECK_FALSE(to.lister.hasFile(to.folder.host("music")));
+  CHECK_FALSE(to.lister.hasFile(to.folder.host("music/b.mp3")));
+  CHECK(to.patience.waits == 3);
 }
 
 }  // namespace trackloom

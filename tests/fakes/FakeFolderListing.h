@@ -2,6 +2,8 @@
 
 #include <deque>
 #include <functional>
+#include <set>
+#include <string>
 #include <utility>
 
 #include "ports/FolderListing.h"
@@ -15,6 +17,8 @@ class FakeFolderListing final : public FolderListing {
  public:
   /// Folders answer only to step().
   bool slow = false;
+  /// Files that are said not to be there.
+  std::set<std::string> lost;
 
   Hold list(const HostPath& folder, std::vector<std::string> extensions, FolderReader& reader) override {
     const auto held = std::make_shared<bool>(true);
@@ -35,6 +39,8 @@ class FakeFolderListing final : public FolderListing {
     if (FolderExists(folder)) say(held, std::move(found));
     return holdOf(held);
   }
+
+  bool hasFile(const HostPath& file) override { return !lost.contains(file.text) && FileExists(file); }
 
   /// Lets so many words be said, in the order in which they were asked for; those that nobody holds any more count, but
   /// are not heard.

@@ -292,6 +292,15 @@ TEST_CASE("A track that the engine refuses is told in the words of a drop, and t
   CHECK(machine.rows() == Lines{"a.mp3"});
 }
 
+TEST_CASE("Whether a track is there is asked where no slow folder holds up the window") {
+  OpeningMachine machine;
+  const std::string a = machine.makeTrack("a.mp3", 10);
+  machine.folders.lost = {a};
+  machine.layoutFile("mix", {"\"Audio\"", "1", "\"x\"", machine.quoted(a)});
+  machine.open("mix", [&] { machine.expectMissing({a}); });
+  CHECK(machine.list().Count() == 0);
+}
+
 TEST_CASE("A path that begins at no root counts as missing, whatever lies where the program stands") {
   OpeningMachine machine;
   machine.layoutFile("mix", {"\"Audio\"", "2", "\"x\"", "\"CMakeLists.txt\"", "\"\""});

@@ -87,9 +87,9 @@ TEST_CASE("A rewritable disc asks on an audio layout and not on an MP3 layout") 
   CHECK(data.desk.boxes.empty());
 }
 
-TEST_CASE("A missing track is told by its number") {
+TEST_CASE("A missing track is told by its number, asked for where no slow folder holds up the window") {
   Recording machine;
-  std::filesystem::remove(machine.folder / "music/b.mp3");
+  machine.folders.lost = {machine.folder / "music/b.mp3"};
   machine.refused("Missing Track");
   CHECK(machine.desk.lastBox().text ==
         "Trackloom was unable to find Track #2 in the location specified in your Layout.\r\n\r\nCD creation has "
