@@ -63,7 +63,8 @@ class Describer final : public ControlVisitor {
   void visit(Label& label) override { add("label", label, quoted(label.Caption)); }
   void visit(ListView& list) override {
     std::string heads;
-    for (const ListColumn& column : list.columns()) heads += quoted(column.text);
+    for (const ListColumn& column : list.columns())
+      heads += quoted(column.text) + (column.key == column.text ? "" : " key" + quoted(column.key));
     const ListStyle& style = list.style();
     add("list", list, heads + when(style.checkBoxes, "boxes") + when(style.multiSelect, "many"));
   }

@@ -81,7 +81,7 @@ class Decoder {
           mpg123_read(handle_.get(), reinterpret_cast<unsigned char*>(samples.data()), samples.size_bytes(), &bytes);
       window_.throwFailure();
       if (bytes > 0 || result == MPG123_DONE) return bytes / sizeof(std::int16_t);
-      if (result != MPG123_OK && result != MPG123_NEW_FORMAT) throw trouble();
+      if (result != MPG123_NEW_FORMAT) throw trouble();
     }
   }
 

@@ -32,7 +32,7 @@ class Window {
   static sf_count_t seek(sf_count_t offset, int whence, void* window) noexcept {
     Window& self = *static_cast<Window*>(window);
     const sf_count_t base = whence == SEEK_CUR ? self.position_ : whence == SEEK_END ? self.reading_.size() : 0;
-    sf_count_t position = 0;
+    sf_count_t position{};
     if (__builtin_add_overflow(base, offset, &position) || position < 0) return -1;
     return self.position_ = position;
   }

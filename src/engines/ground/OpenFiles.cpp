@@ -25,9 +25,17 @@ struct CloseFolder {
 };
 using FolderStream = std::unique_ptr<DIR, CloseFolder>;
 
+/// A call of the system, made again after each interruption.
+template <class Call>
+ssize_t completed(const Call& call) {
+  ssize_t result = call();
+  while (result == -1 && errno == EINTR) result = call();
+  return result;
+}
+
 FolderStream openStream(const FileDescriptor& folder) {
   const int descriptor = openat(folder.get(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-  if (descriptor < 0) throwSystemError("cannot list a folder");
+  if (descriptor == -1) throwSystemError("cannot list a folder");
   DIR* stream = fdopendir(descriptor);
   if (stream == nullptr) {
     const FileDescriptor closer(descriptor);
@@ -119,9 +127,8 @@ std::string readSmallFile(const FileDescriptor& folder, const std::string& name,
   std::string text;
   std::array<char, 4096> buffer{};
   for (;;) {
-    const ssize_t count = read(file.get(), buffer.data(), buffer.size());
-    if (count < 0 && errno == EINTR) continue;
-    if (count < 0) throwSystemError("cannot read " + name);
+    const ssize_t count = completed([&] { return read(file.get(), buffer.data(), buffer.size()); });
+    if (count == -1) throwSystemError("cannot read " + name);
     if (count == 0) return text;
     text.append(buffer.data(), static_cast<std::size_t>(count));
     if (text.size() > limit) {
@@ -140,8 +147,8 @@ std::size_t writeAt(const FileDescriptor& file, std::span<const std::byte> bytes
   std::size_t done = 0;
   while (done != bytes.size()) {
     const auto place = position + static_cast<std::int64_t>(done);
-    const ssize_t count = pwrite(file.get(), bytes.data() + done, bytes.size() - done, place);
-    if (count < 0 && errno == EINTR) continue;
+    const ssize_t count =
+        completed([&] { return pwrite(file.get(), bytes.data() + done, bytes.size() - done, place); });
     if (count == 0) errno = ENOSPC;
     if (count <= 0) break;
     done += static_cast<std::size_t>(count);
@@ -153,8 +160,7 @@ std::size_t readAt(const FileDescriptor& file, std::span<std::byte> bytes, std::
   std::size_t done = 0;
   while (done != bytes.size()) {
     const auto place = position + static_cast<std::int64_t>(done);
-    const ssize_t count = pread(file.get(), bytes.data() + done, bytes.size() - done, place);
-    if (count < 0 && errno == EINTR) continue;
+    const ssize_t count = completed([&] { return pread(file.get(), bytes.data() + done, bytes.size() - done, place); });
     if (count == 0) errno = 0;
     if (count <= 0) break;
     done += static_cast<std::size_t>(count);
@@ -173,13 +179,13 @@ Replacement::Replacement(const FileDescriptor& folder, std::string name, const s
 }
 
 Replacement::~Replacement() {
-  if (!inPlace_) unlinkat(folder_.get(), asideName(name_).c_str(), 0);
+  // Once it is in place there is none of that name.
+  unlinkat(folder_.get(), asideName(name_).c_str(), 0);
 }
 
 void Replacement::putInPlace() {
   if (renameat(folder_.get(), asideName(name_).c_str(), folder_.get(), name_.c_str()) != 0)
     throwSystemError("cannot replace " + name_);
-  inPlace_ = true;
   // Not every file system can bring a folder to the medium; the rename itself stands either way.
   fsync(folder_.get());
 }

@@ -56,7 +56,6 @@ class Replacement {
  private:
   const FileDescriptor& folder_;
   std::string name_;
-  bool inPlace_ = false;
 };
 
 /// A replacement put in place at once.

@@ -52,12 +52,12 @@ std::size_t SourceFile::readAt(std::int64_t offset, std::span<std::uint8_t> byte
     const std::span rest = bytes.subspan(done);
     const ssize_t count =
         ::pread(descriptor_.get(), rest.data(), rest.size(), offset + static_cast<std::int64_t>(done));
-    if (count == 0) break;
-    if (count > 0) {
+    if (count > 0)
       done += static_cast<std::size_t>(count);
-    } else if (errno != EINTR) {
+    else if (count == 0)
+      break;
+    else if (errno != EINTR)
       throw failure(errno);
-    }
   }
   return done;
 }

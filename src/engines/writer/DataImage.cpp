@@ -174,8 +174,8 @@ std::int32_t DataImage::blocks() const {
 }
 
 std::size_t DataImage::bytesReady() const {
-  std::size_t size = 0;
-  std::size_t unused = 0;
+  std::size_t size{};
+  std::size_t unused{};
   iso_ring_buffer_get_status(source_.get(), &size, &unused);
   return size - unused;
 }

@@ -13,7 +13,10 @@ TEST_CASE("Settings are only read, and their explanation gives the defaults agai
   CHECK(loadEngineSettings(HostPath(folder.path())).pause == 150);
   CHECK_FALSE(folder.has("Engines.ini"));
   explainEngineSettings(HostPath(folder.path()));
-  CHECK(folder.read("Engines.ini").find("pause = 150") != std::string::npos);
+  const std::string text = folder.read("Engines.ini");
+  CHECK(text.find("[Writing]\n") < text.find("\npause = 150\n"));
+  CHECK(text.find("[Recorders]\n") < text.find("\nvirtual = yes\n"));
+  CHECK(text.find("\nvirtual = yes\n") != std::string::npos);
   CHECK(loadEngineSettings(HostPath(folder.path())).virtualRecorders);
 }
 

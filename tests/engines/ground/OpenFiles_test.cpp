@@ -74,6 +74,25 @@ TEST_CASE("What cannot be opened, listed, looked at or moved is named with the r
   CHECK(fileSize(folder, "file") == 1);
 }
 
+TEST_CASE("A folder that cannot be listed for want of descriptors says so") {
+  const TempFolder folder;
+  folder.write("inner/a", "");
+  const FileDescriptor open = openFolder(folder.path());
+  rlimit before{};
+  REQUIRE(getrlimit(RLIMIT_NOFILE, &before) == 0);
+  const rlimit none{0, before.rlim_max};
+  REQUIRE(setrlimit(RLIMIT_NOFILE, &none) == 0);
+  std::string words;
+  try {
+    folderNames(open);
+  } catch (const std::system_error& error) {
+    words = error.what();
+  }
+  REQUIRE(setrlimit(RLIMIT_NOFILE, &before) == 0);
+  CHECK(words == "cannot list a folder: Too many open files");
+  CHECK(folderNames(open) == std::vector<std::string>{"inner"});
+}
+
 TEST_CASE("A small file is read whole up to its limit and refused beyond") {
   const TempFolder place;
   place.write("file", std::string(10'000, 'x'));

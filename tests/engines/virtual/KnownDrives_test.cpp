@@ -106,7 +106,8 @@ TEST_CASE("The list of drives leaves the user's settings and words as they are, 
   machine.start();
   const std::string text = readFile(machine.settings());
   CHECK(text.starts_with(mine));
-  CHECK_THAT(text, Contains("1 = Virtual Recorder|Virtual|CD Recorder"));
+  CHECK_THAT(text, Contains("\n; The recorders in the order of their letters, as they were first seen. May be cut.\n"
+                            "1 = Virtual Recorder|Virtual|CD Recorder"));
   machine.start();
   CHECK(readFile(machine.settings()) == text);
   writeFile(machine.settings(), "[DRIVES]\n1 = Virtual Recorder|a|b\n[Writing]\npause = 9\n");

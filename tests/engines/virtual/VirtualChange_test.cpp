@@ -178,10 +178,12 @@ TEST_CASE("Recorded sectors are read back as they were written, and no others") 
   };
   writeDisc(recorder, audioOrder({300, 20}, false, false));
   CHECK(text(450, 20) == sectorsOf(AudioBlocks, 1, 0, 20));
+  CHECK(text(0, 1) == sectorsOf(AudioBlocks, 0, 0, 1));
   CHECK(text(299, 2) == sectorsOf(AudioBlocks, 0, 299, 1) + std::string(2352, '\0'));
   for (const auto& [block, count] : {std::pair{450, 21}, {-1, 1}, {470, 1}, {0, -1}})
     CHECK_THAT(failureOf([&, at = block, many = count] { recorder.read(at, many); }),
-               StartsWith("052100 the disc has no "));
+               StartsWith("052100 the disc has no " + std::to_string(count) + " recorded blocks from block " +
+                          std::to_string(block) + " on"));
 }
 
 TEST_CASE("A recorder whose folder has gone reads nothing, in the numbers of a read error") {

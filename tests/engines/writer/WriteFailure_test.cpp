@@ -42,7 +42,7 @@ TEST_CASE("Without a drive, a disc or an open one, a write ends in a device erro
   SECTION("no drive") {
     world.writer->SelectDrive(-1);
     CHECK(lastLine(world) == deviceFailure(0x020400));
-    CHECK(saysOfDevice(world, "no drive"));
+    CHECK(world.writer->LastDeviceErrorText() == "no drive is in use (2/04/00)");
   }
   CHECK(world.recorder->orders.empty());
 }
