@@ -131,7 +131,7 @@ class Desktop {
   QtPatience patience_{desk_};
   QtMessageBoxes boxes_{desk_};
   QtFileDialogs dialogs_{desk_};
-  FolderLister folders_{events_};
+  FolderLister folders_{events_, patience_};
   fakes::FakeProcess process_;
   fakes::FakeOpener opener_;
   fakes::FakeHelp help_;
