@@ -1,4 +1,6 @@
 #include <QApplication>
+#include <QTimer>
+#include <chrono>
 
 #include "desktop/DesktopOpener.h"
 #include "desktop/FolderLister.h"
@@ -26,6 +28,9 @@ class NoHelpViewer final : public HelpEngine {
 
 /// Caches of tracks can take a whole disc's size, which is too much for a file system in memory.
 constexpr const char* ScratchFolder = "/var/tmp";
+
+/// By then the splash is painted, and it stands for much longer.
+constexpr std::chrono::milliseconds SplashIsSeen{100};
 
 /// Joins the desktop, the engines and the program, and runs them until the process ends. Nothing is taken down at the
 /// end, since threads that wait for a disk may still look at it.
@@ -61,6 +66,7 @@ constexpr const char* ScratchFolder = "/var/tmp";
   const ForcedEnd forcedEnd([&program](int status) { program.endUnasked(status); });
   desk.setTrap([&program](const std::function<void()>& event) { program.run(event); });
   desk.enter([&program] { program.start(); });
+  QTimer::singleShot(SplashIsSeen, findFontsAndPictures);
   process.end(QApplication::exec());
 }
 
