@@ -20,10 +20,10 @@ Lines orderAfter(const std::function<void(frmChooseSort&)>& script) {
   for (const char* name : {"d.mp3", "c.mp3", "b.mp3", "a.mp3"}) machine.addTrack(name, 10);
   for (const int row : {1, 3}) listing.SetSubItem(row, 3, "\\Z");
   machine.mod().LayoutSaved = true;
-  frmChooseSort& form = machine.program().forms().layout.frmChooseSort.get();
-  form.show();
-  script(form);
-  CHECK(form.closed());
+  auto& slot = machine.program().forms().layout.frmChooseSort;
+  slot->show();
+  script(slot.get());
+  CHECK_FALSE(slot.exists());
   CHECK(machine.mod().LayoutSaved);
   Lines order;
   for (int row = 1; row <= listing.Count(); ++row) order.push_back(listing.Item(row).Text.substr(0, 1));

@@ -82,14 +82,16 @@ TEST_CASE("A folder that cannot be listed for want of descriptors says so") {
   REQUIRE(getrlimit(RLIMIT_NOFILE, &before) == 0);
   const rlimit none{0, before.rlim_max};
   REQUIRE(setrlimit(RLIMIT_NOFILE, &none) == 0);
-  std::string words;
+  std::exception_ptr failure;
   try {
     folderNames(open);
-  } catch (const std::system_error& error) {
-    words = error.what();
+  } catch (...) {
+    failure = std::current_exception();
   }
   REQUIRE(setrlimit(RLIMIT_NOFILE, &before) == 0);
-  CHECK(words == "cannot list a folder: Too many open files");
+  // The sanitizers want descriptors of their own to look at an object, so it is looked at only now.
+  REQUIRE(failure);
+  CHECK_THROWS_WITH(std::rethrow_exception(failure), "cannot list a folder: Too many open files");
   CHECK(folderNames(open) == std::vector<std::string>{"inner"});
 }
 
