@@ -134,35 +134,36 @@ TEST_CASE("A file to open becomes an address that keeps every byte and cannot be
   CHECK(desktopAddress("https://example.org/a?b=c#d").toEncoded() == "https://example.org/a?b=c#d");
 }
 
-TEST_CASE("A lock on the program's folder tells a second instance, and the first goes on being the first") {
-  LinuxProcess first;
-  CHECK_FALSE(first.isSecondInstance());
-  CHECK_FALSE(first.isSecondInstance());
-  LinuxProcess second;
-  CHECK(second.isSecondInstance());
-  CHECK(second.isSecondInstance());
-  CHECK(QApplication::applicationDirPath().toStdString() == first.executableFolder());
-  CHECK_FALSE(locks("/proc/self/exe"));
-  CHECK(locks(first.executableFolder()));
-}
-
-TEST_CASE("The first instance is told once that it is, and a second one is not") {
-  int told = 0;
-  LinuxProcess first;
-  first.whenFirst = [&] { ++told; };
-  CHECK(told == 0);
-  CHECK_FALSE(first.isSecondInstance());
-  CHECK_FALSE(first.isSecondInstance());
-  CHECK(told == 1);
-  LinuxProcess second;
-  second.whenFirst = [&] { told = 99; };
-  CHECK(second.isSecondInstance());
-  CHECK(told == 1);
-}
-
-TEST_CASE("A first instance that has gone leaves its place to the next") {
-  { CHECK_FALSE(LinuxProcess().isSecondInstance()); }
-  CHECK_FALSE(LinuxProcess().isSecondInstance());
+// One test, since all of it locks the one folder of this program, and tests run side by side.
+TEST_CASE("The program's folder tells which instance is the first") {
+  SECTION("a lock on the program's folder tells a second instance, and the first goes on being the first") {
+    LinuxProcess first;
+    CHECK_FALSE(first.isSecondInstance());
+    CHECK_FALSE(first.isSecondInstance());
+    LinuxProcess second;
+    CHECK(second.isSecondInstance());
+    CHECK(second.isSecondInstance());
+    CHECK(QApplication::applicationDirPath().toStdString() == first.executableFolder());
+    CHECK_FALSE(locks("/proc/self/exe"));
+    CHECK(locks(first.executableFolder()));
+  }
+  SECTION("the first instance is told once that it is, and a second one is not") {
+    int told = 0;
+    LinuxProcess first;
+    first.whenFirst = [&] { ++told; };
+    CHECK(told == 0);
+    CHECK_FALSE(first.isSecondInstance());
+    CHECK_FALSE(first.isSecondInstance());
+    CHECK(told == 1);
+    LinuxProcess second;
+    second.whenFirst = [&] { told = 99; };
+    CHECK(second.isSecondInstance());
+    CHECK(told == 1);
+  }
+  SECTION("a first instance that has gone leaves its place to the next") {
+    { CHECK_FALSE(LinuxProcess().isSecondInstance()); }
+    CHECK_FALSE(LinuxProcess().isSecondInstance());
+  }
 }
 
 TEST_CASE("A closed pipe and a limit on the size of files are errors, and end no process") {
