@@ -13,11 +13,10 @@ namespace trackloom {
 
 namespace {
 
-/// How far a call of the system came that is made again after each interruption.
+/// How far a call of the system came.
 template <class Call>
 std::size_t completed(const Call& call) {
-  ssize_t result = call();
-  while (result == -1 && errno == EINTR) result = call();
+  const ssize_t result = uninterrupted(call);
   if (result == -1) throw RuntimeError::fromErrno(errno);
   return static_cast<std::size_t>(result);
 }

@@ -3,6 +3,7 @@
 #include <sys/types.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -42,6 +43,14 @@ class FileDescriptor {
  private:
   int descriptor_ = -1;
 };
+
+/// What a call of the system gives that is made again after each interruption; -1 with errno: it failed otherwise.
+template <class Call>
+ssize_t uninterrupted(const Call& call) {
+  ssize_t result = call();
+  while (result == -1 && errno == EINTR) result = call();
+  return result;
+}
 
 /// Returns when the names in the file's folder are on the disk. Some file systems cannot tell, which is no fault of the
 /// file. Throws RuntimeError.

@@ -3,13 +3,13 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <catch2/catch.hpp>
 #include <cerrno>
 #include <filesystem>
 
 #include "fakes/ChildProcess.h"
 #include "fakes/ErrorNumber.h"
+#include "fakes/FolderLook.h"
 #include "fakes/TempFolder.h"
 #include "runtime/FileDescriptor.h"
 #include "runtime/Files.h"
@@ -17,17 +17,11 @@
 
 namespace trackloom {
 
+using fakes::namesIn;
 using fakes::TempFolder;
 using Lines = std::vector<std::string>;
 
 namespace {
-
-Lines namesIn(const std::string& folder) {
-  Lines names;
-  for (const auto& entry : std::filesystem::directory_iterator(folder)) names.push_back(entry.path().filename());
-  std::sort(names.begin(), names.end());
-  return names;
-}
 
 mode_t permissionsOf(const std::string& path) {
   struct stat entry {};

@@ -10,25 +10,18 @@
 #include <filesystem>
 
 #include "fakes/ErrorNumber.h"
+#include "fakes/FolderLook.h"
 #include "fakes/TempFolder.h"
 #include "runtime/Files.h"
 #include "runtime/SystemCalls.h"
 
 namespace trackloom {
 
+using fakes::namesIn;
 using fakes::TempFolder;
 using Lines = std::vector<std::string>;
 
-namespace {
-
-Lines namesIn(const std::string& folder) {
-  Lines names;
-  for (const auto& entry : std::filesystem::directory_iterator(folder)) names.push_back(entry.path().filename());
-  std::sort(names.begin(), names.end());
-  return names;
-}
-
-}  // namespace
+namespace {}  // namespace
 
 TEST_CASE("What is written in parts, with interruptions between them, comes whole and once") {
   TempFolder folder;

@@ -25,14 +25,6 @@ struct CloseFolder {
 };
 using FolderStream = std::unique_ptr<DIR, CloseFolder>;
 
-/// A call of the system, made again after each interruption.
-template <class Call>
-ssize_t completed(const Call& call) {
-  ssize_t result = call();
-  while (result == -1 && errno == EINTR) result = call();
-  return result;
-}
-
 FolderStream openStream(const FileDescriptor& folder) {
   const int descriptor = openat(folder.get(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   if (descriptor == -1) throwSystemError("cannot list a folder");
@@ -127,7 +119,7 @@ std::string readSmallFile(const FileDescriptor& folder, const std::string& name,
   std::string text;
   std::array<char, 4096> buffer{};
   for (;;) {
-    const ssize_t count = completed([&] { return read(file.get(), buffer.data(), buffer.size()); });
+    const ssize_t count = uninterrupted([&] { return read(file.get(), buffer.data(), buffer.size()); });
     if (count == -1) throwSystemError("cannot read " + name);
     if (count == 0) return text;
     text.append(buffer.data(), static_cast<std::size_t>(count));
@@ -148,7 +140,7 @@ std::size_t writeAt(const FileDescriptor& file, std::span<const std::byte> bytes
   while (done != bytes.size()) {
     const auto place = position + static_cast<std::int64_t>(done);
     const ssize_t count =
-        completed([&] { return pwrite(file.get(), bytes.data() + done, bytes.size() - done, place); });
+        uninterrupted([&] { return pwrite(file.get(), bytes.data() + done, bytes.size() - done, place); });
     if (count == 0) errno = ENOSPC;
     if (count <= 0) break;
     done += static_cast<std::size_t>(count);
@@ -160,7 +152,8 @@ std::size_t readAt(const FileDescriptor& file, std::span<std::byte> bytes, std::
   std::size_t done = 0;
   while (done != bytes.size()) {
     const auto place = position + static_cast<std::int64_t>(done);
-    const ssize_t count = completed([&] { return pread(file.get(), bytes.data() + done, bytes.size() - done, place); });
+    const ssize_t count =
+        uninterrupted([&] { return pread(file.get(), bytes.data() + done, bytes.size() - done, place); });
     if (count == 0) errno = 0;
     if (count <= 0) break;
     done += static_cast<std::size_t>(count);

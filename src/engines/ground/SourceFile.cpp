@@ -50,14 +50,11 @@ std::size_t SourceFile::readAt(std::int64_t offset, std::span<std::uint8_t> byte
   std::size_t done = 0;
   while (done < bytes.size()) {
     const std::span rest = bytes.subspan(done);
-    const ssize_t count =
-        ::pread(descriptor_.get(), rest.data(), rest.size(), offset + static_cast<std::int64_t>(done));
-    if (count > 0)
-      done += static_cast<std::size_t>(count);
-    else if (count == 0)
-      break;
-    else if (errno != EINTR)
-      throw failure(errno);
+    const ssize_t count = uninterrupted(
+        [&] { return ::pread(descriptor_.get(), rest.data(), rest.size(), offset + static_cast<std::int64_t>(done)); });
+    if (count == -1) throw failure(errno);
+    if (count == 0) break;
+    done += static_cast<std::size_t>(count);
   }
   return done;
 }
