@@ -35,6 +35,10 @@ void WriteProgress::OnWriteStarting() {
 }
 
 void WriteProgress::OnTrackCacheStart(std::int16_t track, std::int32_t blocks) {
+  if (session_.mod.IsoWriteActive) {
+    forms_.frmISO->pbCache.SetMax(blocks);
+    return;
+  }
   status().pbTrack.SetValue(0);
   status().cmdCancel.Enabled = false;
   status().pbCache.SetMax(blocks);
@@ -43,7 +47,7 @@ void WriteProgress::OnTrackCacheStart(std::int16_t track, std::int32_t blocks) {
 }
 
 void WriteProgress::OnCacheProgress(std::int32_t position) {
-  status().pbCache.SetValue(position);
+  (session_.mod.IsoWriteActive ? forms_.frmISO->pbCache : status().pbCache).SetValue(position);
 }
 
 void WriteProgress::OnTrackWriteStart(std::int16_t track, std::int32_t blocks) {

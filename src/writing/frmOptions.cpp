@@ -60,6 +60,7 @@ void frmOptions::showTab() {
 
 void frmOptions::FillWriteSpeeds() {
   std::int16_t speed = session_.frmListing().CDR1->MaxWriteSpeed();
+  cboWriteSpeed.Clear();
   if (speed <= 0) cboWriteSpeed.AddItem(DefaultSpeed);
   for (; speed > 0; speed = nextSpeed(speed)) cboWriteSpeed.AddItem(std::to_string(speed) + "x", speed);
   cboWriteSpeed.SetListIndex(0);

@@ -62,10 +62,12 @@ class frmOptions final : public Form {
   Button cmdCancel{*this, "cmdCancel", "&Cancel"};
   Button cmdHelp{*this, "cmdHelp", "&Help"};
 
+  /// Fills `cboWriteSpeed` anew with the drive's speeds, of which the highest is chosen.
+  void FillWriteSpeeds();
+
  private:
   void Load() override;
   void showTab();
-  void FillWriteSpeeds();
   void cmdOK_Click();
   void takeCloseMode();
   void takeCache();

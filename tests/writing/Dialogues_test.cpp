@@ -1,5 +1,6 @@
 #include <catch2/catch.hpp>
 #include <fstream>
+#include <set>
 
 #include "writing/Dialogue.h"
 
@@ -30,6 +31,9 @@ void checkDialogue(Dialogue& machine, const std::string& name) {
   }
 }
 
+/// The write of both tracks, each cached before it is written, up to the closing of the disc.
+constexpr int EventsOfCachedAudio = 18;
+
 void insert(Dialogue& machine, const fakes::FakeDisc& disc = {}) {
   machine.hear("a disc goes in");
   machine.engines.stage.disc = disc;
@@ -51,6 +55,18 @@ TEST_CASE("A test alone goes like the write of an audio disc, under its own word
   machine.expectDone();
   machine.finish();
   checkDialogue(machine, "audio-tested-only");
+}
+
+TEST_CASE("A test alone of a data disc speaks of the test") {
+  Dialogue machine(Mp3Layout);
+  machine.record([](frmOptions& form) {
+    form.optTestOnly.click();
+    form.chkCache.click();
+  });
+  machine.expectDone();
+  machine.finish();
+  CHECK(machine.engines.stage.disc == std::nullopt);
+  checkDialogue(machine, "data-tested-only");
 }
 
 TEST_CASE("A test, the pause and the real write of cached tracks that stay open go as their dialogue has it") {
@@ -131,6 +147,25 @@ TEST_CASE("Five copies given up at the third prompt are three, of which the firs
   checkDialogue(machine, "copies-given-up");
 }
 
+TEST_CASE("E096: Five copies given up at the third prompt are three discs, and are told like any finished write") {
+  Dialogue machine(AudioLayout);
+  machine.withStatus = false;
+  machine.record([](frmOptions& form) { form.VScroll1.scrollTo(5); });
+  machine.finish();
+  for (int prompt = 1; prompt <= 2; ++prompt) {
+    machine.desk.expectBox("Insert Disc", BoxAnswer::Ok);
+    machine.desk.whileBoxIsOpen = [&](const MessageBox&) { insert(machine); };
+    machine.tick(machine.window().Timer2);
+    machine.finish();
+  }
+  machine.desk.whileBoxIsOpen = {};
+  machine.desk.expectBox("Insert Disc", BoxAnswer::Cancel);
+  machine.expectDone();
+  machine.tick(machine.window().Timer2);
+  CHECK(machine.mod().CopiesDone == 3);
+  checkDialogue(machine, "copies-five");
+}
+
 TEST_CASE("Whatever is wrong with disc, tracks and room is told one after the other, in the order of the flow") {
   Dialogue machine(AudioLayout);
   auto& disc = machine.engines.stage.disc;
@@ -159,6 +194,65 @@ TEST_CASE("Whatever is wrong with disc, tracks and room is told one after the ot
   checkDialogue(machine, "refusals");
 }
 
+TEST_CASE(
+    "On an MP3 layout what is wrong with disc, files and room is told in the same order, and no rewritable disc is") {
+  Dialogue machine(Mp3Layout);
+  auto& disc = machine.engines.stage.disc;
+  disc.reset();
+  std::filesystem::remove(machine.folder / "music/b.mp3");
+  const auto refused = [&](const std::string& title) {
+    machine.desk.expectBox(title, BoxAnswer::Ok);
+    machine.click("Record");
+    CHECK_FALSE(machine.mod().RecordConfirmed);
+  };
+  refused("Media Not Loaded");
+  insert(machine, fakes::FakeDisc{.status = DiscClosed, .rewritable = true, .freeData = 4});
+  refused("Closed Disc");
+  disc->status = DiscEmpty;
+  refused("Missing Track");
+  machine.makeTrack("b.mp3", 2);
+  refused("CD Changed");
+  disc->freeData = 5;
+  machine.desk.expectForm<frmOptions>("frmOptions", [](frmOptions& form) { form.closeBox(); });
+  machine.click("Record");
+  checkDialogue(machine, "refusals-data");
+}
+
+TEST_CASE("An error of each code is told in its own words, and the disc is ejected when they are closed") {
+  Dialogue machine(AudioLayout);
+  machine.withStatus = false;
+  Lines ends;
+  for (const std::int32_t code : {0, 1, 2, 3, 4, 99}) {
+    insert(machine);
+    machine.engines.stage.fault = fakes::FakeFault{.block = 1, .code = code, .number = code * 10, .words = "no laser"};
+    machine.record();
+    machine.heard();
+    machine.hear("code " + std::to_string(code));
+    machine.expectError();
+    machine.finish();
+    for (std::string& line : machine.heard()) ends.push_back(std::move(line));
+  }
+  for (const std::string& line : ends) machine.hear(line);
+  checkDialogue(machine, "errors");
+}
+
+TEST_CASE("An error ends the recording in the same way in each of its phases") {
+  const int events = GENERATE(range(0, EventsOfCachedAudio));
+  const bool test = GENERATE(true, false);
+  Dialogue machine(AudioLayout);
+  machine.record([test](frmOptions& form) {
+    form.chkCache.click();
+    if (test) form.optTestWrite.click();
+  });
+  machine.step(events);
+  machine.withStatus = false;
+  machine.heard();
+  machine.expectError();
+  machine.cdr1().events.OnWriteError(FileError, 0);
+  CHECK_FALSE(machine.window().Timer1.Enabled);
+  checkDialogue(machine, "error-in-phase");
+}
+
 TEST_CASE("An error ends everything that was to follow: the real write behind a test, and all copies") {
   for (const bool test : {true, false}) {
     Dialogue machine(AudioLayout);
@@ -181,21 +275,84 @@ TEST_CASE("An error ends everything that was to follow: the real write behind a 
   }
 }
 
-TEST_CASE("A write is cancelled in each phase in which its button is on, in the same words") {
-  const int events = GENERATE(0, 1, 2, 4, 6, 8);
+TEST_CASE("A write is cancelled in each phase in which its button is on, in the same words, and in no other") {
+  const int events = GENERATE(range(0, EventsOfCachedAudio));
+  // The button is off from the caching of each track until it is written, and from the closing of the session on.
+  const bool off = std::set{2, 3, 4, 9, 10, 11, 16, 17}.contains(events);
+  CAPTURE(events);
   Dialogue machine(AudioLayout);
-  machine.record();
+  machine.record([](frmOptions& form) { form.chkCache.click(); });
   machine.step(events);
   machine.withStatus = false;
   machine.heard();
-  machine.desk.expectBox("Cancel", BoxAnswer::Cancel);
+  REQUIRE(machine.status().cmdCancel.Enabled == !off);
+  if (!off) machine.desk.expectBox("Cancel", BoxAnswer::Cancel);
   machine.status().cmdCancel.click();
+  if (off) {
+    CHECK(machine.heard().empty());
+    return;
+  }
   machine.desk.expectBox("Cancel", BoxAnswer::Ok);
   machine.desk.expectBox("Operation Cancelled", BoxAnswer::Ok);
   machine.status().cmdCancel.click();
   CHECK_FALSE(machine.cdr1().busy());
   CHECK(machine.window().visible());
   checkDialogue(machine, "cancelled");
+}
+
+TEST_CASE("In the pause behind a test, or behind a copy, Cancel lets nothing follow, as its dialogue has it") {
+  const bool test = GENERATE(true, false);
+  Dialogue machine(AudioLayout);
+  machine.withStatus = false;
+  machine.record([test](frmOptions& form) {
+    form.optTrack.click();
+    if (test) form.optTestWrite.click();
+    form.VScroll1.scrollTo(2);
+  });
+  machine.finish();
+  machine.heard();
+  machine.desk.expectBox("Cancel", BoxAnswer::Ok);
+  machine.desk.expectBox("Operation Cancelled", BoxAnswer::Ok);
+  machine.status().cmdCancel.click();
+  checkDialogue(machine, test ? "cancelled-behind-test" : "cancelled-behind-copy");
+}
+
+TEST_CASE("Behind a session or disc that was closed the pauses cannot be cancelled any more") {
+  const bool test = GENERATE(true, false);
+  Dialogue machine(Mp3Layout);
+  machine.record([test](frmOptions& form) {
+    if (test) form.optTestWrite.click();
+    form.VScroll1.scrollTo(2);
+  });
+  machine.finish();
+  machine.status().cmdCancel.click();
+  CHECK(machine.desk.boxes.empty());
+  insert(machine);
+  machine.tick(test ? machine.window().Timer1 : machine.window().Timer2);
+  machine.step(2);
+  CHECK(machine.status().cmdCancel.Enabled);
+}
+
+TEST_CASE("What a recording leaves behind takes a later error for one of a write") {
+  const std::string end = GENERATE("ended", "cancelled", "failed");
+  Dialogue machine(AudioLayout);
+  machine.withStatus = false;
+  if (end == "failed") machine.engines.stage.fault = fakes::FakeFault{};
+  machine.record([](frmOptions& form) { form.optTestOnly.click(); });
+  if (end == "cancelled") {
+    machine.desk.expectBox("Cancel", BoxAnswer::Ok);
+    machine.desk.expectBox("Operation Cancelled", BoxAnswer::Ok);
+    machine.status().cmdCancel.click();
+  } else {
+    end == "failed" ? machine.expectError() : machine.expectDone();
+    machine.finish();
+  }
+  machine.heard();
+  machine.hear(std::string("left behind: ") + (machine.mod().WriteActive ? "active" : "idle") + ", phase " +
+               std::to_string(machine.mod().WritePhase) + (machine.cdr1().TestMode() ? ", test" : ", real"));
+  machine.expectError();
+  machine.cdr1().events.OnWriteError(WriteBufferError, 0);
+  checkDialogue(machine, "left-behind");
 }
 
 TEST_CASE("A recording behind another one that was given up, failed or ended begins afresh") {

@@ -3,9 +3,11 @@
 #include <catch2/catch.hpp>
 
 #include "fakes/LayoutMachine.h"
+#include "writing/Recording.h"
 
 namespace trackloom {
 
+using fakes::Recording;
 using Lines = std::vector<std::string>;
 
 namespace {
@@ -52,7 +54,7 @@ TEST_CASE("Each speed that is chosen reaches the engine at once, and the last on
   CHECK(machine.mod().WriteSpeedText == "Write Speed:  6x");
 }
 
-TEST_CASE("A drive that tells no speed has one choice, which the engine never hears of") {
+TEST_CASE("E094: A drive that tells no speed has one choice, which the engine never hears of") {
   const std::int16_t speed = GENERATE(std::int16_t{0}, std::int16_t{-1});
   Choosing machine(AudioLayout);
   machine.engines.stage.drives[0].maxSpeed = speed;
@@ -188,6 +190,91 @@ TEST_CASE("The room for audio is that of audio blocks") {
   machine.engines.stage.disc->freeData = 1;
   machine.confirm([](frmOptions&) {});
   CHECK(machine.mod().DiscBytes == 359849 * 2352);
+}
+
+TEST_CASE("E095: On an audio layout an empty box switches the cache of audio off and leaves that of data alone") {
+  const bool data = GENERATE(true, false);
+  Choosing machine(AudioLayout);
+  machine.cdr1().SetCacheAudioTracks(true);
+  machine.cdr1().SetCacheDataTrack(data);
+  machine.confirm([](frmOptions& form) { REQUIRE_FALSE(form.chkCache.Value); });
+  CHECK_FALSE(machine.cdr1().CacheAudioTracks());
+  CHECK(machine.cdr1().CacheDataTrack() == data);
+}
+
+TEST_CASE("The speeds that are filled in anew stand there once, and the highest reaches the engine again") {
+  Choosing machine(AudioLayout);
+  machine.choose([&](frmOptions& form) {
+    form.cboWriteSpeed.choose(2);
+    const auto items = form.cboWriteSpeed.items();
+    machine.engines.stage.take();
+    form.FillWriteSpeeds();
+    CHECK(form.cboWriteSpeed.items() == items);
+    CHECK(form.cboWriteSpeed.Text() == "10x");
+    CHECK(machine.engines.stage.take() == Lines{"CDR1.SetWriteSpeed(10)"});
+    form.cmdCancel.click();
+  });
+}
+
+TEST_CASE("The options show what the layout can use") {
+  Recording audio;
+  audio.record([](frmOptions& form) {
+    CHECK(form.optTrack.Enabled);
+    CHECK_FALSE(form.optLeaveOpen.Enabled);
+    CHECK_FALSE(form.txtVolume.Enabled);
+    CHECK_FALSE(form.lblVolume.Visible);
+    CHECK(form.optCreateOnly.selected());
+    CHECK(form.optClose.selected());
+    CHECK_FALSE(form.chkCache.Value);
+    CHECK(form.Pic2.Visible);
+    form.TS1.choose(2);
+    CHECK(form.Pic1.Visible);
+    CHECK_FALSE(form.Pic2.Visible);
+  });
+  Recording data(Mp3Layout);
+  data.record([](frmOptions& form) {
+    CHECK_FALSE(form.optTrack.Enabled);
+    CHECK(form.optLeaveOpen.Enabled);
+    CHECK(form.txtVolume.Enabled);
+    CHECK(form.lblVolume.Visible);
+    form.txtVolume.type("  ");
+  });
+  CHECK(data.mod().DiscVolumeLabel == "New MP3 CD");
+}
+
+TEST_CASE("The speeds go down by fours and by halves, and the highest reaches the engine at once") {
+  struct Case {
+    std::int16_t max;
+    const char* list;
+  };
+  const auto c = GENERATE(Case{48, "48x44x40x36x32x28x24x20x16x12x8x4x2x1x"}, Case{10, "10x6x2x1x"}, Case{5, "5x1x"},
+                          Case{3, "3x2x1x"}, Case{4, "4x2x1x"}, Case{2, "2x1x"}, Case{1, "1x"}, Case{0, "Default"});
+  Recording machine;
+  machine.engines.stage.drives[0].maxSpeed = c.max;
+  machine.engines.stage.take();
+  machine.desk.expectForm<frmOptions>("frmOptions", [&](frmOptions& form) {
+    std::string list;
+    for (const ComboBox::Item& item : form.cboWriteSpeed.items()) list += item.text;
+    CHECK(list == c.list);
+    form.cmdCancel.click();
+  });
+  machine.click("Record");
+  CHECK_FALSE(machine.mod().RecordConfirmed);
+  const Lines calls = machine.engines.stage.take();
+  const std::string set = "CDR1.SetWriteSpeed(" + std::to_string(c.max) + ")";
+  CHECK((std::find(calls.begin(), calls.end(), set) != calls.end()) == (c.max > 0));
+}
+
+TEST_CASE("The close modes and the cache reach the engine") {
+  Recording machine;
+  machine.record([](frmOptions& form) {
+    form.optTrack.click();
+    form.chkCache.click();
+  });
+  CHECK_FALSE(machine.cdr1().CloseDisc());
+  CHECK(machine.cdr1().CacheAudioTracks());
+  CHECK_FALSE(machine.cdr1().CacheDataTrack());
+  CHECK(machine.status().Frame2.Enabled);
 }
 
 }  // namespace trackloom
