@@ -36,11 +36,6 @@ FolderStream openStream(const FileDescriptor& folder) {
   return FolderStream(stream);
 }
 
-bool isFolder(const FileDescriptor& parent, const char* name) {
-  struct stat status {};
-  return fstatat(parent.get(), name, &status, AT_SYMLINK_NOFOLLOW) == 0 && S_ISDIR(status.st_mode);
-}
-
 std::string asideName(const std::string& name) {
   return name + ".new";
 }
@@ -86,14 +81,25 @@ FileDescriptor openFile(const FileDescriptor& folder, const std::string& name, i
   return file;
 }
 
-std::vector<std::string> folderNames(const FileDescriptor& folder) {
+std::vector<std::string> entryNames(const FileDescriptor& folder) {
   const FolderStream stream = openStream(folder);
   std::vector<std::string> names;
   while (const dirent* entry = readdir(stream.get())) {
-    const char* name = static_cast<const char*>(entry->d_name);
-    if (name[0] != '.' && isFolder(folder, name)) names.emplace_back(name);
+    const std::string name(static_cast<const char*>(entry->d_name));
+    if (name != "." && name != "..") names.push_back(name);
   }
   std::sort(names.begin(), names.end());
+  return names;
+}
+
+bool isFolder(const FileDescriptor& parent, const std::string& name) {
+  struct stat status {};
+  return fstatat(parent.get(), name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0 && S_ISDIR(status.st_mode);
+}
+
+std::vector<std::string> folderNames(const FileDescriptor& folder) {
+  std::vector<std::string> names = entryNames(folder);
+  std::erase_if(names, [&](const std::string& name) { return name.front() == '.' || !isFolder(folder, name); });
   return names;
 }
 

@@ -27,6 +27,10 @@ FileDescriptor makeFolder(const FileDescriptor& parent, const std::string& name)
 /// Never waits, as opening a pipe would; anything but a regular file is refused.
 FileDescriptor openFile(const FileDescriptor& folder, const std::string& name, int flags);
 
+/// The names of all that lies in a folder, in byte order.
+std::vector<std::string> entryNames(const FileDescriptor& folder);
+/// A link to a folder is none.
+bool isFolder(const FileDescriptor& parent, const std::string& name);
 /// The names of all folders in a folder, in byte order, less those that begin with a dot.
 std::vector<std::string> folderNames(const FileDescriptor& folder);
 bool entryExists(const FileDescriptor& folder, const std::string& name);

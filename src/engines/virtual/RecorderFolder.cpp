@@ -6,9 +6,11 @@
 #include <array>
 #include <cerrno>
 #include <charconv>
+#include <chrono>
 #include <cstdio>
 #include <string_view>
 #include <system_error>
+#include <thread>
 
 #include "runtime/IniFile.h"
 
@@ -70,67 +72,88 @@ RecorderSettings RecorderFolder::settings() const {
   }
 }
 
+FileDescriptor RecorderFolder::tray() const {
+  return openFolder(folder_, trayName);
+}
+
+FileDescriptor RecorderFolder::shelf() const {
+  return openFolder(folder_, shelfName);
+}
+
+FileDescriptor RecorderFolder::makeShelf() const {
+  return makeFolder(folder_, shelfName);
+}
+
 std::optional<DiscFolder> RecorderFolder::discInTray() const {
-  const FileDescriptor tray = openFolder(folder_, trayName);
-  const std::vector<std::string> names = folderNames(tray);
+  const FileDescriptor inTray = tray();
+  const std::vector<std::string> names = folderNames(inTray);
   if (names.size() != 1) return std::nullopt;
-  return DiscFolder(names.front(), openFolder(tray, names.front()));
+  return DiscFolder(names.front(), openFolder(inTray, names.front()));
 }
 
 FolderStamp RecorderFolder::stamp() const {
   FolderStamp stamp;
   stamp.add(folder_);
   stamp.add(folder_, settingsName);
-  const FileDescriptor tray = openFolder(folder_, trayName);
-  stamp.add(tray);
+  stamp.add(tray());
   if (const std::optional<DiscFolder> disc = discInTray()) disc->stamp(stamp);
   return stamp;
 }
 
 bool RecorderFolder::trayIsEmpty() const {
-  return folderNames(openFolder(folder_, trayName)).empty();
+  return folderNames(tray()).empty();
 }
 
 bool RecorderFolder::lock() const {
-  if (flock(folder_.get(), LOCK_EX | LOCK_NB) == 0) return true;
-  if (errno == EWOULDBLOCK) return false;
-  throwSystemError("cannot lock the recorder's folder");
+  // Who asks whether the recorder is busy has it for a moment, and eject and insert have it for little more.
+  constexpr std::chrono::milliseconds moment{1};
+  for (int tries = 50; flock(folder_.get(), LOCK_EX | LOCK_NB) != 0; --tries) {
+    if (errno != EWOULDBLOCK) throwSystemError("cannot lock the recorder's folder");
+    if (tries == 0) return false;
+    std::this_thread::sleep_for(moment);
+  }
+  return true;
 }
 
-void RecorderFolder::clearTray() const {
-  const FileDescriptor tray = openFolder(folder_, trayName);
-  const FileDescriptor shelf = makeFolder(folder_, shelfName);
-  for (const std::string& name : folderNames(tray))
-    if (!moveEntry(tray, name, shelf, name)) moveUnderNewName(tray, name, shelf, nextNumber());
-}
-
-void RecorderFolder::feedBlank() const {
-  if (!feedFromShelf()) feedNew();
-}
-
-bool RecorderFolder::feedFromShelf() const {
-  const FileDescriptor tray = openFolder(folder_, trayName);
-  const FileDescriptor shelf = makeFolder(folder_, shelfName);
-  for (const std::string& name : folderNames(shelf))
-    if (isBlankCdR(shelf, name)) return moveEntry(shelf, name, tray, name);
+bool RecorderFolder::isBusy() const {
+  if (flock(folder_.get(), LOCK_SH | LOCK_NB) != 0) return errno == EWOULDBLOCK;
+  flock(folder_.get(), LOCK_UN);
   return false;
 }
 
-void RecorderFolder::feedNew() const {
-  const FileDescriptor tray = openFolder(folder_, trayName);
-  DiscFolder(unfinishedName, makeFolder(tray, unfinishedName)).save(VirtualDisc{});
-  moveUnderNewName(tray, unfinishedName, tray, nextNumber());
+void RecorderFolder::clearTray() const {
+  const FileDescriptor from = tray();
+  const FileDescriptor to = makeShelf();
+  for (const std::string& name : folderNames(from))
+    if (!moveEntry(from, name, to, name)) moveUnderNewName(from, name, to, nextNumber());
+}
+
+void RecorderFolder::feedBlank() const {
+  if (!feedFromShelf()) addDisc(tray(), VirtualDisc{});
+}
+
+bool RecorderFolder::feedFromShelf() const {
+  const FileDescriptor to = tray();
+  const FileDescriptor from = makeShelf();
+  for (const std::string& name : folderNames(from))
+    if (isBlankCdR(from, name)) return moveEntry(from, name, to, name);
+  return false;
+}
+
+void RecorderFolder::addDisc(const FileDescriptor& place, const VirtualDisc& disc) const {
+  DiscFolder(unfinishedName, makeFolder(place, unfinishedName)).save(disc);
+  moveUnderNewName(place, unfinishedName, place, nextNumber());
 }
 
 std::int32_t RecorderFolder::nextNumber() const {
-  const std::int32_t inTray = highestNumber(folderNames(openFolder(folder_, trayName)));
-  const std::int32_t onShelf = highestNumber(folderNames(makeFolder(folder_, shelfName)));
+  const std::int32_t inTray = highestNumber(folderNames(tray()));
+  const std::int32_t onShelf = highestNumber(folderNames(makeShelf()));
   return std::max(inTray, onShelf) + 1;
 }
 
 void RecorderFolder::layOut() const {
   if (!entryExists(folder_, settingsName)) replaceFile(folder_, settingsName, RecorderSettings::defaultIni());
-  makeFolder(folder_, shelfName);
+  makeShelf();
   const bool hadTray = entryExists(folder_, trayName);
   makeFolder(folder_, trayName);
   if (!hadTray) feedBlank();

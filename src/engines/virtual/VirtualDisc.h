@@ -11,7 +11,8 @@
 
 namespace trackloom::engines::virtualrecorder {
 
-/// An 80-minute disc, in blocks.
+/// Discs of 74 and 80 minutes, in blocks.
+inline constexpr std::int32_t blocksOf74Minutes = 332849;
 inline constexpr std::int32_t blocksOf80Minutes = 359849;
 
 /// One track; `start` is the first block of its content, and the pre-gap lies before it.
