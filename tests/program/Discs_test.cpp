@@ -215,6 +215,63 @@ TEST_CASE("Two copies with automatic feed are two equal discs, with nobody asked
   CHECK(machine.discHasMusic(2));
 }
 
+TEST_CASE("Of two copies of a test alone the second is truly written") {
+  Ready machine;
+  machine.record([](frmOptions& form) {
+    form.optTestOnly.click();
+    form.VScroll1.scrollTo(2);
+  });
+  REQUIRE(machine.events.runUntil([&] { return machine.window().Timer2.Enabled.get(); }));
+  machine.describe(discIni("blank", 1000));
+  CHECK_FALSE(fs::exists(machine.disc() / "disc.bin"));
+  machine.window().Timer2.tick();
+  machine.expectDone();
+  REQUIRE(machine.finishes());
+  CHECK(machine.statusOf(machine.finished(1)) == "status = closed");
+  CHECK(machine.discHasMusic(1));
+}
+
+TEST_CASE("A copy goes onto whatever disc lies there: one that takes nothing is an error, and stays as it is") {
+  const bool closed = GENERATE(true, false);
+  Ready machine;
+  machine.configure("automaticFeed = no\n");
+  machine.record([](frmOptions& form) { form.VScroll1.scrollTo(3); });
+  REQUIRE(machine.events.runUntil([&] { return machine.window().Timer2.Enabled.get(); }));
+  CHECK(machine.discHasMusic(1));
+  const fs::path next = machine.recorder() / "tray/Disc 0002";
+  fs::copy(machine.finished(1), next, fs::copy_options::recursive);
+  if (!closed) {
+    fs::remove_all(next);
+    fs::create_directory(next);
+    std::ofstream(next / "disc.ini") << discIni("blank", 100);
+  }
+  machine.configure("refuseEject = yes\n");
+  const auto before = everythingIn(next);
+  machine.window().Timer2.tick();
+  CHECK_THAT(machine.errorOfWrite(),
+             Catch::StartsWith(" A device error") && Catch::Contains(closed ? "closed" : "100 blocks left"));
+  CHECK(everythingIn(next) == before);
+  CHECK_FALSE(machine.window().Timer2.Enabled);
+}
+
+TEST_CASE("What was dragged and removed is on the disc as the listing has it") {
+  Ready machine;
+  machine.drop({machine.wavFile("c.wav", 20), machine.wavFile("d.wav", 30)});
+  ListView& listing = machine.window().ListView1;
+  listing.SelectRow(2);
+  machine.desk.expectBox("Remove Track", BoxAnswer::Ok);
+  machine.click("Delete");
+  listing.select({3});
+  listing.moveSelected(-1);
+  machine.record();
+  machine.expectDone();
+  REQUIRE(machine.finishes());
+  const std::string pause(std::size_t{150} * 2352, '\0');
+  CHECK(contentOf(machine.finished(1) / "disc.bin") == RealMachine::samplesOf("a.wav", 40) + pause +
+                                                           RealMachine::samplesOf("d.wav", 30) + pause +
+                                                           RealMachine::samplesOf("c.wav", 20));
+}
+
 TEST_CASE("A file that is cut short while the disc is written fails the write as a file") {
   Ready machine;
   machine.configure("realTimePacing = yes\n");

@@ -4,6 +4,7 @@
 
 namespace trackloom {
 
+using fakes::FakeDataQueue;
 using fakes::Recording;
 using Lines = std::vector<std::string>;
 
@@ -180,6 +181,17 @@ TEST_CASE("A data write imports first, then takes the label, and does not clear 
                       "CDR1.StartWrite"});
   CHECK(machine.status().lblOperation.Caption == std::string("Importing Previous Session..."));
   CHECK(machine.desk.transcript.back() == "repaint frmStatus");
+}
+
+TEST_CASE("Two long names that begin alike are one file of the disc, and its bytes are the later track's") {
+  Recording machine(Mp3Layout);
+  const std::string start(60, 'x');
+  machine.addTrack(start + "-early.mp3", 10);
+  machine.addTrack(start + "-later.mp3", 20);
+  machine.record();
+  const FakeDataQueue& queue = machine.cdr1().dataQueue;
+  CHECK(queue.files().size() == 3);
+  CHECK(queue.entries().at("\\" + start + ".mp3").source == machine.folder / ("music/" + start + "-later.mp3"));
 }
 
 TEST_CASE("An audio disc that is open holds no session that a data write could import") {
