@@ -29,6 +29,8 @@ struct DiscTrack {
 
 /// What lies in a recorder; all sizes and addresses in blocks.
 struct DiscState {
+  /// By what the recorder tells this disc from any other; empty: by nothing but its tracks.
+  std::string id;
   DiscStatusCode status = DiscEmpty;
   DiscTypeCode type = DiscTypeCdRom;
   bool rewritable = false;

@@ -41,6 +41,12 @@ void requireSize(const FileDescriptor& folder, BlockKind kind, const VirtualDisc
 
 }  // namespace
 
+std::string DiscFolder::id() const {
+  struct stat status {};
+  if (fstat(folder_.get(), &status) != 0) throwSystemError("cannot look at " + name_);
+  return std::to_string(status.st_dev) + ":" + std::to_string(status.st_ino);
+}
+
 VirtualDisc DiscFolder::load() const {
   try {
     std::string ini = readSmallFile(folder_, descriptionName, IniFile::sizeLimit);

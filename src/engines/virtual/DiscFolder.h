@@ -18,6 +18,8 @@ class DiscFolder {
   DiscFolder(std::string name, FileDescriptor folder) : name_(std::move(name)), folder_(std::move(folder)) {}
 
   const std::string& name() const { return name_; }
+  /// The same wherever the disc is moved to. Throws std::system_error.
+  std::string id() const;
 
   /// Throws DamagedDisc when disc.ini cannot be read or understood, or the files beside it are not exactly as long as
   /// it says: content that disc.ini does not know of would be written over.

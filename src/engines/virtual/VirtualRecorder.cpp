@@ -20,7 +20,9 @@ DriveIdentity identityOf(const RecorderSettings& settings) {
 std::optional<DiscState> stateOf(const std::optional<DiscFolder>& disc) {
   if (!disc) return std::nullopt;
   try {
-    return disc->load().state();
+    DiscState state = disc->load().state();
+    state.id = disc->id();
+    return state;
   } catch (const DamagedDisc&) {
     return stateOfDamagedDisc();
   }

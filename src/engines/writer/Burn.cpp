@@ -1,11 +1,9 @@
 #include "engines/writer/Burn.h"
 
 #include <chrono>
-#include <string>
 
 #include "engines/disc/Sense.h"
 #include "engines/ground/Blocks.h"
-#include "engines/writer/PhaseEvents.h"
 
 namespace trackloom::engines::writer {
 
@@ -18,8 +16,6 @@ DiscState discFor(const WriteRequest& request) {
   if (!request.recorder) throw deviceError(sense::notReady, "no drive is in use");
   const auto disc = request.recorder->look()->disc;
   if (!disc) throw deviceError(sense::noMedium, "no disc is in the drive");
-  if (request.order.kind == DataBlocks && disc->status == DiscOpen)
-    throw deviceError(sense::cannotWriteMedium, "the disc holds an earlier session, which a new data track would hide");
   return *disc;
 }
 
@@ -34,13 +30,14 @@ void burn(const WriteRequest& request, const std::shared_ptr<OperationEvents>& e
   const DiscState disc = discFor(request);
   awaitFormerReader(request, stop);
   WriteOrder order = request.order;
-  Reader reader({request.sources(disc.freeBlocks(order.kind)), request.inUse, bytesOfSector(order.kind), request.cached,
-                 request.scratchFolder, events},
-                std::make_shared<HandOver>(), stop);
+  Reader reader(
+      {request.sources(disc), request.inUse, bytesOfSector(order.kind), request.cached, request.scratchFolder, events},
+      std::make_shared<HandOver>(), stop);
   order.trackBlocks = reader.trackBlocks();
   request.recorder->check(order);
   events->raise([](CDWriterEvents& listener) { listener.OnWriteStarting(); });
-  PhaseEvents phases(*events, [&reader] { return reader.bufferPercent(); });
+  PhaseEvents phases(
+      *events, [&reader] { return reader.bufferPercent(); }, request.closingsTold);
   request.recorder->write(order, reader, phases, stop);
 }
 

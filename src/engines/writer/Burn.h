@@ -1,12 +1,12 @@
 #pragma once
 
-#include <cstdint>
 #include <functional>
 #include <memory>
 #include <stop_token>
 #include <vector>
 
 #include "engines/disc/Recorder.h"
+#include "engines/writer/PhaseEvents.h"
 #include "engines/writer/Reader.h"
 
 namespace trackloom::engines::writer {
@@ -17,8 +17,9 @@ struct WriteRequest {
   std::shared_ptr<Recorder> recorder;
   /// The lengths of tracks come from the sources.
   WriteOrder order;
-  /// The sources for a disc that has this many blocks left.
-  std::function<SourceOpener(std::int32_t room)> sources;
+  /// The sources for this disc.
+  std::function<SourceOpener(const DiscState& disc)> sources;
+  ClosingsTold closingsTold = {};
   bool cached = false;
   /// Where the caches of tracks lie.
   HostPath scratchFolder;

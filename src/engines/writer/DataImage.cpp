@@ -5,12 +5,9 @@
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
-#include <limits>
-#include <numeric>
 #include <system_error>
 #include <thread>
 #include <tuple>
-#include <unordered_map>
 #include <utility>
 
 #include "engines/ground/Blocks.h"
@@ -32,11 +29,7 @@ struct FreeOptions {
 };
 using WriteOptions = std::unique_ptr<IsoWriteOpts, FreeOptions>;
 
-struct UnrefStream {
-  void operator()(IsoStream* stream) const { iso_stream_unref(stream); }
-};
-
-WriteOptions newOptions(std::uint32_t padding) {
+WriteOptions newOptions(std::uint32_t padding, std::int32_t start) {
   constexpr int plain = 0;
   IsoWriteOpts* made = nullptr;
   isoChecked(iso_write_opts_new(&made, plain), "making an image");
@@ -56,6 +49,8 @@ WriteOptions newOptions(std::uint32_t padding) {
   iso_write_opts_set_output_charset(made, "UTF-8");
   iso_write_opts_set_fifo_size(made, readAheadBytes / dataSectorBytes);
   iso_write_opts_set_tail_blocks(made, padding);
+  iso_write_opts_set_ms_block(made, static_cast<std::uint32_t>(start));
+  iso_write_opts_set_appendable(made, 1);
   return options;
 }
 
@@ -88,14 +83,13 @@ void DataImage::EndOfSource::operator()(burn_source* source) const {
 DataImage::DataImage(std::vector<DataEntry> entries, const ImageTerms& terms, std::shared_ptr<SourcesInUse> inUse,
                      std::stop_token stop)
     : stop_(std::move(stop)), state_(std::move(inUse)) {
-  ensureIsoLibrary();
-  IsoImage* image = nullptr;
-  isoChecked(iso_image_new(volumeLabel(terms.label).c_str(), &image), "making an image");
-  image_.reset(image);
-  iso_image_set_application_id(image, "TRACKLOOM");
+  image_ = newIsoImage("");
+  if (terms.former) terms.former->importInto(*image_);
+  iso_image_set_volume_id(image_.get(), volumeLabel(terms.label).c_str());
+  iso_image_set_application_id(image_.get(), "TRACKLOOM");
   sortAlphabetically(entries);
   addTree(entries, terms.missing);
-  openSource(terms.room);
+  openSource(terms);
 }
 
 DataImage::~DataImage() {
@@ -109,60 +103,23 @@ FileContent* DataImage::addContent(const std::shared_ptr<Source>& source, Missin
 }
 
 void DataImage::addTree(const std::vector<DataEntry>& entries, Missing missing) {
-  std::unordered_map<std::string, std::vector<Child>> folders;
+  ImageFolders folders;
   for (const DataEntry& entry : entries) {
     FileContent* content = entry.folder ? nullptr : addContent(entry.source, missing);
     if (entry.folder || content != nullptr) folders[discFolder(entry.disc.text)].push_back({&entry, content});
   }
-  std::vector<std::pair<std::string, IsoDir*>> open{{"", iso_image_get_root(image_.get())}};
-  while (!open.empty()) {
-    const auto [path, directory] = std::move(open.back());
-    open.pop_back();
-    const std::vector<Child>& children = folders[path];
-    std::vector<WishedName> wished;
-    wished.reserve(children.size());
-    for (const Child& child : children) wished.push_back({discName(child.entry->disc.text), child.entry->folder});
-    const std::vector<std::string> names = imageNames(wished);
-    std::vector<std::size_t> order(children.size());
-    std::iota(order.begin(), order.end(), std::size_t{0});
-    // The library keeps a sorted list, whose front is found at once.
-    std::ranges::sort(order, [&](std::size_t one, std::size_t other) { return names[one] > names[other]; });
-    for (const std::size_t at : order) {
-      const Child& child = children[at];
-      if (child.content != nullptr)
-        addFile(directory, names[at], *child.content);
-      else
-        open.emplace_back(child.entry->disc.text, addFolder(directory, names[at]));
-    }
-  }
+  growTree(*image_, folders);
 }
 
-IsoDir* DataImage::addFolder(IsoDir* parent, const std::string& name) {
-  IsoDir* folder = nullptr;
-  isoChecked(iso_image_add_new_dir(image_.get(), parent, name.c_str(), &folder), "adding the folder " + name);
-  return folder;
+void DataImage::openSource(const ImageTerms& terms) {
+  openSourceWith(tailBlocks, terms.start);
+  const std::int64_t excess = std::int64_t{blocks()} - terms.room;
+  if (excess > 0 && excess <= tailBlocks) openSourceWith(tailBlocks - static_cast<std::uint32_t>(excess), terms.start);
 }
 
-void DataImage::addFile(IsoDir* parent, const std::string& name, FileContent& content) {
-  std::unique_ptr<IsoStream, UnrefStream> stream(content.newStream());
-  IsoFile* file = nullptr;
-  isoChecked(iso_image_add_new_file(image_.get(), parent, name.c_str(), stream.get(), &file), "adding " + name);
-  static_cast<void>(stream.release());
-  auto* node = reinterpret_cast<IsoNode*>(file);
-  iso_node_set_mtime(node, content.modified());
-  iso_node_set_sort_weight(node,
-                           std::numeric_limits<int>::max() - saturated(static_cast<std::int64_t>(content.index())));
-}
-
-void DataImage::openSource(std::int32_t room) {
-  openSourceWith(tailBlocks);
-  const std::int64_t excess = std::int64_t{blocks()} - room;
-  if (excess > 0 && excess <= tailBlocks) openSourceWith(tailBlocks - static_cast<std::uint32_t>(excess));
-}
-
-void DataImage::openSourceWith(std::uint32_t padding) {
+void DataImage::openSourceWith(std::uint32_t padding, std::int32_t start) {
   source_.reset();
-  const WriteOptions options = newOptions(padding);
+  const WriteOptions options = newOptions(padding, start);
   burn_source* source = nullptr;
   isoChecked(iso_image_create_burn_source(image_.get(), options.get(), &source), "making an image");
   source_.reset(source);

@@ -5,6 +5,7 @@
 #include <deque>
 #include <limits>
 #include <memory>
+#include <optional>
 #include <span>
 #include <stop_token>
 #include <string>
@@ -13,6 +14,8 @@
 #include "engines/disc/SectorSource.h"
 #include "engines/writer/DataQueue.h"
 #include "engines/writer/FileContent.h"
+#include "engines/writer/FormerSession.h"
+#include "engines/writer/ImageTree.h"
 
 namespace trackloom::engines::writer {
 
@@ -25,6 +28,10 @@ struct ImageTerms {
   /// Of the padding behind the files as much is left out as keeps the image within so many blocks, where that is
   /// enough.
   std::int32_t room = std::numeric_limits<std::int32_t>::max();
+  /// The block of the disc at which the image begins; all addresses in it are those of the disc.
+  std::int32_t start = 0;
+  /// Whose tree the image shows beside its own files.
+  std::optional<FormerSession> former = std::nullopt;
 };
 
 /// The image of a data disc: ISO 9660 (ECMA-119, level 3) with a Joliet tree, made while it is read. Its size stands
@@ -53,23 +60,13 @@ class DataImage final : public SectorSource {
   std::int16_t bufferPercent() override;
 
  private:
-  struct Unref {
-    void operator()(IsoImage* image) const { iso_image_unref(image); }
-  };
   struct EndOfSource {
     void operator()(burn_source* source) const;
   };
-  struct Child {
-    const DataEntry* entry = nullptr;
-    FileContent* content = nullptr;
-  };
-
   void addTree(const std::vector<DataEntry>& entries, Missing missing);
   FileContent* addContent(const std::shared_ptr<Source>& source, Missing missing);
-  IsoDir* addFolder(IsoDir* parent, const std::string& name);
-  void addFile(IsoDir* parent, const std::string& name, FileContent& content);
-  void openSource(std::int32_t room);
-  void openSourceWith(std::uint32_t padding);
+  void openSource(const ImageTerms& terms);
+  void openSourceWith(std::uint32_t padding, std::int32_t start);
   void fetchPiece();
   void waitForBytes(std::size_t count);
   std::size_t bytesReady() const;
@@ -77,7 +74,7 @@ class DataImage final : public SectorSource {
   std::stop_token stop_;
   ReadingState state_;
   std::deque<FileContent> contents_;
-  std::unique_ptr<IsoImage, Unref> image_;
+  std::unique_ptr<IsoImage, UnrefImage> image_;
   std::unique_ptr<burn_source, EndOfSource> source_;
   std::int64_t bytes_ = 0;
   std::int64_t fetched_ = 0;

@@ -133,9 +133,23 @@ void DiscWriter::ListAudioTracks() {
     listener.OnAudioTrackListed(entry.source->path(), 0, 0, 0, entry.number);
 }
 
-bool DiscWriter::ImportLastSession(bool /*takeOver*/) {
+void DiscWriter::ClearDataQueue() {
+  dataQueue_.clear();
+  former_.reset();
+}
+
+bool DiscWriter::ImportLastSession(bool takeOver) {
   refusedFile_.reset();
-  return false;
+  former_.reset();
+  const auto now = disc();
+  if (takeOver && now) former_ = FormerSession::on(drive_, *now);
+  if (!former_) return false;
+  try {
+    aside()([session = *former_] { session.requireReadable(); });
+    return true;
+  } catch (const EngineError&) {
+    return false;
+  }
 }
 
 void DiscWriter::requireIdleDrive() const {
@@ -186,43 +200,64 @@ std::optional<EngineError> DiscWriter::refusalOfQueue() const {
 void DiscWriter::addTracks(WriteRequest& request) const {
   const auto tracks = audioQueue_.discOrder();
   for (const auto& track : tracks) request.files.push_back(track->path());
-  request.sources = [opener = parts_->audioSource(tracks)](std::int32_t) { return opener; };
+  request.sources = [opener = parts_->audioSource(tracks)](const DiscState&) { return opener; };
 }
 
 void DiscWriter::addFiles(WriteRequest& request) const {
   const auto entries = dataQueue_.entries();
   for (const DataEntry& entry : entries)
     if (entry.source) request.files.push_back(entry.source->path());
-  request.sources = [entries, label = settings_.volumeLabel](std::int32_t room) {
-    return dataSource(entries, label, room);
+  request.sources = [entries, label = settings_.volumeLabel, former = former_, drive = drive_](const DiscState& disc) {
+    ImageTerms terms{.label = label, .room = disc.freeDataBlocks, .start = disc.nextWritable};
+    // As it is now: this disc may have got another session since it was looked at.
+    if (former && former->liesOn(disc)) terms.former = FormerSession::on(drive, disc);
+    return dataSource(entries, std::move(terms));
   };
 }
 
-WriteRequest DiscWriter::requestOfQueue() const {
+WriteRequest DiscWriter::newRequest(BlockKind kind) const {
   WriteRequest request;
   request.recorder = drive_;
-  request.order = {settings_.kind, {}, parts_->pause, settings_.test, settings_.closeSession, settings_.closeDisc,
+  request.order = {kind,           {}, parts_->pause, settings_.test, settings_.closeSession, settings_.closeDisc,
                    settings_.speed};
-  if (settings_.kind == AudioBlocks)
-    addTracks(request);
-  else
-    addFiles(request);
-  request.cached = settings_.caches();
   request.scratchFolder = parts_->scratchFolder;
   request.inUse = inUse_;
   return request;
 }
 
+WriteRequest DiscWriter::requestOfQueue() const {
+  WriteRequest request = newRequest(settings_.kind);
+  request.cached = settings_.caches();
+  if (settings_.kind == AudioBlocks)
+    addTracks(request);
+  else
+    addFiles(request);
+  return request;
+}
+
+WriteRequest DiscWriter::requestOfImage(const std::shared_ptr<Source>& image) const {
+  WriteRequest request = newRequest(DataBlocks);
+  request.order.closeSession = request.order.closeDisc = true;
+  request.closingsTold = {settings_.closeSession, settings_.closeDisc};
+  request.files = {image->path()};
+  request.sources = [image](const DiscState&) { return finishedImage(image); };
+  return request;
+}
+
+void DiscWriter::startWrite(const std::shared_ptr<OperationEvents>& events, WriteRequest request) {
+  const auto write = [request = std::move(request), events](const std::stop_token& stop) {
+    burn(request, events, stop);
+  };
+  start(events, write, &OperationEvents::complete);
+}
+
 void DiscWriter::StartWrite() {
   if (busy()) return;
   const auto events = newOperation(DeviceWords::ToldByProgram);
-  if (const auto refusal = refusalOfQueue()) {
+  if (const auto refusal = refusalOfQueue())
     events->fail(*refusal);
-    return;
-  }
-  start(
-      events, [request = requestOfQueue(), events](const std::stop_token& stop) { burn(request, events, stop); },
-      &OperationEvents::complete);
+  else
+    startWrite(events, requestOfQueue());
 }
 
 void DiscWriter::AbortWrite() {
@@ -232,9 +267,15 @@ void DiscWriter::AbortWrite() {
 
 bool DiscWriter::WriteIsoImage(const HostPath& image) {
   if (busy()) return false;
-  newOperation(DeviceWords::ToldAside)
-      ->fail({ErrorKind::Device, 0, image.text + " was not written: this engine does not write finished images"});
-  return false;
+  const auto events = newOperation(DeviceWords::ToldByProgram);
+  const auto source = aside()([image] { return readableSource(image); });
+  if (!source)
+    events->fail(aside()([image] { return unusable(image, "not a regular file"); }));
+  else if (source->note().size == 0)
+    events->fail(fileError(image, "the file is empty"));
+  else
+    startWrite(events, requestOfImage(source));
+  return source && source->note().size != 0;
 }
 
 bool DiscWriter::CreateIsoImage(const HostPath& image) {

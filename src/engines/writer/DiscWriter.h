@@ -9,6 +9,7 @@
 #include "engines/writer/AudioQueue.h"
 #include "engines/writer/Burn.h"
 #include "engines/writer/DataQueue.h"
+#include "engines/writer/FormerSession.h"
 #include "engines/writer/Job.h"
 #include "engines/writer/OperationEvents.h"
 #include "engines/writer/WriterParts.h"
@@ -74,11 +75,13 @@ class DiscWriter final : public CDWriterXP {
   bool RemoveAudioTrack(std::int16_t number) override { return audioQueue_.remove(number); }
   std::int32_t AudioQueueBlocks() override { return audioQueue_.blocks(); }
 
-  void ClearDataQueue() override { dataQueue_.clear(); }
+  /// Lets go of a session that was taken over, too.
+  void ClearDataQueue() override;
   bool AddDataFile(const DiscPath& disc, const HostPath& source) override;
   bool RemoveDataFile(const DiscPath& disc) override { return dataQueue_.remove(disc); }
   std::int32_t DataQueueBlocks() override { return dataQueue_.blocks(); }
-  /// False always: no earlier session is taken over yet.
+  /// The tree of the last data session goes into every data track that is written onto this disc, until the next
+  /// import. False for one that cannot be read, too; such a write then fails.
   bool ImportLastSession(bool takeOver) override;
 
   void SetDiscMode(std::int32_t mode) override { settings_.kind = mode == AudioBlocks ? AudioBlocks : DataBlocks; }
@@ -96,7 +99,8 @@ class DiscWriter final : public CDWriterXP {
   void StartWrite() override;
   /// Returns when the drive has stopped, which a source that hangs does not hold up.
   void AbortWrite() override;
-  /// Refused: False, and OnWriteError after the call.
+  /// The image as the last track of the disc, which is closed; CloseSession and CloseDisc say what is told of that.
+  /// False for a file that cannot be such an image, with OnWriteError after the call.
   bool WriteIsoImage(const HostPath& image) override;
   bool CreateIsoImage(const HostPath& image) override;
   bool EraseDisc(bool quick) override;
@@ -112,13 +116,16 @@ class DiscWriter final : public CDWriterXP {
   Aside& aside() const { return *parts_->aside; }
   bool busy() const { return operation_ && !operation_->ended(); }
   std::shared_ptr<OperationEvents> newOperation(DeviceWords deviceWords);
+  WriteRequest newRequest(BlockKind kind) const;
   WriteRequest requestOfQueue() const;
+  WriteRequest requestOfImage(const std::shared_ptr<Source>& image) const;
   void addTracks(WriteRequest& request) const;
   void addFiles(WriteRequest& request) const;
   std::optional<EngineError> refusalOfQueue() const;
   void requireIdleDrive() const;
   DiscState requireDisc() const;
   bool refused(const EngineError& error);
+  void startWrite(const std::shared_ptr<OperationEvents>& events, WriteRequest request);
   void start(const std::shared_ptr<OperationEvents>& events, Job::Operation operation, void (OperationEvents::*done)());
 
   std::shared_ptr<const WriterParts> parts_;
@@ -126,6 +133,7 @@ class DiscWriter final : public CDWriterXP {
   std::shared_ptr<Recorder> drive_;
   AudioQueue audioQueue_;
   DataQueue dataQueue_;
+  std::optional<FormerSession> former_;
   std::optional<EngineError> refusedTrack_;
   std::optional<EngineError> refusedFile_;
   WriteSettings settings_;

@@ -29,6 +29,13 @@ void ensureIsoLibrary() {
   static_cast<void>(ready);
 }
 
+std::unique_ptr<IsoImage, UnrefImage> newIsoImage(const std::string& label) {
+  ensureIsoLibrary();
+  IsoImage* image = nullptr;
+  isoChecked(iso_image_new(label.c_str(), &image), "making an image");
+  return std::unique_ptr<IsoImage, UnrefImage>(image);
+}
+
 int isoChecked(int result, const std::string& what) {
   if (result >= 0) return result;
   const char* words = iso_error_to_msg(result);

@@ -4,8 +4,8 @@
 
 namespace trackloom::engines::writer {
 
-PhaseEvents::PhaseEvents(OperationEvents& events, std::function<std::int16_t()> readLevel)
-    : events_(events), readLevel_(std::move(readLevel)) {}
+PhaseEvents::PhaseEvents(OperationEvents& events, std::function<std::int16_t()> readLevel, ClosingsTold closingsTold)
+    : events_(events), readLevel_(std::move(readLevel)), closingsTold_(closingsTold) {}
 
 void PhaseEvents::trackStarted(std::int16_t track, std::int32_t blocks) {
   progress_.emplace(blocks);
@@ -24,11 +24,11 @@ void PhaseEvents::trackClosing(std::int16_t track) {
 }
 
 void PhaseEvents::sessionClosing() {
-  events_.raise([](CDWriterEvents& listener) { listener.OnSessionClosing(); });
+  if (closingsTold_.session) events_.raise([](CDWriterEvents& listener) { listener.OnSessionClosing(); });
 }
 
 void PhaseEvents::discClosing() {
-  events_.raise([](CDWriterEvents& listener) { listener.OnDiscClosing(); });
+  if (closingsTold_.disc) events_.raise([](CDWriterEvents& listener) { listener.OnDiscClosing(); });
 }
 
 void PhaseEvents::erasing() {

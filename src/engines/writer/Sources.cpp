@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "engines/ground/EngineError.h"
-#include "engines/writer/DataImage.h"
+#include "engines/writer/FinishedImage.h"
 #include "engines/writer/ReadAhead.h"
 
 namespace trackloom::engines::writer {
@@ -45,13 +45,20 @@ SourceOpener audioSource(Files files, Tracks tracks) {
   };
 }
 
-SourceOpener dataSource(std::vector<DataEntry> entries, std::string volumeLabel, std::int32_t room) {
-  return [entries = std::move(entries), volumeLabel = std::move(volumeLabel), room](
-             const std::shared_ptr<SourcesInUse>& inUse, const std::stop_token& stop) {
-    auto image = std::make_unique<DataImage>(
-        entries, ImageTerms{.label = volumeLabel, .missing = Missing::Refused, .room = room}, inUse, stop);
+SourceOpener dataSource(std::vector<DataEntry> entries, ImageTerms terms) {
+  return [entries = std::move(entries), terms = std::move(terms)](const std::shared_ptr<SourcesInUse>& inUse,
+                                                                  const std::stop_token& stop) {
+    auto image = std::make_unique<DataImage>(entries, terms, inUse, stop);
     const std::int32_t blocks = image->blocks();
     return OpenedSource{std::move(image), {blocks}};
+  };
+}
+
+SourceOpener finishedImage(std::shared_ptr<Source> image) {
+  return [image = std::move(image)](const std::shared_ptr<SourcesInUse>& inUse, const std::stop_token&) {
+    auto finished = std::make_unique<FinishedImage>(image, inUse);
+    const std::int32_t blocks = finished->blocks();
+    return OpenedSource{std::move(finished), {blocks}};
   };
 }
 

@@ -201,12 +201,4 @@ TEST_CASE("A listener may start the next write from the completion of the last")
   CHECK(world.recorder->disc()->tracks.size() == 2);
 }
 
-TEST_CASE("A finished image is not written yet, which is said") {
-  FakeWorld world;
-  CHECK_FALSE(world.writer->WriteIsoImage(HostPath("/x.iso")));
-  world.queue.runPosted();
-  CHECK(world.heard.lines == Lines{"OnWriteError 3 0"});
-  CHECK(world.writers.failureDetail().lastFailure().find("/x.iso") != std::string::npos);
-}
-
 }  // namespace trackloom::engines::writer

@@ -40,18 +40,6 @@ TEST_CASE("A data disc holds an image that other programs read back byte for byt
         static_cast<std::int32_t>(std::filesystem::file_size(world.disc() / "disc.iso") / 2048));
 }
 
-TEST_CASE("A second data write on the same open disc is refused and the first stays readable") {
-  VirtualWorld world;
-  world.real().SetDiscMode(DataBlocks);
-  REQUIRE(world.real().AddDataFile(DiscPath("\\a.mp3"), world.plainFile("a.mp3", 3000)));
-  world.real().SetCloseSession(true);
-  REQUIRE(world.wroteWell());
-  const std::string before = contentOf(world.disc() / "disc.iso");
-  REQUIRE(world.write());
-  CHECK(world.heard().lines.back() == "OnWriteError 3 339973");
-  CHECK((contentOf(world.disc() / "disc.iso") == before));
-}
-
 TEST_CASE("A fault of the recorder in the midst of a disc is told with its own number and words") {
   VirtualWorld world;
   world.recorderIni("[faults]\nfailWriteAt = 100\nfailNumber = 4/44/00\nfailText = internal target failure\n");

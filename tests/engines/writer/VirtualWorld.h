@@ -31,8 +31,7 @@ class VirtualWorld : public contract::WriterWorld {
     REQUIRE(real_->SelectDrive(0));
   }
 
-  /// It neither takes over sessions nor writes finished images yet.
-  bool can(contract::Ability) const override { return false; }
+  bool can(contract::Ability) const override { return true; }
   CDWriterXP& real() override { return *real_; }
   CDWriterXP& scratch() override { return *scratch_; }
   fakes::WriterTranscript& heard() override { return heard_; }
@@ -83,6 +82,7 @@ class VirtualWorld : public contract::WriterWorld {
     real_->StartWrite();
     return queue.runUntil([this] { return heard_.ended(); });
   }
+  const DiscWriters& writers() const { return *writers_; }
   bool wroteWell() { return write() && heard_.lines.back() == "OnOperationComplete"; }
 
   TempFolder folder;

@@ -173,19 +173,6 @@ TEST_CASE("More than 99 tracks are refused before the first block") {
   CHECK(world.recorder->orders.empty());
 }
 
-TEST_CASE("A data track that would hide an earlier session is refused") {
-  FakeWorld world;
-  FakeDisc disc = FakeDisc::blank();
-  disc.state.status = DiscOpen;
-  disc.state.sessions = 1;
-  world.recorder->insert(disc);
-  world.writer->SetDiscMode(DataBlocks);
-  world.writer->AddDataFile(DiscPath("\\a"), world.track("a", 5));
-  CHECK(lastLine(world) == deviceFailure(0x053005));
-  CHECK(saysOfDevice(world, "earlier session"));
-  CHECK(world.recorder->orders.empty());
-}
-
 TEST_CASE("A data image is compared with the room as it is, directories and all, before anything is written") {
   FakeWorld world;
   world.writer->SetDiscMode(DataBlocks);
