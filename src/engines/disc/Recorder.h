@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <stop_token>
 #include <string>
@@ -33,6 +34,10 @@ class OperationObserver {
   virtual void erasing() {}
 };
 
+/// Hears how many blocks of a write have gone into the cache, counted over all its tracks, and throws EngineError where
+/// the write is to fail at one of them. Called on a thread of the write.
+using CacheWatch = std::function<void(std::int64_t blocks)>;
+
 /// One recorder. Its operations block the calling thread, which is not the UI thread, until they are done; they throw
 /// EngineError, and Stopped soon after `stop` was requested. Once an operation has returned or thrown, nothing of the
 /// disc changes any more, and the recorder is free for the next one. All else answers within about a second, on any
@@ -53,6 +58,8 @@ class Recorder {
   virtual std::shared_ptr<const DriveSnapshot> look() = 0;
   /// Throws EngineError where write() would refuse the order before it touches the disc.
   virtual void check(const WriteOrder& order) = 0;
+  /// For the next write; empty: the cache is no concern of this recorder.
+  virtual CacheWatch cacheWatch() { return {}; }
   /// Writes all tracks, pulling them from `source`, and closes what the order says. A write that does not end leaves
   /// the disc spoilt once it was touched; a test leaves it as it was.
   virtual void write(const WriteOrder& order, SectorSource& source, OperationObserver& observer,

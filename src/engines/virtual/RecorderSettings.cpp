@@ -49,10 +49,12 @@ void takeFaults(const IniFile& ini, RecorderSettings& settings) {
   constexpr std::int32_t anyBlock = std::numeric_limits<std::int32_t>::max();
   settings.failWriteAt = ini.number("faults", "failWriteAt", 0, anyBlock);
   settings.failTestAt = ini.number("faults", "failTestAt", 0, anyBlock);
+  settings.failCachingAt = ini.number("faults", "failCachingAt", 0, anyBlock);
   settings.failTrack = static_cast<std::int16_t>(ini.number("faults", "failTrack", 1, 99).value_or(0));
   settings.failKind = static_cast<ErrorKind>(ini.number("faults", "failCode", 0, 99).value_or(3));
   settings.failClosing = ini.value("faults", "failClosing").value_or("");
   settings.failErasing = ini.flag("faults", "failErasing").value_or(settings.failErasing);
+  settings.failEjecting = ini.flag("faults", "failEjecting").value_or(settings.failEjecting);
   settings.failNumber = senseNumber(ini.value("faults", "failNumber").value_or("")).value_or(settings.failNumber);
   takeText(ini, "faults", "failText", longestText, settings.failText);
 }
@@ -115,12 +117,15 @@ refuseEject = no
 ; The block address at which a write fails, and the one at which a test write does.
 ;failWriteAt = 15230
 ;failTestAt = 15230
+; The block of a cached write, counted over its tracks, at which the cache fails.
+;failCachingAt = 100
 ; The track before whose first block a write or a test fails, once its cache is full.
 ;failTrack = 2
 ; What fails when it is to be closed: track, session or disc.
 ;failClosing = session
-; Whether an erase fails.
+; Whether an erase fails, and whether an eject does.
 ;failErasing = yes
+;failEjecting = yes
 ; What has failed: 0 the read buffer, 1 the write buffer, 2 a file, 3 the device, up to 99 something else.
 ;failCode = 3
 ; The number (sense key, code and qualifier, hexadecimal) and the words of these failures.

@@ -32,6 +32,9 @@ struct RecorderSettings {
   /// What fails when it is closed: "track", "session" or "disc"; empty: nothing.
   std::string failClosing;
   bool failErasing = false;
+  bool failEjecting = false;
+  /// How many blocks of a write are in the cache when it fails, counted over all its tracks.
+  std::optional<std::int32_t> failCachingAt;
   ErrorKind failKind = ErrorKind::Device;
   std::int32_t failNumber = 0x030C00;
   /// Empty: words that fit the place of the failure.

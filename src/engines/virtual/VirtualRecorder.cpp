@@ -69,6 +69,15 @@ Workplace workplaceIn(const HostPath& folder) {
   }
 }
 
+/// Of a folder that has gone the defaults.
+RecorderSettings settingsIn(const HostPath& folder) {
+  try {
+    return RecorderFolder(folder).settings();
+  } catch (const std::system_error&) {
+    return {};
+  }
+}
+
 }  // namespace
 
 std::string VirtualRecorder::id() const {
@@ -101,6 +110,15 @@ void VirtualRecorder::check(const WriteOrder& order) {
   planWrite(workplaceIn(folder_).disc, order);
 }
 
+CacheWatch VirtualRecorder::cacheWatch() {
+  const RecorderSettings settings = settingsIn(folder_);
+  if (!settings.failCachingAt) return {};
+  return [settings](std::int64_t blocks) {
+    const std::int64_t at = *settings.failCachingAt;
+    if (blocks > at) settings.fail("the cache failed at block " + std::to_string(at));
+  };
+}
+
 void VirtualRecorder::write(const WriteOrder& order, SectorSource& source, OperationObserver& observer,
                             const std::stop_token& stop) {
   const Workplace at = workplaceIn(folder_);
@@ -131,6 +149,7 @@ void VirtualRecorder::eject() {
   try {
     const RecorderFolder recorder = locked(folder_);
     const RecorderSettings settings = recorder.settings();
+    if (settings.failEjecting) settings.fail("the disc could not be ejected");
     if (settings.refuseEject) throw deviceError(sense::trayStuck, "the tray of " + nameOf(folder_) + " is stuck");
     if (const auto disc = recorder.discInTray()) mendCueSheetOf(*disc);
     recorder.clearTray();

@@ -29,6 +29,7 @@ class VirtualRecorder : public Recorder {
   bool writeGuardEnabled() const { return writeGuard_; }
   std::shared_ptr<const DriveSnapshot> look() override;
   void check(const WriteOrder& order) override;
+  CacheWatch cacheWatch() override;
   void write(const WriteOrder& order, SectorSource& source, OperationObserver& observer,
              const std::stop_token& stop) override;
   /// Also of a spoilt disc, but not of one whose disc.ini cannot be made sense of.

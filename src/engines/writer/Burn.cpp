@@ -30,9 +30,9 @@ void burn(const WriteRequest& request, const std::shared_ptr<OperationEvents>& e
   const DiscState disc = discFor(request);
   awaitFormerReader(request, stop);
   WriteOrder order = request.order;
-  Reader reader(
-      {request.sources(disc), request.inUse, bytesOfSector(order.kind), request.cached, request.scratchFolder, events},
-      std::make_shared<HandOver>(), stop);
+  Reader reader({request.sources(disc), request.inUse, bytesOfSector(order.kind), request.cached,
+                 request.recorder->cacheWatch(), request.scratchFolder, events},
+                std::make_shared<HandOver>(), stop);
   order.trackBlocks = reader.trackBlocks();
   request.recorder->check(order);
   events->raise([](CDWriterEvents& listener) { listener.OnWriteStarting(); });

@@ -37,6 +37,8 @@ class Reading {
   const std::stop_token& stop_;
   OpenedSource opened_;
   std::optional<CacheFile> cache_;
+  /// Blocks of the tracks that went through the cache.
+  std::int64_t cachedBefore_ = 0;
 };
 
 void Reading::run() {
@@ -62,8 +64,10 @@ void Reading::cacheTrack(std::int16_t track) {
   cache_->fill(*opened_.sectors, blocks * sector, [&](std::int64_t bytes) {
     if (stop_.stop_requested()) throw Stopped();
     const auto position = static_cast<std::int32_t>(bytes / sector);
+    if (order_.cacheWatch) order_.cacheWatch(cachedBefore_ + position);
     if (progress.due(position)) raise([=](CDWriterEvents& listener) { listener.OnCacheProgress(position); });
   });
+  cachedBefore_ += blocks;
 }
 
 void Reading::handOverTrack(std::int16_t track) {

@@ -6,7 +6,7 @@
 #include <stop_token>
 #include <vector>
 
-#include "engines/disc/SectorSource.h"
+#include "engines/disc/Recorder.h"
 #include "engines/writer/HandOver.h"
 #include "engines/writer/OperationEvents.h"
 #include "engines/writer/SourcesInUse.h"
@@ -32,6 +32,7 @@ struct ReadOrder {
   std::size_t sectorBytes = 0;
   /// Each track goes into the cache as a whole before its first sector is handed out.
   bool cached = false;
+  CacheWatch cacheWatch;
   HostPath scratchFolder;
   std::shared_ptr<OperationEvents> events;
 };

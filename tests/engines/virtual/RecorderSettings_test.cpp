@@ -22,6 +22,8 @@ TEST_CASE("An empty recorder.ini gives the defaults, and the one that is shipped
     CHECK(settings.failTrack == 0);
     CHECK(settings.failKind == trackloom::engines::ErrorKind::Device);
     CHECK_FALSE(settings.failErasing);
+    CHECK_FALSE(settings.failEjecting);
+    CHECK_FALSE(settings.failCachingAt);
     CHECK(settings.failText.empty());
   }
 }
@@ -31,7 +33,7 @@ TEST_CASE("Every setting of recorder.ini is taken") {
       "[recorder]\nvendor = ACME\nproduct = Burner 9\nmaximumSpeed = 8\nwriteGuard = no\nrealTimePacing = yes\n"
       "automaticFeed = off\nrefuseSelect = true\nrefuseEject = 1\n"
       "[faults]\nfailWriteAt = 100\nfailTestAt = 0\nfailClosing = disc\nfailTrack = 3\nfailCode = 17\nfailErasing = "
-      "yes\nfailNumber = 4/3E/02\nfailText = smoke\n");
+      "yes\nfailEjecting = yes\nfailCachingAt = 7\nfailNumber = 4/3E/02\nfailText = smoke\n");
   CHECK(settings.vendor == "ACME");
   CHECK(settings.product == "Burner 9");
   CHECK(settings.maximumSpeed == 8);
@@ -46,6 +48,8 @@ TEST_CASE("Every setting of recorder.ini is taken") {
   CHECK(settings.failTrack == 3);
   CHECK(settings.failKind == static_cast<trackloom::engines::ErrorKind>(17));
   CHECK(settings.failErasing);
+  CHECK(settings.failEjecting);
+  CHECK(settings.failCachingAt == 7);
   CHECK(settings.failNumber == 0x043E02);
   CHECK(settings.failText == "smoke");
 }
