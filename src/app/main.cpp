@@ -66,7 +66,10 @@ constexpr std::chrono::milliseconds SplashIsSeen{100};
   const ForcedEnd forcedEnd([&program](int status) { program.endUnasked(status); });
   desk.setTrap([&program](const std::function<void()>& event) { program.run(event); });
   desk.enter([&program] { program.start(); });
-  QTimer::singleShot(SplashIsSeen, findFontsAndPictures);
+  QTimer::singleShot(SplashIsSeen, [&desk, &program] {
+    desk.prepare(program.session().frmListing());
+    desk.prepare("frmNewOption");
+  });
   process.end(QApplication::exec());
 }
 

@@ -9,7 +9,7 @@ namespace trackloom {
 
 void Entry::operator()(const std::function<void()>& event) const {
   const auto face = face_.lock();
-  if (!face || face->form() == nullptr) return;
+  if (!face || !face->live()) return;
   const auto form = face->form()->keepAlive();
   face->desk().enter(event);
 }

@@ -84,7 +84,7 @@ std::shared_ptr<Face> Face::make(QtDesk& desk, Form& form) {
 }
 
 Face::Face(QtDesk& desk, Form& form, Unshared /*unshared*/)
-    : desk_(desk), form_(&form), window_(desk.makeWindow(form.name()).release()) {}
+    : desk_(desk), form_(&form), window_(desk.takeWindow(form.name()).release()) {}
 
 Face::~Face() {
   if (form_ != nullptr) cut();
@@ -180,7 +180,13 @@ void Face::tellFailureDetail() {
   if (const Button* button = buttonFor(*form_, Qt::Key_Return)) widgetOf(*button)->setFocus();
 }
 
+void Face::prepare() {
+  window_->grab();
+  window_->winId();
+}
+
 void Face::show(QWidget* owner, Qt::WindowModality modality) {
+  live_ = true;
   if (!window_->isVisible()) {
     window_->setWindowModality(modality);
     tellFailureDetail();

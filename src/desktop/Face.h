@@ -34,9 +34,14 @@ class Face : public std::enable_shared_from_this<Face> {
   bool isSplash() const { return window_->windowFlags().testFlag(Qt::SplashScreen); }
   /// Null once it is cut off.
   Form* form() const { return form_; }
+  /// Whether events reach the form: from the first show until it is cut off.
+  bool live() const { return live_ && form_ != nullptr; }
   Entry entry() { return Entry(weak_from_this()); }
   QtDesk& desk() const { return desk_; }
 
+  /// Does ahead what the first show would do: lays out and draws once, so that fonts, pictures and the window system's
+  /// own window are there.
+  void prepare();
   /// Shows the window in front of `owner`, or for null where the form's placement or the screen's centre puts it.
   void show(QWidget* owner, Qt::WindowModality modality);
   /// Runs events until the window is hidden.
@@ -78,6 +83,7 @@ class Face : public std::enable_shared_from_this<Face> {
   std::vector<std::function<void()>> ends_;
   std::vector<std::string> problems_;
   std::vector<QEventLoop*> loops_;
+  bool live_ = false;
   bool activationDue_ = false;
   bool placed_ = false;
 };

@@ -1,7 +1,6 @@
 #include "desktop/Look.h"
 
 #include <QDialogButtonBox>
-#include <QFontMetrics>
 #include <QIcon>
 #include <QPainter>
 #include <QStyleOptionHeader>
@@ -109,15 +108,6 @@ void dress(QApplication& application) {
   application.setWindowIcon(QIcon(":/trackloom.svg"));
   followColourScheme();
   letEditsBeRead();
-}
-
-void findFontsAndPictures() {
-  QFont font = QApplication::font();
-  for (const bool bold : {false, true}) {
-    font.setBold(bold);
-    QFontMetrics(font).horizontalAdvance("Trackloom");
-  }
-  QApplication::windowIcon().pixmap(QSize(16, 16));
 }
 
 }  // namespace trackloom

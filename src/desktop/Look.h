@@ -27,8 +27,4 @@ class Look final : public QProxyStyle {
 /// Gives the application its look and its icon.
 void dress(QApplication& application);
 
-/// Finds the fonts and the readers of pictures, which the first window with a text would else wait for. To be called
-/// while nobody waits, as behind the splash.
-void findFontsAndPictures();
-
 }  // namespace trackloom

@@ -57,7 +57,18 @@ void QtDesk::performHeld() {
   enter(event);
 }
 
-std::unique_ptr<QWidget> QtDesk::makeWindow(const std::string& form) const {
+void QtDesk::prepare(Form& form) {
+  faceOf(form).prepare();
+}
+
+void QtDesk::prepare(const std::string& form) {
+  auto window = takeWindow(form);
+  window->grab();
+  prepared_[form] = std::move(window);
+}
+
+std::unique_ptr<QWidget> QtDesk::takeWindow(const std::string& form) {
+  if (auto ready = prepared_.extract(form)) return std::move(ready.mapped());
   const auto found = std::find_if(designs_.begin(), designs_.end(), [&](const auto& d) { return d.form == form; });
   return found == designs_.end() ? std::make_unique<QWidget>() : found->make();
 }

@@ -54,8 +54,14 @@ class QtDesk final : public FormHost {
     QtDesk& desk_;
   };
 
+  /// Makes ahead, while nobody waits, what the first show of a form would make its user wait for. Nothing reaches the
+  /// form before that show.
+  void prepare(Form& form);
+  /// The same for the next form of this name: its window alone, since the form itself is made at its own time.
+  void prepare(const std::string& form);
+
   /// The designed window of a form, an empty one for a form without a design.
-  std::unique_ptr<QWidget> makeWindow(const std::string& form) const;
+  std::unique_ptr<QWidget> takeWindow(const std::string& form);
 
   void show(Form& form) override;
   void showModal(Form& form, Form* owner) override;
@@ -64,7 +70,7 @@ class QtDesk final : public FormHost {
   void repaint(Control& control) override;
   void repaint(Form& form) override;
 
-  /// Null: the form has not been shown yet, or is gone.
+  /// Null: the form has no window yet, or is gone.
   QWidget* window(const Form& form) const;
   /// What a box stands before: the window that the user works in, or the last one shown that still is; null when none
   /// is.
@@ -83,6 +89,7 @@ class QtDesk final : public FormHost {
   const FailureDetail* failureDetail_ = nullptr;
   Trap trap_;
   std::unordered_map<const Form*, std::shared_ptr<Face>> faces_;
+  std::unordered_map<std::string, std::unique_ptr<QWidget>> prepared_;
   std::vector<const Form*> shown_;
   int standstills_ = 0;
   std::deque<std::function<void()>> held_;
