@@ -8,7 +8,10 @@
 namespace trackloom {
 
 void QtEventPump::pumpEvents() {
+  constexpr std::chrono::milliseconds Rest{5};
+  if (looked_ && clock_() - *looked_ < Rest) return;
   QCoreApplication::processEvents();
+  looked_ = clock_();
 }
 
 void QtPatience::until(const Wait& wait) {

@@ -1,6 +1,9 @@
 #pragma once
 
 #include <QObject>
+#include <chrono>
+#include <functional>
+#include <optional>
 
 #include "ports/EventPump.h"
 #include "ports/EventQueue.h"
@@ -21,10 +24,19 @@ class QtPatience final : public Patience {
   QtDesk& desk_;
 };
 
-/// Runs what waits in the toolkit's event loop.
+/// Runs what waits in the toolkit's event loop. Many small steps may each call it: what came within the few
+/// milliseconds since it last looked waits for the next look, so that the steps do not paint the window each.
 class QtEventPump final : public EventPump {
  public:
+  using Clock = std::function<std::chrono::steady_clock::time_point()>;
+
+  explicit QtEventPump(Clock clock = std::chrono::steady_clock::now) : clock_(std::move(clock)) {}
+
   void pumpEvents() override;
+
+ private:
+  Clock clock_;
+  std::optional<std::chrono::steady_clock::time_point> looked_;
 };
 
 /// Queues events in the loop of the thread that made it, where they run like any event of the desk. Outlives whoever

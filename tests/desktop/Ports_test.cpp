@@ -109,6 +109,39 @@ TEST_CASE("Events posted by other threads run on this one, later and in their or
   CHECK(order == Lines{"first", "second", "third"});
 }
 
+TEST_CASE(
+    "Small steps that all let events in look at them together, five milliseconds after the last look at the earliest") {
+  using std::chrono::milliseconds;
+  std::chrono::steady_clock::time_point now;
+  QtEventPump pump([&now] { return now; });
+  int events = 0;
+  const auto post = [&] {
+    QMetaObject::invokeMethod(
+        qApp, [&] { ++events; }, Qt::QueuedConnection);
+  };
+  post();
+  pump.pumpEvents();
+  CHECK(events == 1);
+  post();
+  now += milliseconds(4);
+  pump.pumpEvents();
+  CHECK(events == 1);
+  now += milliseconds(1);
+  pump.pumpEvents();
+  CHECK(events == 2);
+  // The time that the events themselves took is no rest.
+  QMetaObject::invokeMethod(
+      qApp, [&] { now += milliseconds(100); }, Qt::QueuedConnection);
+  now += milliseconds(5);
+  pump.pumpEvents();
+  post();
+  pump.pumpEvents();
+  CHECK(events == 2);
+  now += milliseconds(5);
+  pump.pumpEvents();
+  CHECK(events == 3);
+}
+
 TEST_CASE("Posting on the UI thread never runs the event at once, and what it throws goes to the trap") {
   QtDesk desk;
   int trapped = 0;
