@@ -59,7 +59,7 @@ constexpr std::chrono::milliseconds SplashIsSeen{100};
   };
   engines::writer::DiscWriters writers(engines::inKnownOrder(drives, present),
                                        std::make_shared<engines::audio::AudioFiles>(), events, patience,
-                                       {settings.pause, HostPath(ScratchFolder)});
+                                       {settings.pause, HostPath(ScratchFolder), settings.verify});
   desk.setFailureDetail(writers.failureDetail());
   Program program(desk,
                   {boxes, files, folders, pump, process, writers, opener, help, commonControls, systemSeparators()});

@@ -23,6 +23,7 @@ inline constexpr std::int32_t cannotWriteMedium = 0x053005;
 inline constexpr std::int32_t noRoom = 0x056300;
 inline constexpr std::int32_t wrongKind = 0x056400;
 inline constexpr std::int32_t tooManyTracks = 0x057205;
+inline constexpr std::int32_t miscompare = 0x0E1D00;
 }  // namespace sense
 
 /// A device's refusal or failure, whose words end with its number in the usual writing, such as "write error at block

@@ -17,6 +17,8 @@ std::string explainedDefaults(const EngineSettings& settings) {
       .section("Writing")
       .comment("Silence between the tracks of an audio disc, in blocks of 1/75 second.")
       .entry("pause", settings.pause)
+      .comment("Whether every disc is read back and compared behind its recording, which takes about as long again.")
+      .entry("verify", settings.verify ? "yes" : "no")
       .section("Recorders")
       .comment("Whether the folders \"Virtual Recorder\", \"Virtual Recorder 2\" and so on are used as recorders.")
       .entry("virtual", settings.virtualRecorders ? "yes" : "no")
@@ -33,6 +35,7 @@ EngineSettings loadEngineSettings(const HostPath& programFolder) {
   EngineSettings settings;
   if (const auto file = IniFile::load(engineSettingsPath(programFolder))) {
     settings.pause = file->number("Writing", "pause", 0, LongestPause).value_or(settings.pause);
+    settings.verify = file->flag("Writing", "verify").value_or(settings.verify);
     settings.virtualRecorders = file->flag("Recorders", "virtual").value_or(settings.virtualRecorders);
   }
   return settings;

@@ -12,6 +12,8 @@ namespace trackloom::engines {
 struct EngineSettings {
   /// Silent blocks between the tracks of an audio disc.
   std::int32_t pause = standardPause;
+  /// Every sector of a real write is read back and compared before its success is told.
+  bool verify = false;
   bool virtualRecorders = true;
 };
 

@@ -4,6 +4,7 @@
 
 #include "engines/disc/Sense.h"
 #include "engines/ground/Blocks.h"
+#include "engines/writer/WriteProof.h"
 
 namespace trackloom::engines::writer {
 
@@ -35,10 +36,19 @@ void burn(const WriteRequest& request, const std::shared_ptr<OperationEvents>& e
                 std::make_shared<HandOver>(), stop);
   order.trackBlocks = reader.trackBlocks();
   request.recorder->check(order);
+  if (request.cached) {
+    reader.takeRoom();
+    // Disc and cache may lie on one disk of the computer.
+    request.recorder->check(order);
+  }
   events->raise([](CDWriterEvents& listener) { listener.OnWriteStarting(); });
   PhaseEvents phases(
       *events, [&reader] { return reader.bufferPercent(); }, request.closingsTold);
-  request.recorder->write(order, reader, phases, stop);
+  const bool readBack = request.verified && !order.test;
+  WriteProof proof(order, reader, phases, readBack);
+  request.recorder->write(order, proof, proof, stop);
+  proof.requireAllRecorded();
+  if (readBack) proof.requireReadBack(*request.recorder, stop);
 }
 
 }  // namespace trackloom::engines::writer

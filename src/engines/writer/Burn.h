@@ -21,6 +21,8 @@ struct WriteRequest {
   std::function<SourceOpener(const DiscState& disc)> sources;
   ClosingsTold closingsTold = {};
   bool cached = false;
+  /// Whether every sector of a real write is read back and compared.
+  bool verified = false;
   /// Where the caches of tracks lie.
   HostPath scratchFolder;
   /// All files that the write reads.

@@ -36,14 +36,14 @@ FileDescriptor namelessFile(const HostPath& folder) {
 
 }  // namespace
 
-CacheFile::CacheFile(const HostPath& folder) : file_(namelessFile(folder)) {}
+CacheFile::CacheFile(const HostPath& folder, std::int64_t most) : file_(namelessFile(folder)) {
+  if (const int error = ::posix_fallocate(file_.get(), 0, most); error != 0)
+    throw cacheError("the cache has no room for " + std::to_string(most) + " bytes in " + folder.text, error);
+}
 
 void CacheFile::fill(SectorSource& source, std::int64_t bytes, const std::function<void(std::int64_t)>& progress) {
   constexpr std::int64_t step = std::int64_t{128} * 2352;
   position_ = 0;
-  if (::ftruncate(file_.get(), 0) != 0) throw cacheError("the cache cannot be emptied", errno);
-  if (const int error = ::posix_fallocate(file_.get(), 0, bytes); error != 0)
-    throw cacheError("the cache has no room for " + std::to_string(bytes) + " bytes", error);
   std::vector<std::byte> buffer(static_cast<std::size_t>(std::min(bytes, step)));
   for (std::int64_t done = 0; done < bytes;) {
     const std::span<std::byte> part(buffer.data(), static_cast<std::size_t>(std::min(bytes - done, step)));

@@ -13,11 +13,11 @@ namespace trackloom::engines::writer {
 /// The cache for one track at a time: a file without a name, which vanishes with this object however the process ends.
 class CacheFile final : public SectorSource {
  public:
-  /// Throws EngineError when `folder` takes no file.
-  explicit CacheFile(const HostPath& folder);
+  /// Takes the room for `most` bytes from the disk. Throws EngineError when it has none, or `folder` takes no file.
+  CacheFile(const HostPath& folder, std::int64_t most);
 
-  /// Takes the next `bytes` of `source` in place of what it held; `progress` hears of the bytes cached so far. Throws
-  /// EngineError where the disk has no room for all of them, before anything is read, and what the source throws.
+  /// Takes the next `bytes` of `source` in place of what it held, no more than there is room for; `progress` hears of
+  /// the bytes cached so far. Throws EngineError, and what the source throws.
   void fill(SectorSource& source, std::int64_t bytes, const std::function<void(std::int64_t)>& progress);
 
   void read(std::span<std::byte> sectors) override;

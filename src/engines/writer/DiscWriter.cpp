@@ -221,6 +221,7 @@ WriteRequest DiscWriter::newRequest(BlockKind kind) const {
   request.order = {kind,           {}, parts_->pause, settings_.test, settings_.closeSession, settings_.closeDisc,
                    settings_.speed};
   request.scratchFolder = parts_->scratchFolder;
+  request.verified = parts_->verified;
   request.inUse = inUse_;
   return request;
 }

@@ -14,7 +14,7 @@ DiscWriters::DiscWriters(RecorderList recorders, std::shared_ptr<audio::AudioFil
                                                                return audioSource(audioFiles, std::move(tracks));
                                                              },
                                                              events, settings.pause, std::move(settings.scratchFolder),
-                                                             patience})) {}
+                                                             settings.verified, patience})) {}
 
 const FailureDetail& DiscWriters::failureDetail() const {
   return *parts_->lastFailure;

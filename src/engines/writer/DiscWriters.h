@@ -19,6 +19,8 @@ struct WriterSettings {
   std::int32_t pause = standardPause;
   /// Where the caches of tracks lie; made when it is first needed.
   HostPath scratchFolder;
+  /// Whether every sector of a real write is read back and compared before its success is told.
+  bool verified = false;
 };
 
 /// Makes writer engines that share the machine's recorders and what was learned of its audio files.

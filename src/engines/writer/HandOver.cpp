@@ -25,6 +25,12 @@ void HandOver::tellLengths(std::vector<std::int32_t> trackBlocks) {
   changed_.notify_all();
 }
 
+void HandOver::tellPrepared() {
+  const std::lock_guard lock(mutex_);
+  prepared_ = true;
+  changed_.notify_all();
+}
+
 void HandOver::awaitWanted(std::int16_t track, const std::stop_token& stop) {
   std::unique_lock lock(mutex_);
   if (!changed_.wait(lock, stop, [&] { return wanted_ >= track; })) throw Stopped();
@@ -66,6 +72,14 @@ std::vector<std::int32_t> HandOver::lengths(const std::stop_token& stop) {
 void HandOver::awaitSectors(std::unique_lock<std::mutex>& lock, const std::stop_token& stop) {
   if (!changed_.wait(lock, stop, [&] { return !chunks_.empty() || failure_; })) throw Stopped();
   if (chunks_.empty()) std::rethrow_exception(failure_);
+}
+
+void HandOver::prepare(const std::stop_token& stop) {
+  std::unique_lock lock(mutex_);
+  wanted_ = 0;
+  changed_.notify_all();
+  if (!changed_.wait(lock, stop, [&] { return prepared_ || failure_; })) throw Stopped();
+  if (!prepared_) std::rethrow_exception(failure_);
 }
 
 void HandOver::want(std::int16_t track, const std::stop_token& stop) {

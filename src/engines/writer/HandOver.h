@@ -25,7 +25,9 @@ class HandOver {
   /// A reader is at work from here to end().
   void begin();
   void tellLengths(std::vector<std::int32_t> trackBlocks);
-  /// Waits until the disc is about to take this track, from 1.
+  /// The cache is there.
+  void tellPrepared();
+  /// Waits until the disc is about to take this track, from 1; 0: until the cache is wanted.
   void awaitWanted(std::int16_t track, const std::stop_token& stop);
   /// Waits while too much lies ready. `level`: how full the buffer is that the sectors came from.
   void put(std::vector<std::byte> sectors, std::int16_t level, const std::stop_token& stop);
@@ -38,6 +40,8 @@ class HandOver {
   // The writing side; what made the reader fail is thrown once the sectors before it are used up.
 
   std::vector<std::int32_t> lengths(const std::stop_token& stop);
+  /// Wants the cache, and waits until it is there.
+  void prepare(const std::stop_token& stop);
   /// Wants a track, and waits for its first sectors.
   void want(std::int16_t track, const std::stop_token& stop);
   void take(std::span<std::byte> sectors, const std::stop_token& stop);
@@ -56,7 +60,8 @@ class HandOver {
   std::deque<std::vector<std::byte>> chunks_;
   std::size_t ready_ = 0;
   std::size_t taken_ = 0;
-  std::int16_t wanted_ = 0;
+  std::int16_t wanted_ = -1;
+  bool prepared_ = false;
   std::int16_t level_ = 100;
   std::exception_ptr failure_;
   bool abandoned_ = false;

@@ -25,6 +25,7 @@ class Reading {
   void run();
 
  private:
+  void makeCache();
   void cacheTrack(std::int16_t track);
   void handOverTrack(std::int16_t track);
   std::int64_t blocksOf(std::int16_t track) const {
@@ -44,10 +45,18 @@ class Reading {
 void Reading::run() {
   opened_ = order_.open(order_.inUse, stop_);
   handOver_.tellLengths(opened_.trackBlocks);
+  if (order_.cached) makeCache();
   for (std::int16_t track = 1; track <= std::ssize(opened_.trackBlocks); ++track) {
     if (order_.cached) cacheTrack(track);
     handOverTrack(track);
   }
+}
+
+void Reading::makeCache() {
+  handOver_.awaitWanted(0, stop_);
+  const auto blocks = std::int64_t{std::ranges::max(opened_.trackBlocks)};
+  cache_.emplace(order_.scratchFolder, blocks * static_cast<std::int64_t>(order_.sectorBytes));
+  handOver_.tellPrepared();
 }
 
 void Reading::raise(std::function<void(CDWriterEvents&)> event) {
@@ -56,7 +65,6 @@ void Reading::raise(std::function<void(CDWriterEvents&)> event) {
 
 void Reading::cacheTrack(std::int16_t track) {
   handOver_.awaitWanted(track, stop_);
-  if (!cache_) cache_.emplace(order_.scratchFolder);
   const std::int64_t blocks = blocksOf(track);
   const auto sector = static_cast<std::int64_t>(order_.sectorBytes);
   raise([=](CDWriterEvents& listener) { listener.OnTrackCacheStart(track, static_cast<std::int32_t>(blocks)); });

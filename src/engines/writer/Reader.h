@@ -48,6 +48,8 @@ class Reader final : public SectorSource {
 
   /// Waits until all sources are opened and measured: the blocks of each track.
   std::vector<std::int32_t> trackBlocks() { return handOver_->lengths(stop_); }
+  /// Lets the cache take its room, of a write that has one.
+  void takeRoom() { handOver_->prepare(stop_); }
   void beginTrack(std::int16_t track) override { handOver_->want(track, stop_); }
   void read(std::span<std::byte> sectors) override { handOver_->take(sectors, stop_); }
   std::int16_t bufferPercent() override { return handOver_->level(); }

@@ -27,6 +27,8 @@ struct WriterParts {
   std::int32_t pause = standardPause;
   /// Where the caches of tracks lie.
   HostPath scratchFolder;
+  /// Whether every sector of a real write is read back and compared.
+  bool verified = false;
   /// How the calls that give a result wait. Outlives every instance.
   Patience& patience;
   std::shared_ptr<Aside> aside = std::make_shared<Aside>(patience);

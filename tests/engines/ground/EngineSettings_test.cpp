@@ -15,6 +15,9 @@ TEST_CASE("Settings are only read, and their explanation gives the defaults agai
   explainEngineSettings(HostPath(folder.path()));
   const std::string text = folder.read("Engines.ini");
   CHECK(text.find("[Writing]\n") < text.find("\npause = 150\n"));
+  CHECK(text.find("[Writing]\n") < text.find("\nverify = no\n"));
+  CHECK(text.find("\nverify = no\n") < text.find("[Recorders]\n"));
+  CHECK_FALSE(loadEngineSettings(HostPath(folder.path())).verify);
   CHECK(text.find("[Recorders]\n") < text.find("\nvirtual = yes\n"));
   CHECK(text.find("\nvirtual = yes\n") != std::string::npos);
   CHECK(loadEngineSettings(HostPath(folder.path())).virtualRecorders);
@@ -29,11 +32,13 @@ TEST_CASE("The explanation leaves a file that is there already as it is") {
 
 TEST_CASE("What the user set is taken, and what makes no sense is not") {
   TempFolder folder;
-  folder.write("Engines.ini", "[writing]\nPause=0\n[recorders]\nvirtual = no\n");
+  folder.write("Engines.ini", "[writing]\nPause=0\nverify = on\n[recorders]\nvirtual = no\n");
   CHECK(loadEngineSettings(HostPath(folder.path())).pause == 0);
+  CHECK(loadEngineSettings(HostPath(folder.path())).verify);
   CHECK_FALSE(loadEngineSettings(HostPath(folder.path())).virtualRecorders);
-  folder.write("Engines.ini", "[Writing]\npause = -3\n[Recorders]\nvirtual = perhaps\n\xFF\xFE");
+  folder.write("Engines.ini", "[Writing]\npause = -3\nverify = often\n[Recorders]\nvirtual = perhaps\n\xFF\xFE");
   CHECK(loadEngineSettings(HostPath(folder.path())).pause == 150);
+  CHECK_FALSE(loadEngineSettings(HostPath(folder.path())).verify);
   CHECK(loadEngineSettings(HostPath(folder.path())).virtualRecorders);
 }
 

@@ -44,6 +44,9 @@ class FakeRecorder : public Recorder {
   std::optional<std::int64_t> failAtBlock;
   std::string failClosing;
   std::chrono::milliseconds everyWrite{0};
+  /// Blocks of each track that it neither takes nor speaks of, and blocks that it takes and never records.
+  std::int32_t leavesOut = 0;
+  std::int32_t keepsBack = 0;
   bool guardOn = false;
   std::atomic<int> writesUnderWay = 0;
   std::vector<WriteOrder> orders;

@@ -47,15 +47,16 @@ class FakeWrite {
     const std::int32_t length = order_.trackBlocks[static_cast<std::size_t>(track) - 1];
     observer.trackStarted(track, length);
     std::string content;
-    for (std::int32_t position = 0; position < length;) {
+    const std::int32_t taken = length - recorder_.leavesOut;
+    for (std::int32_t position = 0; position < taken;) {
       requireNotStopped(stop);
-      const std::int32_t step = position == 0 ? 1 : std::min({16, length - position, std::max(1, length / 4)});
+      const std::int32_t step = position == 0 ? 1 : std::min({16, taken - position, std::max(1, length / 4)});
       std::string sectors(static_cast<std::size_t>(step) * bytesOfSector(order_.kind), '\0');
       source.read(std::as_writable_bytes(std::span(sectors)));
       take(step);
       content += sectors;
       position += step;
-      observer.progress(track, position, 97);
+      if (position <= length - recorder_.keepsBack) observer.progress(track, position, 97);
     }
     tracks_.push_back(std::move(content));
     requireNotStopped(stop);

@@ -73,7 +73,7 @@ class HangingWorld {
     };
     const auto parts = std::make_shared<const WriterParts>(WriterParts{
         virtualrecorder::findVirtualRecorders(HostPath(folder.path())), std::make_shared<audio::AudioFiles>(), open,
-        queue, 150, folder.host("scratch"), patience, std::make_shared<Aside>(patience), detail});
+        queue, 150, folder.host("scratch"), false, patience, std::make_shared<Aside>(patience), detail});
     writer = std::make_unique<DiscWriter>(parts, heard);
     REQUIRE(writer->SelectDrive(0));
     REQUIRE(writer->AddAudioTrack(file, 1));
