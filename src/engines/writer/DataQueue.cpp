@@ -1,5 +1,9 @@
 #include "engines/writer/DataQueue.h"
 
+#include <algorithm>
+#include <map>
+#include <utility>
+
 #include "engines/ground/Blocks.h"
 
 namespace trackloom::engines::writer {
@@ -18,6 +22,14 @@ std::size_t levelsOf(const std::string& discPath) {
   std::size_t levels = 0;
   for (std::string path = discPath; !path.empty() && levels <= deepestLevel; path = discFolder(path)) ++levels;
   return levels;
+}
+
+/// The same path from the root on, with one separator wherever several stand.
+std::string placeOf(const std::string& discPath) {
+  std::string path = DiscSep + discPath;
+  const auto doubled = [](char one, char other) { return one == DiscSep && other == DiscSep; };
+  path.erase(std::unique(path.begin(), path.end(), doubled), path.end());
+  return path;
 }
 
 }  // namespace
@@ -55,13 +67,14 @@ bool DataQueue::add(const DiscPath& disc, const std::shared_ptr<Source>& source)
     if (item.folder) return false;
     blocks_ += blocksOf(*source) - item.blocks;
     item.source = source;
+    item.turn = ++turns_;
     item.blocks = blocksOf(*source);
     return true;
   }
   const std::string folder = discFolder(disc.text);
   if (!makeFolders(folder)) return false;
   if (!folder.empty()) ++items_[folder].children;
-  items_[disc.text] = Item{source, blocksOf(*source)};
+  items_[disc.text] = Item{.source = source, .blocks = blocksOf(*source), .turn = ++turns_};
   blocks_ += blocksOf(*source);
   ++files_;
   return true;
@@ -102,9 +115,14 @@ std::int32_t DataQueue::blocks() const {
 }
 
 std::vector<DataEntry> DataQueue::entries() const {
+  std::map<std::pair<std::string, bool>, const Item*> places;
+  for (const auto& [path, item] : items_) {
+    const Item*& standing = places[{placeOf(path), item.folder}];
+    if (standing == nullptr || standing->turn < item.turn) standing = &item;
+  }
   std::vector<DataEntry> entries;
-  entries.reserve(items_.size());
-  for (const auto& [path, item] : items_) entries.push_back({DiscPath(path), item.source, item.folder});
+  entries.reserve(places.size());
+  for (const auto& [place, item] : places) entries.push_back({DiscPath(place.first), item->source, place.second});
   return entries;
 }
 

@@ -41,7 +41,8 @@ class DataQueue {
   bool hasFiles() const { return files_ != 0; }
   /// The sum of the files' sizes, each rounded up to whole blocks; folders count nothing.
   std::int32_t blocks() const;
-  /// In no particular order.
+  /// What stands at each place of the disc, by its path from the root with single separators: of two files the one that
+  /// was added later.
   std::vector<DataEntry> entries() const;
 
  private:
@@ -50,12 +51,14 @@ class DataQueue {
     std::int64_t blocks = 0;
     bool folder = false;
     std::size_t children = 0;
+    std::uint64_t turn = 0;
   };
 
   bool makeFolders(const std::string& folder);
 
   std::unordered_map<std::string, Item> items_;
   std::size_t files_ = 0;
+  std::uint64_t turns_ = 0;
   std::int64_t blocks_ = 0;
 };
 

@@ -115,10 +115,43 @@ TEST_CASE("Doubled and missing separators still lead into folders that can be em
   CHECK(add(queue, "\\Rock\\\\a.mp3", source));
   CHECK(add(queue, "bare", source));
   CHECK(add(queue, "Pop\\b.mp3", source));
-  CHECK(shown(queue) == "Pop/ Pop\\b.mp3 \\Rock/ \\Rock\\\\a.mp3 bare ");
+  CHECK(shown(queue) == "\\Pop/ \\Pop\\b.mp3 \\Rock/ \\Rock\\a.mp3 \\bare ");
   CHECK_FALSE(queue.remove(DiscPath("\\Rock")));
   CHECK(queue.remove(DiscPath("\\Rock\\\\a.mp3")));
   CHECK(queue.remove(DiscPath("\\Rock")));
+}
+
+TEST_CASE("Of two files at one place of the disc the one that was added later is recorded, and folders there are one") {
+  const TempFolder folder;
+  const HostPath first = folder.file("first", "1");
+  const HostPath second = folder.file("second", "2");
+  DataQueue queue;
+  const auto recorded = [&queue] {
+    const std::vector<DataEntry> entries = queue.entries();
+    const auto file = std::ranges::find_if(entries, [](const DataEntry& entry) { return !entry.folder; });
+    REQUIRE(file != entries.end());
+    return file->source->path();
+  };
+  CHECK(add(queue, "\\\\a\\b", first));
+  CHECK(add(queue, "\\a\\b", second));
+  CHECK(shown(queue) == "\\a/ \\a\\b ");
+  CHECK(recorded() == second);
+  CHECK(queue.blocks() == 2);
+  CHECK(add(queue, "\\\\a\\b", first));
+  CHECK(recorded() == first);
+  CHECK(add(queue, "a\\b", second));
+  CHECK(recorded() == second);
+  CHECK(queue.remove(DiscPath("a\\b")));
+  CHECK(recorded() == first);
+}
+
+TEST_CASE("A file and a folder at one place of the disc are both recorded") {
+  const TempFolder folder;
+  const HostPath source = folder.file("x", "x");
+  DataQueue queue;
+  CHECK(add(queue, "\\a", source));
+  CHECK(add(queue, "\\\\a\\b", source));
+  CHECK(shown(queue) == "\\a \\a/ \\a\\b ");
 }
 
 TEST_CASE("A path nested deeper than readers follow is refused") {
