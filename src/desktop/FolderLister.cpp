@@ -2,7 +2,9 @@
 
 #include <atomic>
 #include <chrono>
+#include <deque>
 #include <future>
+#include <mutex>
 #include <utility>
 
 #include "desktop/Aside.h"
@@ -13,71 +15,72 @@ namespace trackloom {
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
 using Word = std::function<void()>;
 
-/// How long what was found may wait for more to come with it.
-constexpr std::chrono::milliseconds Bunch{20};
-
-/// What one asker has heard on the window's thread. That thread alone drops it, so nothing is heard behind that.
-class Hearing {
+/// What one asker hears on the window's thread of what another thread finds. That thread alone drops it, so nothing is
+/// heard behind that. What was found since the last time is heard at once and together.
+class Hearing : public std::enable_shared_from_this<Hearing> {
  public:
   explicit Hearing(EventQueue& events) : events_(events) {}
 
-  static void say(const std::shared_ptr<Hearing>& hearing, std::vector<Word> words) {
-    hearing->events_.post([hearing, words = std::move(words)] {
-      for (const Word& word : words)
-        if (hearing->wanted()) word();
-    });
+  void say(Word word) {
+    const std::lock_guard guard(mutex_);
+    words_.push_back(std::move(word));
+    if (!std::exchange(told_, true)) events_.post([self = shared_from_this()] { self->hear(); });
   }
-  static FolderListing::Hold hold(std::shared_ptr<Hearing> hearing) {
-    return {nullptr, [hearing = std::move(hearing)](void*) { hearing->dropped_ = true; }};
+  FolderListing::Hold hold() {
+    return {nullptr, [self = shared_from_this()](void*) { self->dropped_ = true; }};
   }
   bool wanted() const { return !dropped_; }
 
  private:
+  void hear() {
+    for (std::size_t left = ready(); left > 0; --left)
+      if (const Word word = next(); word && wanted()) word();
+  }
+  std::size_t ready() {
+    const std::lock_guard guard(mutex_);
+    told_ = false;
+    return words_.size();
+  }
+  /// One by one, since a word may let events run, in which the next ones are heard.
+  Word next() {
+    const std::lock_guard guard(mutex_);
+    if (words_.empty()) return nullptr;
+    Word word = std::move(words_.front());
+    words_.pop_front();
+    return word;
+  }
+
   EventQueue& events_;
   std::atomic<bool> dropped_ = false;
+  std::mutex mutex_;
+  std::deque<Word> words_;
+  /// An event is on its way that will hear all words.
+  bool told_ = false;
 };
 
-/// The looking thread's side of a listing.
-class Bunches {
- public:
-  explicit Bunches(std::shared_ptr<Hearing> hearing) : hearing_(std::move(hearing)) {}
-
-  void add(Word word) {
-    words_.push_back(std::move(word));
-    if (Clock::now() - sent_ >= Bunch) send();
-  }
-  void send() {
-    Hearing::say(hearing_, std::exchange(words_, {}));
-    sent_ = Clock::now();
-  }
-  bool wanted() const { return hearing_->wanted(); }
-
- private:
-  std::shared_ptr<Hearing> hearing_;
-  std::vector<Word> words_;
-  Clock::time_point sent_ = Clock::now();
-};
-
-void readFiles(const HostPath& folder, const std::string& extension, FolderReader& reader, Bunches& bunches) {
+void readFiles(const HostPath& folder, const std::string& extension, FolderReader& reader, Hearing& hearing) {
   for (const std::string& name : ListFiles(folder, extension)) {
-    if (!bunches.wanted()) return;
-    bunches.add([&reader, name] { reader.fileFound(name); });
-    bunches.add([&reader, bytes = FileLength(HostPath(folder.text + name))] { reader.lengthFound(bytes); });
+    if (!hearing.wanted()) return;
+    hearing.say([&reader, name] { reader.fileFound(name); });
+    hearing.say([&reader, bytes = FileLength(HostPath(folder.text + name))] { reader.lengthFound(bytes); });
   }
 }
 
 void readFolder(const HostPath& folder, const std::vector<std::string>& extensions, FolderReader& reader,
-                Bunches bunches) {
+                Hearing& hearing) {
   try {
-    for (const std::string& extension : extensions) readFiles(folder, extension, reader, bunches);
-    bunches.add([&reader] { reader.allFound(); });
+    for (const std::string& extension : extensions) readFiles(folder, extension, reader, hearing);
+    hearing.say([&reader] { reader.allFound(); });
   } catch (const RuntimeError&) {
-    bunches.add([&reader] { reader.listingFailed(); });
+    hearing.say([&reader] { reader.listingFailed(); });
   }
-  bunches.send();
+}
+
+/// On this thread where the system has no other to spare: late, but not never.
+void doAsideOrHere(const std::function<void()>& work) {
+  if (!doAside(work)) work();
 }
 
 }  // namespace
@@ -85,16 +88,16 @@ void readFolder(const HostPath& folder, const std::vector<std::string>& extensio
 FolderListing::Hold FolderLister::list(const HostPath& folder, std::vector<std::string> extensions,
                                        FolderReader& reader) {
   const auto hearing = std::make_shared<Hearing>(events_);
-  doAside([=, &reader] { readFolder(folder, extensions, reader, Bunches(hearing)); });
-  return Hearing::hold(hearing);
+  doAsideOrHere([=, &reader] { readFolder(folder, extensions, reader, *hearing); });
+  return hearing->hold();
 }
 
 FolderListing::Hold FolderLister::find(const HostPath& folder, std::function<void()> found) {
   const auto hearing = std::make_shared<Hearing>(events_);
-  doAside([=] {
-    if (FolderExists(folder)) Hearing::say(hearing, {found});
+  doAsideOrHere([=] {
+    if (FolderExists(folder)) hearing->say(found);
   });
-  return Hearing::hold(hearing);
+  return hearing->hold();
 }
 
 bool FolderLister::hasFile(const HostPath& file) {

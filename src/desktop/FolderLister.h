@@ -6,8 +6,9 @@
 
 namespace trackloom {
 
-/// Looks into each folder on a thread of its own, and tells what it has found in bunches, so that a folder of many
-/// files costs the window's thread little.
+/// Looks into each folder on a thread of its own, and tells at once all that it has found since the window's thread
+/// last heard of it, so that a folder of many files costs that thread little, and one that dies keeps nothing to
+/// itself.
 class FolderLister final : public FolderListing {
  public:
   /// `events` outlives every thread that looks, as the process's own queue does.

@@ -1,6 +1,8 @@
 #include "desktop/FolderLister.h"
 
+#include <algorithm>
 #include <catch2/catch.hpp>
+#include <utility>
 
 #include "fakes/FakeEventQueue.h"
 #include "fakes/FakePatience.h"
@@ -96,6 +98,36 @@ TEST_CASE("A listing that is dropped by one of its own words says no other") {
   to.events.waitForPost();
   to.events.runPosted();
   CHECK(leaver.heard == 1);
+}
+
+TEST_CASE("Words come in their order, also where one of them lets other events run") {
+  struct Nester final : FolderReader {
+    std::function<void()> runOthers;
+    Lines heard;
+    bool ended = false;
+    void fileFound(const std::string& name) override {
+      runOthers();
+      heard.push_back(name);
+    }
+    void lengthFound(std::int64_t /*bytes*/) override {}
+    void allFound() override { ended = true; }
+    void listingFailed() override {}
+  };
+  Listening to;
+  for (int number = 10; number < 99; ++number) to.folder.write(std::to_string(number) + ".mp3", "");
+  Nester nester;
+  bool nested = false;
+  nester.runOthers = [&] {
+    if (std::exchange(nested, true)) return;
+    nester.heard.push_back("first");
+    to.events.runUntil([&] { return nester.ended; });
+  };
+  const auto hold = to.lister.list(HostPath(to.folder.path() + "/"), {".mp3"}, nester);
+  REQUIRE(to.events.runUntil([&] { return nester.ended; }));
+  REQUIRE(nester.heard.size() == 90);
+  CHECK(nester.heard[0] == "first");
+  CHECK(std::is_sorted(nester.heard.begin() + 1, nester.heard.end() - 1));
+  CHECK(nester.heard.back() == "10.mp3");
 }
 
 TEST_CASE("A folder is found, and what is none is not, nor one that was dropped") {
