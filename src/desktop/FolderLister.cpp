@@ -1,10 +1,9 @@
 #include "desktop/FolderLister.h"
 
 #include <atomic>
-#include <chrono>
 #include <deque>
-#include <future>
 #include <mutex>
+#include <system_error>
 #include <utility>
 
 #include "desktop/Aside.h"
@@ -101,11 +100,11 @@ FolderListing::Hold FolderLister::find(const HostPath& folder, std::function<voi
 }
 
 bool FolderLister::hasFile(const HostPath& file) {
-  const auto answer = std::make_shared<std::promise<bool>>();
-  auto is = answer->get_future();
-  if (!doAside([=] { answer->set_value(FileExists(file)); })) return FileExists(file);
-  patience_.until([&](std::chrono::milliseconds atMost) { return is.wait_for(atMost) == std::future_status::ready; });
-  return is.get();
+  try {
+    return aside_([file] { return FileExists(file); });
+  } catch (const std::system_error&) {
+    return FileExists(file);
+  }
 }
 
 }  // namespace trackloom

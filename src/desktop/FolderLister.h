@@ -3,6 +3,7 @@
 #include "ports/EventQueue.h"
 #include "ports/FolderListing.h"
 #include "ports/Patience.h"
+#include "runtime/Aside.h"
 
 namespace trackloom {
 
@@ -12,7 +13,8 @@ namespace trackloom {
 class FolderLister final : public FolderListing {
  public:
   /// `events` outlives every thread that looks, as the process's own queue does.
-  FolderLister(EventQueue& events, Patience& patience) : events_(events), patience_(patience) {}
+  FolderLister(EventQueue& events, Patience& patience)
+      : events_(events), aside_([&patience](const Aside::Wait& wait) { patience.until(wait); }) {}
 
   Hold list(const HostPath& folder, std::vector<std::string> extensions, FolderReader& reader) override;
   Hold find(const HostPath& folder, std::function<void()> found) override;
@@ -20,7 +22,7 @@ class FolderLister final : public FolderListing {
 
  private:
   EventQueue& events_;
-  Patience& patience_;
+  Aside aside_;
 };
 
 }  // namespace trackloom

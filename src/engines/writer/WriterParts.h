@@ -7,11 +7,11 @@
 
 #include "engines/audio/AudioFiles.h"
 #include "engines/disc/Recorder.h"
-#include "engines/writer/Aside.h"
 #include "engines/writer/LastFailure.h"
 #include "engines/writer/Reader.h"
 #include "ports/EventQueue.h"
 #include "ports/Patience.h"
+#include "runtime/Aside.h"
 
 namespace trackloom::engines::writer {
 
@@ -31,7 +31,8 @@ struct WriterParts {
   bool verified = false;
   /// How the calls that give a result wait. Outlives every instance.
   Patience& patience;
-  std::shared_ptr<Aside> aside = std::make_shared<Aside>(patience);
+  std::shared_ptr<Aside> aside =
+      std::make_shared<Aside>([&waiter = patience](const Aside::Wait& wait) { waiter.until(wait); });
   std::shared_ptr<LastFailure> lastFailure = std::make_shared<LastFailure>();
 };
 

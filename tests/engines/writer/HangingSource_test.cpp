@@ -71,9 +71,10 @@ class HangingWorld {
       const HostPath path = tracks.at(0)->path();
       return openerOf(path, path == file ? network : std::make_shared<Network>());
     };
-    const auto parts = std::make_shared<const WriterParts>(WriterParts{
-        virtualrecorder::findVirtualRecorders(HostPath(folder.path())), std::make_shared<audio::AudioFiles>(), open,
-        queue, 150, folder.host("scratch"), false, patience, std::make_shared<Aside>(patience), detail});
+    const auto parts = std::make_shared<const WriterParts>(
+        WriterParts{virtualrecorder::findVirtualRecorders(HostPath(folder.path())),
+                    std::make_shared<audio::AudioFiles>(), open, queue, 150, folder.host("scratch"), false, patience,
+                    std::make_shared<Aside>([this](const Aside::Wait& wait) { patience.until(wait); }), detail});
     writer = std::make_unique<DiscWriter>(parts, heard);
     REQUIRE(writer->SelectDrive(0));
     REQUIRE(writer->AddAudioTrack(file, 1));

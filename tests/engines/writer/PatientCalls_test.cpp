@@ -5,7 +5,6 @@
 #include <set>
 #include <thread>
 
-#include "engines/writer/Aside.h"
 #include "engines/writer/FakeWorld.h"
 
 namespace trackloom::engines::writer {
@@ -181,42 +180,6 @@ TEST_CASE("What an event throws within the call comes out of it, and no half ima
   CHECK_THROWS_WITH(world.writer->CreateIsoImage(image), "the listener's own");
   while (!std::filesystem::is_empty(world.folder.host("images").text)) std::this_thread::yield();
   CHECK(world.heard.has("OnTrackCacheStart 1 15360"));
-}
-
-TEST_CASE("Work done aside gives what it gives and throws what it throws, one piece after the other") {
-  fakes::FakePatience patience;
-  Aside aside(patience);
-  std::vector<std::thread::id> threads;
-  for (int round = 0; round < 3; ++round) threads.push_back(aside([] { return std::this_thread::get_id(); }));
-  CHECK(threads[0] == threads[2]);
-  CHECK(threads[0] != std::this_thread::get_id());
-  CHECK_THROWS_WITH(aside([]() -> int { throw std::runtime_error("aside"); }), "aside");
-  CHECK(aside([] { return 7; }) == 7);
-  CHECK(patience.waits == 5);
-}
-
-TEST_CASE("Work that nobody waits for any more keeps nobody") {
-  class Impatience final : public Patience {
-   public:
-    std::promise<void> begun;
-    void until(const Wait&) override {
-      begun.get_future().wait();
-      throw std::runtime_error("no more");
-    }
-  } impatience;
-  const auto answers = std::make_shared<std::promise<void>>();
-  const auto done = std::make_shared<std::promise<void>>();
-  {
-    Aside aside(impatience);
-    CHECK_THROWS_WITH(aside([&impatience, answers, done] {
-                        impatience.begun.set_value();
-                        answers->get_future().wait();
-                        done->set_value();
-                      }),
-                      "no more");
-  }
-  answers->set_value();
-  done->get_future().wait();
 }
 
 }  // namespace trackloom::engines::writer

@@ -1,11 +1,12 @@
-#include "engines/writer/Aside.h"
+#include "runtime/Aside.h"
 
 #include <condition_variable>
 #include <deque>
 #include <mutex>
 #include <thread>
+#include <utility>
 
-namespace trackloom::engines::writer {
+namespace trackloom {
 
 /// Where the work lies, shared by both threads: nobody joins a thread that a file may keep for ever.
 struct Aside::Bench {
@@ -25,7 +26,7 @@ struct Aside::Bench {
   }
 };
 
-Aside::Aside(Patience& patience) : patience_(patience) {}
+Aside::Aside(Until until) : until_(std::move(until)) {}
 
 Aside::~Aside() {
   if (!bench_) return;
@@ -47,4 +48,4 @@ void Aside::begin(std::function<void()> work) {
   bench_->changed.notify_all();
 }
 
-}  // namespace trackloom::engines::writer
+}  // namespace trackloom
