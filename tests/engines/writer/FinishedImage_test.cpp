@@ -2,6 +2,7 @@
 
 #include <catch2/catch.hpp>
 
+#include "engines/virtual/VirtualRecorder.h"
 #include "engines/writer/VirtualWorld.h"
 
 namespace trackloom::engines::writer {
@@ -21,6 +22,28 @@ class ImageWorld : public VirtualWorld {
   }
   HostPath image(std::size_t bytes) const { return folder.file("finished.iso", noise(bytes, 5)); }
   std::string iso() const { return contentOf(disc() / "disc.iso"); }
+};
+
+/// A virtual recorder that has something done between the begin of its write and the first block.
+class InterruptedRecorder final : public virtualrecorder::VirtualRecorder {
+ public:
+  using VirtualRecorder::VirtualRecorder;
+
+  std::function<void()> beforeFirstBlock;
+
+  void write(const WriteOrder& order, SectorSource& source, OperationObserver& observer,
+             const std::stop_token& stop) override {
+    struct Interruption final : OperationObserver {
+      Interruption(OperationObserver& told, std::function<void()> deedOnce) : inner(told), deed(std::move(deedOnce)) {}
+      void trackStarted(std::int16_t track, std::int32_t blocks) override {
+        inner.trackStarted(track, blocks);
+        deed();
+      }
+      OperationObserver& inner;
+      std::function<void()> deed;
+    } interruption(observer, beforeFirstBlock);
+    VirtualRecorder::write(order, source, interruption, stop);
+  }
 };
 
 /// What the disc's folder holds, to the byte.
@@ -125,19 +148,27 @@ TEST_CASE("A finished image goes behind the data sessions of an open disc, and n
 }
 
 TEST_CASE("A finished image that is cut short or changed while it is recorded is a file error that names it") {
-  ImageWorld world;
-  const HostPath image = world.image(3000 * 2048);
+  const TempFolder folder;
+  virtualrecorder::createVirtualRecorder(folder.host("R"));
+  const auto recorder = std::make_shared<InterruptedRecorder>(folder.host("R"));
+  fakes::FakeEventQueue queue;
+  fakes::FakePatience patience;
+  fakes::WriterTranscript heard;
+  DiscWriters writers({recorder}, std::make_shared<audio::AudioFiles>(), queue, patience, {});
+  const auto writer = writers.create(heard);
+  REQUIRE(writer->SelectDrive(0));
+  // More than what is read ahead of the recorder.
+  const HostPath image = folder.file("finished.iso", noise(4000 * 2048, 5));
   const std::string change = GENERATE("cut", "changed");
-  world.heard().onLine = [&](const std::string& line) {
-    if (line != "OnTrackWriteStart 1 3000") return;
+  recorder->beforeFirstBlock = [&] {
     if (change == "cut") std::filesystem::resize_file(image.text, 2048);
-    if (change == "changed") world.folder.file("finished.iso", noise(3000 * 2048, 6));
+    if (change == "changed") folder.file("finished.iso", noise(4000 * 2048, 6));
   };
-  world.slowDown();
-  world.recorderIni("[recorder]\nrealTimePacing = yes\nmaximumSpeed = 100\n");
-  CHECK(world.write(image).back() == "OnWriteError 2 0");
-  CHECK(world.writers().failureDetail().lastFailure() == image.text + ": changed while it was being recorded");
-  CHECK(world.real().DiscStatus() == DiscClosed);
+  REQUIRE(writer->WriteIsoImage(image));
+  REQUIRE(queue.runUntil([&] { return heard.ended(); }));
+  CHECK(heard.lines.back() == "OnWriteError 2 0");
+  CHECK(writers.failureDetail().lastFailure() == image.text + ": changed while it was being recorded");
+  CHECK(writer->DiscStatus() == DiscClosed);
 }
 
 TEST_CASE("A finished image is not begun while the drive is at work") {
