@@ -7,11 +7,13 @@
 #include "desktop/ForcedEnd.h"
 #include "desktop/Host.h"
 #include "desktop/Look.h"
+#include "desktop/PanelDoor.h"
 #include "desktop/QtDesk.h"
 #include "desktop/QtEvents.h"
 #include "desktop/QtFileDialogs.h"
 #include "desktop/QtMessageBoxes.h"
 #include "engines/ground/EngineSettings.h"
+#include "engines/virtual/FolderShelf.h"
 #include "engines/virtual/VirtualRecorders.h"
 #include "engines/writer/DiscWriters.h"
 #include "shell/Program.h"
@@ -63,6 +65,11 @@ constexpr std::chrono::milliseconds SplashIsSeen{100};
   desk.setFailureDetail(writers.failureDetail());
   Program program(desk,
                   {boxes, files, folders, pump, process, writers, opener, help, commonControls, systemSeparators()});
+  PanelDoor panelDoor(engines::virtualrecorder::shelvesOf(programFolder, present), opener,
+                      [&desk] { return desk.failureDetail(); });
+  desk.setExtras([&panelDoor](const std::string& form, QWidget& window) {
+    if (form == "frmListing") panelDoor.standIn(window);
+  });
   const ForcedEnd forcedEnd([&program](int status) { program.endUnasked(status); });
   desk.setTrap([&program](const std::function<void()>& event) { program.run(event); });
   desk.enter([&program] { program.start(); });

@@ -75,7 +75,10 @@ std::unique_ptr<QWidget> QtDesk::takeWindow(const std::string& form) {
 
 Face& QtDesk::faceOf(Form& form) {
   auto& face = faces_[&form];
-  if (!face) face = Face::make(*this, form);
+  if (!face) {
+    face = Face::make(*this, form);
+    extras_(form.name(), face->window());
+  }
   return *face;
 }
 

@@ -33,6 +33,10 @@ class QtDesk final : public FormHost {
   /// Empty where no engine offers one.
   std::string failureDetail() const;
 
+  /// Gives a form's window, as it is made, what it has besides its controls.
+  using Extras = std::function<void(const std::string& form, QWidget& window)>;
+  void setExtras(Extras extras) { extras_ = std::move(extras); }
+
   /// Without a trap, an exception ends the process.
   void setTrap(Trap trap) { trap_ = std::move(trap); }
   void enter(const std::function<void()>& event) const;
@@ -88,6 +92,7 @@ class QtDesk final : public FormHost {
   Family family_;
   const FailureDetail* failureDetail_ = nullptr;
   Trap trap_;
+  Extras extras_ = [](const std::string& /*form*/, QWidget& /*window*/) {};
   std::unordered_map<const Form*, std::shared_ptr<Face>> faces_;
   std::unordered_map<std::string, std::unique_ptr<QWidget>> prepared_;
   std::vector<const Form*> shown_;
