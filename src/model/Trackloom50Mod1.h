@@ -53,6 +53,9 @@ struct Trackloom50Mod1 {
   bool WriteActive = false;
   bool IsoWriteActive = false;
   bool DiscCloseActive = false;
+  /// Read where a close ends, and never set.
+  std::int16_t DiscClosedOnly = 0;
+  bool SessionAndDiscClosed = false;
 };
 
 }  // namespace trackloom

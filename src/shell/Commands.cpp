@@ -214,7 +214,7 @@ void Commands::openLayout() {
 }
 
 void Commands::writeIsoImage() {
-  WriteISOImage(session_);
+  WriteISOImage(session_, forms_.writing);
 }
 
 void Commands::save() {

@@ -8,8 +8,11 @@ struct WritingForms;
 /// Shows what is known about the disc in the drive; without a disc it says so.
 void ShowDiscInfo(Session& session, WritingForms& forms);
 
-/// Refuses an empty drive and a closed disc for the writing of an image. A disc that passes stays untouched, since an
-/// image must be chosen in a file dialog first, and there is none.
-void WriteISOImage(Session& session);
+/// Lets the user choose an image file and writes it onto the disc, which is closed behind it. Refuses an empty drive
+/// and a closed disc first. `TestMode`, `WritePhase` and `DiscCloseActive` are taken as the last operation left them.
+void WriteISOImage(Session& session, WritingForms& forms);
+
+/// A session or a disc has been closed: takes the dialog away, says so, and ejects the disc.
+void finishDiscClose(Session& session, WritingForms& forms);
 
 }  // namespace trackloom

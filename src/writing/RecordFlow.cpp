@@ -5,6 +5,7 @@
 #include "model/Session.h"
 #include "model/TrackRow.h"
 #include "runtime/Text.h"
+#include "writing/LayoutTracks.h"
 #include "writing/WritingForms.h"
 
 namespace trackloom {
@@ -46,18 +47,6 @@ bool rewritableIsWanted(Session& session) {
                       BoxButtons::OkCancel, BoxIcon::Question}) == BoxAnswer::Ok;
 }
 
-bool tracksExist(Session& session) {
-  const ListView& listing = session.frmListing().ListView1;
-  for (int row = 1; row <= listing.Count(); ++row) {
-    if (session.ports.folders.hasFile(sourcePath(listing, row))) continue;
-    refuse(session, "Missing Track",
-           "Trackloom was unable to find Track #" + std::to_string(row) + " in the location specified in your Layout." +
-               ParagraphBreak + "CD creation has stopped.");
-    return false;
-  }
-  return true;
-}
-
 bool layoutFits(Session& session) {
   Trackloom50Mod1& mod = session.mod;
   CDWriterXP& writer = writerOf(session);
@@ -86,16 +75,12 @@ void queueAudioRows(Session& session) {
     writerOf(session).AddAudioTrack(sourcePath(listing, row), ToInt16(row));
 }
 
-void queueDataRows(Session& session, WritingForms& forms) {
+void continueLastSession(Session& session, WritingForms& forms) {
   if (writerOf(session).ImportLastSession(true)) {
     forms.frmStatus->lblOperation.Caption = "Importing Previous Session...";
     forms.frmStatus->Refresh();
   }
   writerOf(session).SetVolumeLabel(session.mod.DiscVolumeLabel);
-  const ListView& listing = session.frmListing().ListView1;
-  for (int row = 1; row <= listing.Count(); ++row)
-    writerOf(session).AddDataFile(DiscPathOf(listing.SubItem(row, FolderColumn), DiscName(listing.Item(row).Text)),
-                                  sourcePath(listing, row));
 }
 
 }  // namespace
@@ -103,7 +88,7 @@ void queueDataRows(Session& session, WritingForms& forms) {
 void PrepareRecord(Session& session, WritingForms& forms) {
   session.mod.RecordConfirmed = false;
   if (!discIsLoaded(session) || !discIsWritable(session) || !rewritableIsWanted(session)) return;
-  if (!tracksExist(session) || !layoutFits(session)) return;
+  if (!tracksExist(session, "CD creation") || !layoutFits(session)) return;
   forms.frmOptions->showModal(&session.frmListing());
 }
 
@@ -115,10 +100,12 @@ void StartDiscWrite(Session& session, WritingForms& forms) {
   mod.DiscCloseActive = false;
   writerOf(session).SetDiscMode(layoutBlockKind(session));
   showStatus(session, forms);
-  if (isAudioLayout(session))
+  if (isAudioLayout(session)) {
     queueAudioRows(session);
-  else
-    queueDataRows(session, forms);
+  } else {
+    continueLastSession(session, forms);
+    queueDataRows(session, writerOf(session));
+  }
   mod.WriteActive = true;
   writerOf(session).StartWrite();
 }

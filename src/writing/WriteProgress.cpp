@@ -5,6 +5,7 @@
 #include "model/Session.h"
 #include "runtime/Statements.h"
 #include "runtime/Text.h"
+#include "writing/DiscTools.h"
 #include "writing/WritingForms.h"
 
 namespace trackloom {
@@ -103,6 +104,10 @@ void WriteProgress::showClosing(const std::string& text) {
 }
 
 void WriteProgress::OnOperationComplete() {
+  if (session_.mod.DiscCloseActive) {
+    finishDiscClose(session_, forms_);
+    return;
+  }
   if (session_.mod.WritePhase == TestBeforeWrite) {
     prepareRealPass();
     return;
@@ -144,6 +149,16 @@ void WriteProgress::OnWriteError(std::int32_t code, std::int32_t deviceError) {
   session_.frmListing().show();
   forms_.frmError->lblError.Caption = " " + errorMessage(code, deviceError);
   forms_.frmError->showModal(&session_.frmListing());
+}
+
+void WriteProgress::OnEraseStarted() {
+  forms_.frmErase->showErasing();
+}
+
+void WriteProgress::OnEraseComplete() {
+  forms_.frmErase.unload();
+  session_.frmListing().CDR1->EjectDisc();
+  session_.ask({"Complete", "The erase operation in now complete.", BoxButtons::Ok, BoxIcon::Information});
 }
 
 void WriteProgress::OnAudioTrackListed(const HostPath& path, std::int32_t, std::int32_t, std::int32_t,

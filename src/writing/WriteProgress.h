@@ -28,6 +28,8 @@ class WriteProgress final : public CDWriterEvents {
   void OnDiscClosing() override;
   void OnOperationComplete() override;
   void OnWriteError(std::int32_t code, std::int32_t deviceError) override;
+  void OnEraseStarted() override;
+  void OnEraseComplete() override;
   void OnAudioTrackListed(const HostPath& path, std::int32_t, std::int32_t, std::int32_t, std::int16_t number) override;
 
  private:

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 #include "controls/Button.h"
 #include "controls/Form.h"
 #include "controls/Frame.h"
@@ -14,7 +16,8 @@ namespace trackloom {
 struct Session;
 struct WritingForms;
 
-/// Erases the rewritable disc in the drive, the short way or the long way.
+/// Erases the rewritable disc in the drive, the short way or the long way, without a further question. While the drive
+/// erases the user cannot leave.
 class frmErase final : public Form {
  public:
   frmErase(Session& session, WritingForms& forms);
@@ -32,10 +35,19 @@ class frmErase final : public Form {
   Button cmdCancel{*this, "cmdCancel", "&Cancel"};
   Button cmdHelp{*this, "cmdHelp", "&Help"};
 
+  /// The drive has really begun.
+  void showErasing();
+
  private:
   void Load() override;
+  bool QueryUnload(CloseReason reason) override { return reason == CloseReason::Program || !erasing_; }
+  void cmdOK_Click();
+  bool discCanBeErased();
+  void beginErasing();
+  void say(const std::string& words);
 
   Session& session_;
+  bool erasing_ = false;
 };
 
 }  // namespace trackloom

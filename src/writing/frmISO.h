@@ -1,5 +1,8 @@
 #pragma once
 
+#include <cstdint>
+#include <memory>
+
 #include "controls/Button.h"
 #include "controls/Form.h"
 #include "controls/Frame.h"
@@ -7,14 +10,17 @@
 #include "controls/PictureBox.h"
 #include "controls/ProgressBarEx.h"
 #include "controls/TextBox.h"
+#include "model/CommonDialog.h"
+#include "ports/CDWriterXP.h"
 
 namespace trackloom {
 
 struct Session;
 struct WritingForms;
 
-/// Makes an image file of the open MP3 layout. The file is chosen by browsing alone.
-class frmISO final : public Form {
+/// Makes an image file of the open MP3 layout, with an engine of its own. The file is chosen by browsing alone. A run
+/// goes on to its last word behind every failure, also when the dialog has gone.
+class frmISO final : public Form, private CDWriterEvents {
  public:
   frmISO(Session& session, WritingForms& forms);
 
@@ -32,10 +38,21 @@ class frmISO final : public Form {
   Button cmdOK{*this, "cmdOK", "Create &Image"};
   Button cmdCancel{*this, "cmdCancel", "&Close"};
   Button cmdHelp{*this, "cmdHelp", "&Help"};
+  CommonDialog CD1;
+  std::unique_ptr<CDWriterXP> CDR1;
 
  private:
   void Load() override;
+  void cmdBrowse_Click();
+  void cmdOK_Click();
   void cmdCancel_Click();
+  void CheckImageTracks();
+  void BuildImage();
+
+  void OnTrackCacheStart(std::int16_t track, std::int32_t blocks) override;
+  void OnCacheProgress(std::int32_t position) override;
+  void OnImageTrackStart(std::int32_t track) override;
+  void OnWriteError(std::int32_t code, std::int32_t deviceError) override;
 
   Session& session_;
 };

@@ -7,7 +7,6 @@
 
 #include "ports/CommonControls.h"
 #include "ports/EventPump.h"
-#include "ports/FileDialogs.h"
 #include "ports/HelpEngine.h"
 #include "ports/Process.h"
 #include "ports/ShellOpener.h"
@@ -49,12 +48,6 @@ class FakeOpener final : public ShellOpener {
  public:
   std::vector<ShellOrder> orders;
   void open(const ShellOrder& order) override { orders.push_back(order); }
-};
-
-/// A user who gives up every choice of a file.
-class FakeFileDialogs final : public FileDialogs {
- public:
-  std::optional<HostPath> choose(const FileDialog& /*dialog*/) override { return std::nullopt; }
 };
 
 class FakeHelp final : public HelpEngine {

@@ -33,7 +33,7 @@ namespace {
 
 /// Presses, types, drops and answers at random, also from inside the program's own waits, while discs come and go and
 /// the engine says whatever it likes. What a user cannot reach, the monkey cannot reach.
-class Monkey final : public FormHost, public MessageBoxes, public EventPump, public ControlVisitor {
+class Monkey final : public FormHost, public MessageBoxes, public FileDialogs, public EventPump, public ControlVisitor {
  public:
   explicit Monkey(unsigned seed) : random_(seed) {
     process_.folder = folder_.path();
@@ -76,7 +76,7 @@ class Monkey final : public FormHost, public MessageBoxes, public EventPump, pub
   void showModal(Form& form, Form*) override {
     modals_.push_back(&form);
     for (int tries = modals_.size() < 4 ? 40 : 0; tries > 0 && form.visible(); --tries) run([&] { poke(form); });
-    if (form.visible()) run([&] { form.closeBox(); });
+    while (form.visible()) run([&] { leave(form); });
     modals_.pop_back();
   }
 
@@ -99,6 +99,11 @@ class Monkey final : public FormHost, public MessageBoxes, public EventPump, pub
         break;
     }
     return first ? BoxAnswer::Cancel : BoxAnswer::No;
+  }
+
+  std::optional<HostPath> choose(const FileDialog&) override {
+    if (chance(3)) return std::nullopt;
+    return HostPath(chance(4) ? folder_.path() : chance(2) ? folder_ / "mix.iso" : files_[fileNumber()]);
   }
 
   void pumpEvents() override {
@@ -161,6 +166,13 @@ class Monkey final : public FormHost, public MessageBoxes, public EventPump, pub
     if (chance(&form == &window() ? 500 : 30)) form.closeBox();
   }
 
+  /// A dialog cannot be left while the drive erases or closes a disc.
+  void leave(Form& form) {
+    form.closeBox();
+    listen();
+    if (form.visible() && doing_ != Doing::Nothing) speak();
+  }
+
   /// What the user can reach now: the topmost modal form, or any window that shows.
   void act() {
     happen();
@@ -178,17 +190,29 @@ class Monkey final : public FormHost, public MessageBoxes, public EventPump, pub
       engines_.stage.disc = FakeDisc{chance(4) ? below(3) : 0, chance(4), chance(9) ? below(2) : 20000, 20000};
     if (chance(3)) window().Timer1.tick();
     if (chance(3)) window().Timer2.tick();
-    if (program_.session().mod.WriteActive && writing()) speak();
+    listen();
+    if (doing_ != Doing::Nothing) speak();
   }
-  /// A write has been started and has not yet had its last event.
-  bool writing() {
+  /// What the engine was told to do, and has not yet had its last event of.
+  void listen() {
     for (const std::string& call : engines_.stage.take()) {
-      if (call == "CDR1.StartWrite") writing_ = true;
-      if (call == "CDR1.AbortWrite") writing_ = false;
+      if (call == "CDR1.StartWrite" || call.starts_with("CDR1.WriteIsoImage")) doing_ = Doing::Write;
+      if (call.starts_with("CDR1.EraseDisc")) doing_ = Doing::Erase;
+      if (call.starts_with("CDR1.CloseLastSession")) doing_ = Doing::Close;
+      if (call == "CDR1.AbortWrite") doing_ = Doing::Nothing;
     }
-    return writing_;
   }
   void speak() {
+    if (doing_ == Doing::Write) return speakOfWrite();
+    CDWriterEvents& events = dynamic_cast<FakeWriter&>(*window().CDR1).events;
+    const bool erase = doing_ == Doing::Erase;
+    if (chance(2))
+      return erase ? events.OnEraseStarted() : chance(2) ? events.OnSessionClosing() : events.OnDiscClosing();
+    doing_ = Doing::Nothing;
+    if (chance(3)) return events.OnWriteError(below(5), 7);
+    erase ? events.OnEraseComplete() : events.OnOperationComplete();
+  }
+  void speakOfWrite() {
     CDWriterEvents& events = dynamic_cast<FakeWriter&>(*window().CDR1).events;
     const auto track = static_cast<std::int16_t>(below(3));
     switch (below(11)) {
@@ -211,10 +235,10 @@ class Monkey final : public FormHost, public MessageBoxes, public EventPump, pub
       case 8:
         return events.OnDiscClosing();
       case 9:
-        writing_ = false;
+        doing_ = Doing::Nothing;
         return events.OnOperationComplete();
       default:
-        writing_ = false;
+        doing_ = Doing::Nothing;
         return events.OnWriteError(below(5), 7);
     }
   }
@@ -226,17 +250,16 @@ class Monkey final : public FormHost, public MessageBoxes, public EventPump, pub
   FakeOpener opener_;
   FakeHelp help_;
   FakeCommonControls commonControls_;
-  fakes::FakeFileDialogs fileDialogs_;
   fakes::FakeFolderListing folders_;
-  Program program_{*this, Ports{*this, fileDialogs_, folders_, *this, process_, engines_, opener_, help_,
-                                commonControls_, Separators{}}};
+  Program program_{
+      *this, Ports{*this, *this, folders_, *this, process_, engines_, opener_, help_, commonControls_, Separators{}}};
   std::vector<std::string> files_;
   std::vector<Form*> shown_;
   std::vector<Form*> modals_;
   std::string lastBox_;
   int boxes_ = 0;
   int pumps_ = 0;
-  bool writing_ = false;
+  enum class Doing { Nothing, Write, Erase, Close } doing_ = Doing::Nothing;
 };
 
 }  // namespace

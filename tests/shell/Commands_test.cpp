@@ -391,9 +391,9 @@ TEST_CASE("With a disc in the drive its information is shown, and a closed one t
   machine.startQuietly();
   machine.desk.expectForm<frmDiskInfo>("frmDiskInfo", [](frmDiskInfo& form) { form.cmdOK.click(); });
   machine.click("mnuToolsInformation");
+  machine.desk.expectFile(std::nullopt);
   machine.click("mnuFileWrite");
   CHECK(machine.desk.boxes.empty());
-  CHECK_FALSE(machine.mod().IsoWriteActive);
 
   machine.engines.stage.disc->status = DiscClosed;
   machine.desk.expectBox("Closed Disc", BoxAnswer::Ok);

@@ -10,9 +10,9 @@
 
 namespace trackloom {
 
-/// A recording written down as a dialogue: each call and setting of the engine, each window, box and pause, and each
-/// change in the status window, in the order in which they came. The layout has two tracks, the first of three blocks
-/// and the second of two.
+/// A recording, or another disc operation, written down as a dialogue: each call and setting of the engine, each
+/// window, box and pause, and each change in the status window and in the dialogs that are watched, in the order in
+/// which they came. The layout has two tracks, the first of three blocks and the second of two.
 class Dialogue : public fakes::Machine {
  public:
   explicit Dialogue(std::int16_t kind) {
@@ -32,6 +32,7 @@ class Dialogue : public fakes::Machine {
 
   void hear(std::string line) {
     replace(line, folder.path() + "/music/", "");
+    replace(line, folder.path() + "/", "");
     replace(line, "\r\n", "<line break>");
     lines_.push_back(line);
   }
@@ -68,20 +69,20 @@ class Dialogue : public fakes::Machine {
       form.cmdClose.click();
     });
   }
+  /// From now on each change in the form is heard, and no longer those in the one before.
+  void watch(Form& form) {
+    watched_.clear();
+    for (Control* control : form.controls())
+      watched_.push_back(control->changed.connect([this, control] {
+        if (!isBetweenTwoStates(*control)) hear("  " + stateOf(*control));
+      }));
+  }
   frmStatus& status() { return program().forms().writing.frmStatus.get(); }
 
  private:
   static void replace(std::string& line, const std::string& text, const std::string& by) {
     for (std::size_t at = line.find(text); at != std::string::npos; at = line.find(text))
       line.replace(at, text.size(), by);
-  }
-  /// From now on each change in the status window is heard.
-  void watchStatus() {
-    watched_.clear();
-    for (Control* control : status().controls())
-      watched_.push_back(control->changed.connect([this, control] {
-        if (!isBetweenTwoStates(*control)) hear("  " + stateOf(*control));
-      }));
   }
   /// A bar whose maximum has fallen below its value, which follows at once.
   static bool isBetweenTwoStates(const Control& control) {
@@ -93,8 +94,11 @@ class Dialogue : public fakes::Machine {
   }
   static std::string stateOf(const Control& control) {
     if (const auto* label = dynamic_cast<const Label*>(&control)) return control.name() + inQuotes(label->Caption);
+    if (const auto* box = dynamic_cast<const TextBox*>(&control)) return control.name() + inQuotes(box->Text);
     if (const auto* bar = dynamic_cast<const ProgressBarEx*>(&control))
       return control.name() + " " + std::to_string(bar->Value()) + "/" + std::to_string(bar->Max());
+    if (dynamic_cast<const PictureBox*>(&control) != nullptr)
+      return control.name() + (control.Visible ? " shown" : " hidden");
     return control.name() + (control.Enabled ? " on" : " off");
   }
   static std::string inQuotes(const std::string& text) { return " \"" + text.substr(0, text.find("\r\n")) + "\""; }
@@ -107,7 +111,7 @@ class Dialogue : public fakes::Machine {
   std::string wordsOf(const std::string& line) {
     if (line == "repaint frmStatus") return inQuotes(status().lblOperation.Caption);
     if (line == "show frmStatus") {
-      if (withStatus) watchStatus();
+      if (withStatus) watch(status());
       return inQuotes(status().lblSpeed.Caption) + ", " + stateOf(status().Frame2);
     }
     return line.starts_with("box ") ? inQuotes(desk.lastBox().text) : "";

@@ -1,8 +1,7 @@
 #include <catch2/catch.hpp>
-#include <fstream>
 #include <set>
 
-#include "writing/Dialogue.h"
+#include "writing/WrittenDialogue.h"
 
 namespace trackloom {
 
@@ -10,34 +9,8 @@ using Lines = std::vector<std::string>;
 
 namespace {
 
-/// The lines of a file in tests/writing/dialogues; a line that begins with # says what it is about.
-Lines dialogue(const std::string& name) {
-  std::ifstream file(std::string(TRACKLOOM_SOURCE_DIR) + "/tests/writing/dialogues/" + name + ".txt");
-  Lines lines;
-  for (std::string line; std::getline(file, line);)
-    if (!line.starts_with("#")) lines.push_back(line);
-  return lines;
-}
-
-/// The dialogue went as written down; told is the first place where it did not.
-void checkDialogue(Dialogue& machine, const std::string& name) {
-  const Lines heard = machine.heard();
-  const Lines wanted = dialogue(name);
-  REQUIRE_FALSE(wanted.empty());
-  CHECK(machine.desk.finished());
-  for (std::size_t line = 0; line < std::max(heard.size(), wanted.size()); ++line) {
-    INFO(name << ".txt, at line " << line + 1 << " without its head");
-    REQUIRE((line < heard.size() ? heard[line] : "the end") == (line < wanted.size() ? wanted[line] : "the end"));
-  }
-}
-
 /// The write of both tracks, each cached before it is written, up to the closing of the disc.
 constexpr int EventsOfCachedAudio = 18;
-
-void insert(Dialogue& machine, const fakes::FakeDisc& disc = {}) {
-  machine.hear("a disc goes in");
-  machine.engines.stage.disc = disc;
-}
 
 }  // namespace
 
