@@ -46,17 +46,20 @@ class Installation {
   /// Runs the program from its start to its close; where it ends earlier that is well too.
   template <class Deeds>
   void live(const Deeds& deeds) {
-    try {
-      Program program(
-          desk_, {desk_, files_, folders_, pump_, process_, engines_, opener_, help_, commonControls_, Separators{}});
-      program.start();
-      program.forms().shell.frmOpen->Timer1.tick();
-      ListingWindow& window = program.session().frmListing();
-      window.activated();
+    goOn([&](ListingWindow& window) {
       deeds(window);
       window.closeBox();
+    });
+  }
+
+  /// Goes on with the program, which starts where none runs.
+  template <class Deeds>
+  void goOn(const Deeds& deeds) {
+    try {
+      if (!program_) start();
+      deeds(program_->session().frmListing());
     } catch (const fakes::EndOfProcess&) {
-      return;
+      program_.reset();
     }
   }
 
@@ -66,6 +69,14 @@ class Installation {
   Installation() { process_.folder = folder_.path(); }
 
  private:
+  void start() {
+    program_ = std::make_unique<Program>(desk_, Ports{desk_, files_, folders_, pump_, process_, engines_, opener_,
+                                                      help_, commonControls_, Separators{}});
+    program_->start();
+    program_->forms().shell.frmOpen->Timer1.tick();
+    program_->session().frmListing().activated();
+  }
+
   fakes::TempFolder folder_;
   Desk desk_;
   fakes::FakePump pump_;
@@ -76,6 +87,7 @@ class Installation {
   fakes::FakeCommonControls commonControls_;
   fakes::FakeFileDialogs files_;
   fakes::FakeFolderListing folders_;
+  std::unique_ptr<Program> program_;
 };
 
 void showOptions(ListingWindow& window) {
@@ -150,13 +162,21 @@ void runValues(std::string_view bytes) {
   require(anyHasQuote(values) || valuesOf(writer.bytes()) == values);
 }
 
-void runLayout(std::string_view bytes) {
+struct LayoutTrial::State {
   Installation<OpeningDesk> installation;
-  for (const char* track : {"music/a.mp3", "music/b b.mp3", "music/\xc3\xa4.wav"}) installation.addTrack(track);
+};
+
+LayoutTrial::LayoutTrial() : state_(std::make_unique<State>()) {
+  for (const char* track : {"music/a.mp3", "music/b b.mp3", "music/\xc3\xa4.wav"}) state_->installation.addTrack(track);
+}
+
+LayoutTrial::~LayoutTrial() = default;
+
+void LayoutTrial::run(std::string_view bytes) {
   std::string text;
-  for (const char c : bytes) text += c == '@' ? installation.path() + "/music" : std::string(1, c);
-  installation.install("Layouts/mix.mixl", text);
-  installation.live([&](ListingWindow& window) {
+  for (const char c : bytes) text += c == '@' ? state_->installation.path() + "/music" : std::string(1, c);
+  state_->installation.install("Layouts/mix.mixl", text);
+  state_->installation.goOn([](ListingWindow& window) {
     window.DockStudio1.click("Open");
     const std::vector<std::string> opened = rowsOf(window);
     // A quote within a cell is read as far as the rules of the file let it.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <string_view>
 
 namespace trackloom::fuzz {
@@ -15,8 +16,21 @@ void runDockState(std::string_view bytes);
 /// Reads these bytes as values, to the end. Aborts where the values, written anew, are not read back.
 void runValues(std::string_view bytes);
 
-/// Opens a layout file of these bytes, in which a '@' stands for a folder with three tracks, saves it and opens it
-/// again. Aborts where the rows differ then.
-void runLayout(std::string_view bytes);
+/// One program that opens a layout file behind the other.
+class LayoutTrial {
+ public:
+  LayoutTrial();
+  ~LayoutTrial();
+  LayoutTrial(const LayoutTrial&) = delete;
+  LayoutTrial& operator=(const LayoutTrial&) = delete;
+
+  /// Opens a layout file of these bytes, in which a '@' stands for a folder with three tracks, saves it and opens it
+  /// again. Aborts where the rows differ then.
+  void run(std::string_view bytes);
+
+ private:
+  struct State;
+  std::unique_ptr<State> state_;
+};
 
 }  // namespace trackloom::fuzz

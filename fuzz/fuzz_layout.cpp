@@ -4,6 +4,7 @@
 #include "Targets.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  trackloom::fuzz::runLayout({reinterpret_cast<const char*>(data), size});
+  static trackloom::fuzz::LayoutTrial trial;
+  trial.run({reinterpret_cast<const char*>(data), size});
   return 0;
 }

@@ -38,7 +38,7 @@ TEST_CASE("The corpus of the bars fuzzer runs through") {
 }
 
 TEST_CASE("The corpus of the layouts fuzzer runs through") {
-  CHECK(replay("layout", fuzz::runLayout) > 20);
+  CHECK(replay("layout", [](std::string_view bytes) { fuzz::LayoutTrial().run(bytes); }) > 20);
 }
 
 }  // namespace trackloom
