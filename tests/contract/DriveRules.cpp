@@ -99,6 +99,29 @@ void stuckTrayKeepsTheDisc(WriterWorld& world) {
   CHECK(world.real().DiscStatus() == DiscEmpty);
 }
 
+void guardAndSpeedAreStored(WriterWorld& world) {
+  CDWriterXP& writer = world.real();
+  const std::int16_t most = writer.MaxWriteSpeed();
+  const bool guard = writer.HasWriteGuard();
+  for (const bool on : {true, false}) writer.EnableWriteGuard(on);
+  for (const std::int16_t speed : std::initializer_list<std::int16_t>{1, most, 32767, 0, -1}) {
+    writer.SetWriteSpeed(speed);
+    CHECK(writer.MaxWriteSpeed() == most);
+    CHECK(writer.HasWriteGuard() == guard);
+    queueTwoTracks(world);
+    CHECK(linesOfWrite(world).back() == "OnOperationComplete");
+  }
+  world.scratch().EnableWriteGuard(true);
+  world.scratch().SetWriteSpeed(8);
+}
+
+void discTypeIsThatOfOrdinaryDiscs(WriterWorld& world) {
+  CHECK(world.real().DiscType() == DiscTypeCdRom);
+  queueTwoTracks(world);
+  REQUIRE(linesOfWrite(world).back() == "OnOperationComplete");
+  CHECK(world.real().DiscType() == DiscTypeCdRom);
+}
+
 void bytesAreThoseOfTheKind(WriterWorld& world) {
   CDWriterXP& writer = world.scratch();
   CHECK(writer.BlocksToBytes(359849, AudioBlocks) == 846364848);
@@ -130,6 +153,8 @@ std::vector<Rule> driveRules() {
       {"A blank disc has no session and all its room, for either kind", blankDiscIsEmpty, {}},
       {"An eject leaves the drive empty until a disc is put in", ejectEmptiesTheDrive, {}},
       {"A stuck tray answers False and keeps the disc", stuckTrayKeepsTheDisc, {}},
+      {"Write guard and speed are taken as they come, and keep no write from the disc", guardAndSpeedAreStored, {}},
+      {"An ordinary disc is of the ordinary type, blank or recorded", discTypeIsThatOfOrdinaryDiscs, {}},
       {"Bytes are counted by the kind, and stop at the largest number", bytesAreThoseOfTheKind, {}},
       {"Times have two digits each, and minutes as many as they need", shortTimesBeginWithNought, {}},
   };

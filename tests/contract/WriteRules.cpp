@@ -198,7 +198,7 @@ void refusedFileStopsTheWrite(WriterWorld& world) {
 
 void faultEndsTheWrite(WriterWorld& world) {
   queueTwoTracks(world);
-  world.failAt(30);
+  world.fail({.block = 30});
   const Lines lines = linesOfWrite(world);
   CHECK(lines.at(1) == "OnTrackWriteStart 1 40");
   CHECK(lines.back().starts_with("OnWriteError 3 "));

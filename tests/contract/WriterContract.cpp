@@ -4,7 +4,8 @@ namespace trackloom::contract {
 
 std::vector<Rule> writerRules() {
   std::vector<Rule> all;
-  for (const std::vector<Rule>& part : {driveRules(), queueRules(), writeRules(), operationRules()})
+  for (const std::vector<Rule>& part :
+       {driveRules(), queueRules(), writeRules(), operationRules(), stateRules(), faultRules()})
     all.insert(all.end(), part.begin(), part.end());
   return all;
 }

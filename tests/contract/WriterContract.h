@@ -17,11 +17,14 @@ struct Rule {
   std::vector<Ability> needs;
 };
 
-/// The rules of drives, discs and conversions, of the queues, of writes, and of the other operations.
+/// The rules of drives, discs and conversions, of the queues, of writes, of the other operations, of what they make of
+/// a disc, and of what fails on request.
 std::vector<Rule> driveRules();
 std::vector<Rule> queueRules();
 std::vector<Rule> writeRules();
 std::vector<Rule> operationRules();
+std::vector<Rule> stateRules();
+std::vector<Rule> faultRules();
 
 /// All of them.
 std::vector<Rule> writerRules();

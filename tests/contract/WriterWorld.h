@@ -12,10 +12,22 @@ namespace trackloom::contract {
 
 /// What not every engine can do yet. A rule that needs it is passed over where the world lacks it.
 enum class Ability {
-  /// Takes over the last data session of a disc.
-  Import,
-  /// Writes a finished image.
-  WriteImages
+  /// Fails in every phase of every operation, and not in writing alone.
+  Faults,
+  /// Refuses a second operation while one runs.
+  Busyness
+};
+
+/// Where an operation is told to fail, and what it then tells.
+struct Fault {
+  enum class Place { Block, Cache, TrackClosing, SessionClosing, DiscClosing, Erase, Eject };
+
+  Place place = Place::Block;
+  /// Of a write that goes onto a blank disc, and of its cache.
+  std::int32_t block = 0;
+  std::int32_t code = DeviceError;
+  std::int32_t number = 0x030C00;
+  std::string words = "smoke";
 };
 
 /// An engine with one drive, which has a blank 80-minute disc in it, and what a test needs around it.
@@ -46,8 +58,10 @@ class WriterWorld {
   virtual void takeDiscOut() = 0;
   /// From now on the drive cannot be selected, its tray does not open, or neither.
   virtual void refuse(bool select, bool eject) = 0;
-  /// From now on a write fails at that block of its first track.
-  virtual void failAt(std::int32_t block) = 0;
+  /// From now on this fails; without Ability::Faults, of its places `Block` alone.
+  virtual void fail(const Fault& fault) = 0;
+  /// From now on nothing fails.
+  virtual void heal() = 0;
 
   /// How many tracks have been recorded on the disc in the drive.
   virtual std::size_t tracksOnDisc() = 0;

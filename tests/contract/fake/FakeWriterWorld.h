@@ -6,12 +6,12 @@
 
 namespace trackloom::fakes {
 
-/// The engine in memory as the contract sees it: it can do everything.
+/// The engine in memory as the contract sees it: it fails in writing alone, and its tests never ask for two operations.
 class FakeWriterWorld final : public contract::WriterWorld {
  public:
   FakeWriterWorld() { real_.SelectDrive(0); }
 
-  bool can(contract::Ability) const override { return true; }
+  bool can(contract::Ability) const override { return false; }
   CDWriterXP& real() override { return real_; }
   CDWriterXP& scratch() override { return scratch_; }
   WriterTranscript& heard() override { return heard_; }
@@ -32,7 +32,10 @@ class FakeWriterWorld final : public contract::WriterWorld {
     stage_.drives[0].refuses = select;
     stage_.ejectFails = eject;
   }
-  void failAt(std::int32_t block) override { stage_.fault = FakeFault{.block = block}; }
+  void fail(const contract::Fault& fault) override {
+    stage_.fault = FakeFault{.block = fault.block, .code = fault.code, .number = fault.number, .words = fault.words};
+  }
+  void heal() override { stage_.fault.reset(); }
   std::size_t tracksOnDisc() override { return stage_.disc ? stage_.disc->tracks : 0; }
 
   HostPath audioFile(const std::string& name, std::int32_t blocks) override {
