@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <filesystem>
 #include <limits>
 #include <system_error>
 #include <thread>
@@ -16,6 +17,15 @@
 #include "engines/writer/Sources.h"
 
 namespace trackloom::engines::writer {
+
+namespace {
+
+bool isThere(const HostPath& file) {
+  std::error_code unknown;
+  return std::filesystem::exists(file.text, unknown);
+}
+
+}  // namespace
 
 DiscWriter::DiscWriter(std::shared_ptr<const WriterParts> parts, CDWriterEvents& listener)
     : parts_(std::move(parts)), listener_(listener), words_(std::make_shared<FailureWords>()) {
@@ -122,9 +132,13 @@ bool DiscWriter::AddAudioTrack(const HostPath& path, std::int16_t number) {
 
 bool DiscWriter::AddDataFile(const DiscPath& disc, const HostPath& source) {
   const bool added = dataQueue_.add(disc, aside()([source] { return readableSource(source); }));
-  if (!added && !refusedFile_)
-    refusedFile_ = aside()([source, disc] { return unusable(source, "cannot be put onto the disc as " + disc.text); });
-  return added;
+  if (added) return true;
+  const auto [why, there] = aside()([source, disc] {
+    return std::pair(unusable(source, "cannot be put onto the disc as " + disc.text), isThere(source));
+  });
+  if (!refusedFile_) refusedFile_ = why;
+  if (there && !unreadableFile_) unreadableFile_ = why;
+  return false;
 }
 
 void DiscWriter::ListAudioTracks() {
@@ -135,6 +149,7 @@ void DiscWriter::ListAudioTracks() {
 
 void DiscWriter::ClearDataQueue() {
   dataQueue_.clear();
+  unreadableFile_.reset();
   former_.reset();
 }
 
@@ -284,9 +299,12 @@ bool DiscWriter::CreateIsoImage(const HostPath& image) {
   words_->last->forget();
   const auto events = std::make_shared<EventsInCall>();
   const LetGo letGo;
-  std::thread([events, image, entries = dataQueue_.entries(), label = settings_.volumeLabel,
+  std::thread([events, image, entries = dataQueue_.entries(), label = settings_.volumeLabel, refusal = unreadableFile_,
                stop = letGo.source.get_token()] {
-    events->end(outcomeOf([&] { writeImageFile(image, entries, label, *events, stop); }));
+    events->end(outcomeOf([&] {
+      if (refusal) throw *refusal;
+      writeImageFile(image, entries, label, *events, stop);
+    }));
   }).detach();
   parts_->patience.until([&](std::chrono::milliseconds atMost) { return events->tell(listener, atMost); });
   const auto* error = std::get_if<EngineError>(&events->outcome());

@@ -136,6 +136,8 @@ class DiscWriter final : public CDWriterXP {
   std::optional<FormerSession> former_;
   std::optional<EngineError> refusedTrack_;
   std::optional<EngineError> refusedFile_;
+  /// A refused file that is there all the same, since ClearDataQueue: an image without it would have a silent gap.
+  std::optional<EngineError> unreadableFile_;
   WriteSettings settings_;
   std::shared_ptr<FailureWords> words_;
   std::shared_ptr<OperationEvents> operation_;

@@ -56,6 +56,15 @@ class Target {
   std::optional<AsideFile> aside_;
 };
 
+/// The image would take the place of something that is in it.
+void requireNoSource(const HostPath& target, const std::vector<DataEntry>& entries) {
+  for (const DataEntry& entry : entries) {
+    std::error_code missing;
+    if (entry.source && std::filesystem::equivalent(target.text, entry.source->path().text, missing))
+      throw fileError(target, "is one of the files of the image");
+  }
+}
+
 /// Tells of the files that went into the image since the last time.
 class Report {
  public:
@@ -106,6 +115,7 @@ class Report {
 
 void writeImageFile(const HostPath& target, std::vector<DataEntry> entries, const std::string& label,
                     EventsInCall& events, const std::stop_token& stop) {
+  requireNoSource(target, entries);
   Target file(target);
   DataImage image(std::move(entries), {.label = label, .missing = Missing::LeftOut}, std::make_shared<SourcesInUse>(),
                   stop);

@@ -11,7 +11,8 @@ namespace trackloom::engines::writer {
 
 /// Writes the image of a data disc to a file, in place of what is there, and tells of each file in the order in which
 /// they lie in the image: OnImageTrackStart, OnTrackCacheStart and OnCacheProgress up to its blocks. Sources that are
-/// not there any more are left out. Throws EngineError and Stopped, and what was there stays as it was.
+/// not there any more are left out, and none of them can be the target. Throws EngineError and Stopped, and what was
+/// there stays as it was.
 void writeImageFile(const HostPath& target, std::vector<DataEntry> entries, const std::string& label,
                     EventsInCall& events, const std::stop_token& stop);
 

@@ -193,6 +193,47 @@ TEST_CASE("Sources that are gone are left out of an image file") {
   CHECK(world.isoinfo("-d").find("Joliet") != std::string::npos);
 }
 
+TEST_CASE("A source that is there and was refused fails an image, until the queue is begun anew") {
+  ImageWorld world;
+  CHECK(world.add("\\a", "x"));
+  const HostPath folder = world.folder.host("folder");
+  std::filesystem::create_directory(folder.text);
+  CHECK_FALSE(world.writer->AddDataFile(DiscPath("\\b"), folder));
+  CHECK_FALSE(world.writer->ImportLastSession(true));
+  CHECK_FALSE(world.make());
+  CHECK(world.heard.lines.back() == "OnWriteError 2 0");
+  CHECK(world.writers.failureDetail().lastFailure().starts_with(folder.text + ": "));
+  CHECK_FALSE(std::filesystem::exists(world.image));
+
+  world.writer->ClearDataQueue();
+  CHECK(world.add("\\a", "x"));
+  CHECK_FALSE(world.writer->AddDataFile(DiscPath("\\c"), world.folder.host("nowhere")));
+  CHECK(world.make());
+  CHECK(world.tree("-J") == Lines{"/a"});
+}
+
+TEST_CASE("No image takes the place of one of its own files, also not by another of its names") {
+  ImageWorld world;
+  const HostPath source = world.folder.file("song.mp3", "music");
+  CHECK(world.writer->AddDataFile(DiscPath("\\song.mp3"), source));
+  const HostPath other = world.folder.host("other.iso");
+  SECTION("its own name") {
+    world.image = source.text;
+  }
+  SECTION("a link") {
+    std::filesystem::create_symlink(source.text, other.text);
+    world.image = other.text;
+  }
+  SECTION("a second name") {
+    std::filesystem::create_hard_link(source.text, other.text);
+    world.image = other.text;
+  }
+  CHECK_FALSE(world.make());
+  CHECK(world.heard.lines.back() == "OnWriteError 2 0");
+  CHECK(world.writers.failureDetail().lastFailure() == world.image + ": is one of the files of the image");
+  CHECK(world.folder.read("song.mp3") == "music");
+}
+
 TEST_CASE("An image file that cannot be written is a file error within the call") {
   ImageWorld world;
   CHECK(world.add("\\a", "x"));
