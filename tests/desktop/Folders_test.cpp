@@ -57,6 +57,18 @@ TEST_CASE("The tree opens up to the control's folder and selects it, and tells t
   CHECK(told == Lines{folder / "music", folder / "music/deep"});
 }
 
+TEST_CASE("A folder that the tree has read already is selected at once") {
+  const fakes::TempFolder folder;
+  folder.write("a/x", "");
+  folder.write("b/x", "");
+  trial::Shown shown;
+  auto& tree = shown.widget<QTreeView>("FT1");
+  shown.form->FT1.SetSelectedFolder(folder / "a");
+  REQUIRE(comesTrue([&] { return selectedPath(tree) == folder / "a"; }));
+  shown.form->FT1.SetSelectedFolder(folder / "b");
+  CHECK(selectedPath(tree) == folder / "b");
+}
+
 TEST_CASE("At first the tree shows the home folder opened and nothing selected, and the home folder can be chosen") {
   trial::Shown shown;
   auto& tree = shown.widget<QTreeView>("FT1");
