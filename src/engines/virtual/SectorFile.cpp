@@ -1,5 +1,6 @@
 #include "engines/virtual/SectorFile.h"
 
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -45,6 +46,8 @@ void SectorFile::flush() {
   const std::size_t written = writeAt(file_, gathered_, position_);
   position_ += static_cast<std::int64_t>(written);
   if (written != gathered_.size()) throw writeFailure(position_ / sectorBytes_, errno);
+  // The disk begins at once, so that the end has little to wait for. A failure is told there.
+  ::sync_file_range(file_.get(), position_ - std::ssize(gathered_), std::ssize(gathered_), SYNC_FILE_RANGE_WRITE);
   gathered_.clear();
 }
 

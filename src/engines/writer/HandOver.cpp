@@ -101,6 +101,7 @@ void HandOver::take(std::span<std::byte> sectors, const std::stop_token& stop) {
     if (taken_ != chunk.size()) continue;
     ready_ -= chunk.size();
     taken_ = 0;
+    spare_.give(std::move(chunks_.front()));
     chunks_.pop_front();
     changed_.notify_all();
   }

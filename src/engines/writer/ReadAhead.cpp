@@ -8,6 +8,7 @@
 
 #include "engines/ground/Blocks.h"
 #include "engines/ground/EngineError.h"
+#include "engines/writer/SpareChunks.h"
 
 namespace trackloom::engines::writer {
 
@@ -35,6 +36,7 @@ struct ReadAhead::Work {
   Opener open;
   std::shared_ptr<SourcesInUse> inUse;
   DecodedTracks decoded{lengthsOf(tracks)};
+  SpareChunks spare{};
 
   void decodeTracks(const std::stop_token& stop);
   void decode(std::size_t track, const std::stop_token& stop);
@@ -60,7 +62,7 @@ void ReadAhead::Work::decode(std::size_t track, const std::stop_token& stop) {
   const auto stream = open(track);
   for (std::size_t left = bytesOf(tracks[track]); left != 0;) {
     if (stop.stop_requested()) throw Stopped();
-    DecodedTracks::Chunk chunk(std::min(left, chunkBytes));
+    DecodedTracks::Chunk chunk = spare.take(std::min(left, chunkBytes));
     chunk.resize(stream->read(chunk));
     if (chunk.empty()) throw EngineError(ErrorKind::File, 0, "a track ends before its last block");
     left -= chunk.size();
@@ -80,7 +82,7 @@ void ReadAhead::read(std::span<std::byte> sectors) {
   while (!sectors.empty()) {
     if (stop_.stop_requested()) throw Stopped();
     if (handedOut_ == chunk_.size()) {
-      chunk_ = work_->decoded.take(stop_);
+      work_->spare.give(std::exchange(chunk_, work_->decoded.take(stop_)));
       handedOut_ = 0;
     }
     const std::size_t count = std::min(sectors.size(), chunk_.size() - handedOut_);

@@ -82,7 +82,7 @@ void Reading::handOverTrack(std::int16_t track) {
   SectorSource& source = cache_ ? static_cast<SectorSource&>(*cache_) : *opened_.sectors;
   for (std::int64_t left = blocksOf(track); left != 0;) {
     const std::int64_t step = std::min(left, sectorsAtOnce);
-    std::vector<std::byte> sectors(static_cast<std::size_t>(step) * order_.sectorBytes);
+    std::vector<std::byte> sectors = handOver_.room(static_cast<std::size_t>(step) * order_.sectorBytes);
     source.read(sectors);
     left -= step;
     handOver_.put(std::move(sectors), source.bufferPercent(), stop_);
