@@ -174,6 +174,18 @@ TEST_CASE("A source that shrinks while it is read is an error at once") {
   CHECK(failureOf([&] { reading.from(length - 1); }) == file.path().text + ": changed while it was being recorded");
 }
 
+TEST_CASE("What was read before a piece failed is not mixed up with it") {
+  const NotedFile file;
+  SourceReading reading(file.source);
+  std::vector<std::uint8_t> bytes(10);
+  REQUIRE(reading.readAt(0, bytes) == bytes.size());
+  REQUIRE(::truncate(file.path().text.c_str(), 150'000) == 0);
+  file.write(std::string(100'000, 'a') + std::string(50'000, 'b'));
+  CHECK_THROWS_AS(reading.readAt(140'000, bytes), EngineError);
+  REQUIRE(reading.readAt(0, bytes) == bytes.size());
+  CHECK(bytes == std::vector<std::uint8_t>(10, 'a'));
+}
+
 TEST_CASE("A second reading is held to the bytes of the first, whatever the times say") {
   const NotedFile file;
   SourceReading first(file.source);
