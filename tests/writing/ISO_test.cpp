@@ -170,6 +170,28 @@ TEST_CASE("A second image starts from an empty dialog and an empty queue of its 
   CHECK(machine.cdr1().DataQueueBlocks() == queued);
 }
 
+TEST_CASE(
+    "The dialog that the writing of an image brought into being is the one that opens, with its bar as it was left") {
+  Imaging machine;
+  machine.record();
+  machine.mod().IsoWriteActive = true;
+  machine.cdr1().events.OnTrackCacheStart(1, 700);
+  machine.cdr1().events.OnCacheProgress(300);
+  const frmISO* const hidden = &machine.program().forms().writing.frmISO.get();
+  machine.expectDone();
+  machine.cdr1().events.OnOperationComplete();
+  machine.createImage([&](frmISO& form) {
+    CHECK(&form == hidden);
+    CHECK(form.pbCache.Max() == 700);
+    CHECK(form.pbCache.Value() == 300);
+    form.cmdCancel.click();
+  });
+  machine.createImage([](frmISO& form) {
+    CHECK(form.pbCache.Value() == 0);
+    form.cmdCancel.click();
+  });
+}
+
 TEST_CASE("Close withdraws the work, and the close box leaves it as it was") {
   Imaging machine;
   for (const bool button : {true, false}) {
