@@ -12,6 +12,7 @@
 #include "desktop/QtEvents.h"
 #include "desktop/QtFileDialogs.h"
 #include "desktop/QtMessageBoxes.h"
+#include "desktop/SessionWakefulness.h"
 #include "engines/ground/EngineSettings.h"
 #include "engines/virtual/FolderShelf.h"
 #include "engines/virtual/VirtualRecorders.h"
@@ -59,9 +60,9 @@ constexpr std::chrono::milliseconds SplashIsSeen{100};
     engines::explainEngineSettings(programFolder);
     engines::saveKnownDrives(programFolder, drives);
   };
-  engines::writer::DiscWriters writers(engines::inKnownOrder(drives, present),
-                                       std::make_shared<engines::audio::AudioFiles>(), events, patience,
-                                       {settings.pause, HostPath(ScratchFolder), settings.verify});
+  engines::writer::DiscWriters writers(
+      engines::inKnownOrder(drives, present), std::make_shared<engines::audio::AudioFiles>(), events, patience,
+      {settings.pause, HostPath(ScratchFolder), settings.verify, std::make_shared<SessionWakefulness>()});
   desk.setFailureDetail(writers.failureDetail());
   Program program(desk,
                   {boxes, files, folders, pump, process, writers, opener, help, commonControls, systemSeparators()});

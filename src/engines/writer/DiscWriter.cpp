@@ -191,14 +191,21 @@ std::shared_ptr<OperationEvents> DiscWriter::newOperation(DeviceWords deviceWord
   return operation_;
 }
 
+Wakefulness::Hold DiscWriter::stayAwake(const std::string& why) const {
+  return parts_->wakefulness ? parts_->wakefulness->stayAwake(why) : nullptr;
+}
+
 void DiscWriter::start(const std::shared_ptr<OperationEvents>& events, Job::Operation operation,
                        void (OperationEvents::*done)()) {
   const auto tell = [events, done](const Outcome& outcome) {
     if (std::holds_alternative<Done>(outcome)) (*events.*done)();
     if (const auto* error = std::get_if<EngineError>(&outcome)) events->fail(*error);
   };
+  // The operation's own thread keeps the hold until the drive is free.
+  const auto awake = [operation = std::move(operation),
+                      hold = stayAwake("A disc is being written")](const std::stop_token& stop) { operation(stop); };
   try {
-    job_.emplace(std::move(operation), tell);
+    job_.emplace(awake, tell);
   } catch (const std::system_error& error) {
     events->fail({ErrorKind::WriteBuffer, 0, error.what()});
   }
@@ -297,6 +304,7 @@ bool DiscWriter::WriteIsoImage(const HostPath& image) {
 bool DiscWriter::CreateIsoImage(const HostPath& image) {
   CDWriterEvents& listener = listener_;
   words_->last->forget();
+  const auto awake = stayAwake("An image file is being written");
   const auto events = std::make_shared<EventsInCall>();
   const LetGo letGo;
   std::thread([events, image, entries = dataQueue_.entries(), label = settings_.volumeLabel, refusal = unreadableFile_,

@@ -126,6 +126,7 @@ class DiscWriter final : public CDWriterXP {
   DiscState requireDisc() const;
   bool refused(const EngineError& error);
   void startWrite(const std::shared_ptr<OperationEvents>& events, WriteRequest request);
+  Wakefulness::Hold stayAwake(const std::string& why) const;
   void start(const std::shared_ptr<OperationEvents>& events, Job::Operation operation, void (OperationEvents::*done)());
 
   std::shared_ptr<const WriterParts> parts_;

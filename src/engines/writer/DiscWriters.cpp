@@ -7,14 +7,25 @@
 
 namespace trackloom::engines::writer {
 
+namespace {
+
+std::shared_ptr<const WriterParts> partsOf(RecorderList recorders, std::shared_ptr<audio::AudioFiles> audioFiles,
+                                           EventQueue& events, Patience& patience, WriterSettings settings) {
+  const auto sound = [audioFiles](std::vector<std::shared_ptr<Source>> tracks) {
+    return audioSource(audioFiles, std::move(tracks));
+  };
+  auto parts =
+      std::make_shared<WriterParts>(WriterParts{std::move(recorders), audioFiles, sound, events, settings.pause,
+                                                std::move(settings.scratchFolder), settings.verified, patience});
+  parts->wakefulness = std::move(settings.wakefulness);
+  return parts;
+}
+
+}  // namespace
+
 DiscWriters::DiscWriters(RecorderList recorders, std::shared_ptr<audio::AudioFiles> audioFiles, EventQueue& events,
                          Patience& patience, WriterSettings settings)
-    : parts_(std::make_shared<const WriterParts>(WriterParts{std::move(recorders), audioFiles,
-                                                             [audioFiles](std::vector<std::shared_ptr<Source>> tracks) {
-                                                               return audioSource(audioFiles, std::move(tracks));
-                                                             },
-                                                             events, settings.pause, std::move(settings.scratchFolder),
-                                                             settings.verified, patience})) {}
+    : parts_(partsOf(std::move(recorders), std::move(audioFiles), events, patience, std::move(settings))) {}
 
 const FailureDetail& DiscWriters::failureDetail() const {
   return *parts_->lastFailure;

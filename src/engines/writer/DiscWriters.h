@@ -9,6 +9,7 @@
 #include "ports/EventQueue.h"
 #include "ports/FailureDetail.h"
 #include "ports/Patience.h"
+#include "ports/Wakefulness.h"
 
 namespace trackloom::engines::writer {
 
@@ -21,6 +22,8 @@ struct WriterSettings {
   HostPath scratchFolder;
   /// Whether every sector of a real write is read back and compared before its success is told.
   bool verified = false;
+  /// Asked to keep the computer awake while an operation or an image file is under way; null: nobody is asked.
+  std::shared_ptr<Wakefulness> wakefulness = nullptr;
 };
 
 /// Makes writer engines that share the machine's recorders and what was learned of its audio files.

@@ -11,6 +11,7 @@
 #include "engines/writer/Reader.h"
 #include "ports/EventQueue.h"
 #include "ports/Patience.h"
+#include "ports/Wakefulness.h"
 #include "runtime/Aside.h"
 
 namespace trackloom::engines::writer {
@@ -34,6 +35,8 @@ struct WriterParts {
   std::shared_ptr<Aside> aside =
       std::make_shared<Aside>([&waiter = patience](const Aside::Wait& wait) { waiter.until(wait); });
   std::shared_ptr<LastFailure> lastFailure = std::make_shared<LastFailure>();
+  /// Null: nobody keeps the computer awake.
+  std::shared_ptr<Wakefulness> wakefulness = nullptr;
 };
 
 }  // namespace trackloom::engines::writer

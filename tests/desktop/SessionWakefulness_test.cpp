@@ -1,0 +1,194 @@
+#include "desktop/SessionWakefulness.h"
+
+#include <poll.h>
+#include <unistd.h>
+
+#include <QDBusArgument>
+#include <QDBusMessage>
+#include <QDBusObjectPath>
+#include <QDBusUnixFileDescriptor>
+#include <QDBusVirtualObject>
+#include <QProcess>
+#include <QtTest/QTest>
+#include <array>
+#include <atomic>
+#include <catch2/catch.hpp>
+#include <vector>
+
+#include "runtime/FileDescriptor.h"
+
+namespace trackloom {
+
+namespace {
+
+using Lines = std::vector<std::string>;
+
+/// Buses wake up slowly on a machine at work.
+template <class Condition>
+bool comes(Condition condition) {
+  return QTest::qWaitFor(condition, 30000);
+}
+
+/// A bus of its own.
+class Daemon {
+ public:
+  Daemon() {
+    process_.start("dbus-daemon", {"--session", "--nofork", "--print-address"});
+    REQUIRE(process_.waitForReadyRead());
+    address_ = QString::fromUtf8(process_.readLine()).trimmed();
+  }
+  ~Daemon() {
+    process_.kill();
+    process_.waitForFinished();
+  }
+  QDBusConnection connect(const QString& name) const { return QDBusConnection::connectToBus(address_, name); }
+
+ private:
+  QProcess process_;
+  QString address_;
+};
+
+/// The login manager and the portal, which write down what they are asked and what still stands.
+class Desktop final : public QDBusVirtualObject {
+ public:
+  explicit Desktop(const Daemon& daemon) : bus_(daemon.connect("desktop")) {
+    REQUIRE(bus_.registerVirtualObject("/", this, QDBusConnection::SubPath));
+    REQUIRE(bus_.registerService("org.freedesktop.login1"));
+    REQUIRE(bus_.registerService("org.freedesktop.portal.Desktop"));
+  }
+  ~Desktop() override { QDBusConnection::disconnectFromBus("desktop"); }
+
+  Lines asked;
+  int portalHolds = 0;
+  bool refuses = false;
+
+  /// The files that the login manager gave away and that nobody has closed yet.
+  int loginHolds() {
+    int open = 0;
+    for (const FileDescriptor& end : ends_) {
+      pollfd look{end.get(), POLLIN, 0};
+      if (poll(&look, 1, 0) == 0) ++open;
+    }
+    return open;
+  }
+
+  QString introspect(const QString& /*path*/) const override { return {}; }
+  bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override {
+    note(message);
+    connection.send(refuses ? message.createErrorReply(QDBusError::AccessDenied, "no") : answer(message));
+    return true;
+  }
+
+ private:
+  void note(const QDBusMessage& message) {
+    std::string words = message.interface().toStdString() + "." + message.member().toStdString();
+    for (const QVariant& argument : message.arguments())
+      words += argument.canConvert<QDBusArgument>()
+                   ? " " + qdbus_cast<QVariantMap>(argument).value("reason").toString().toStdString()
+                   : " " + argument.toString().toStdString();
+    asked.push_back(words);
+  }
+  QDBusMessage answer(const QDBusMessage& message) {
+    if (message.member() == "Close") --portalHolds;
+    if (message.member() == "Close") return message.createReply();
+    if (message.interface().contains("portal")) {
+      ++portalHolds;
+      return message.createReply(QVariant::fromValue(QDBusObjectPath("/request/1")));
+    }
+    std::array<int, 2> pipe{};
+    REQUIRE(::pipe(pipe.data()) == 0);
+    ends_.emplace_back(pipe[0]);
+    const FileDescriptor given(pipe[1]);
+    return message.createReply(QVariant::fromValue(QDBusUnixFileDescriptor(given.get())));
+  }
+
+  QDBusConnection bus_;
+  std::vector<FileDescriptor> ends_;
+};
+
+/// The program's side of both buses, which are one here.
+struct Session {
+  Session() {
+    QDBusConnection bus = daemon.connect("program");
+    wakefulness.emplace([bus] { return bus; }, [bus] { return bus; });
+  }
+  ~Session() { QDBusConnection::disconnectFromBus("program"); }
+
+  Daemon daemon;
+  Desktop desktop{daemon};
+  std::optional<SessionWakefulness> wakefulness;
+
+  bool stand(int holds) {
+    return comes([&] { return desktop.loginHolds() == holds && desktop.portalHolds == holds; });
+  }
+};
+
+}  // namespace
+
+TEST_CASE("While a hold is kept, the session is asked neither to sleep nor to end, and then no more") {
+  Session session;
+  auto hold = session.wakefulness->stayAwake("A disc is being written");
+  REQUIRE(session.stand(1));
+  CHECK(session.desktop.asked == Lines{"org.freedesktop.login1.Manager.Inhibit sleep:shutdown:idle Trackloom A disc "
+                                       "is being written block",
+                                       "org.freedesktop.portal.Inhibit.Inhibit  13 A disc is being written"});
+  hold.reset();
+  CHECK(session.stand(0));
+  CHECK(session.desktop.asked.size() == 3);
+}
+
+TEST_CASE("Two holds stand side by side, and each ends by itself") {
+  Session session;
+  auto first = session.wakefulness->stayAwake("one");
+  auto second = session.wakefulness->stayAwake("two");
+  REQUIRE(session.stand(2));
+  first.reset();
+  REQUIRE(session.stand(1));
+  second.reset();
+  CHECK(session.stand(0));
+}
+
+TEST_CASE("A hold that ends at once leaves nothing behind, however late the answers come") {
+  Session session;
+  for (int turn = 0; turn < 20; ++turn) session.wakefulness->stayAwake("one").reset();
+  const auto last = session.wakefulness->stayAwake("two");
+  CHECK(session.stand(1));
+}
+
+TEST_CASE("A session that says no, and a machine without a bus, change nothing") {
+  Session session;
+  session.desktop.refuses = true;
+  session.wakefulness->stayAwake("one").reset();
+  auto hold = session.wakefulness->stayAwake("two");
+  REQUIRE(comes([&] { return session.desktop.asked.size() >= 2; }));
+  hold.reset();
+  QTest::qWait(50);
+  CHECK(session.desktop.portalHolds == 0);
+  const auto none = [] { return QDBusConnection::connectToBus("unix:path=/nowhere/at/all", "none"); };
+  SessionWakefulness(none, none).stayAwake("three").reset();
+  QTest::qWait(50);
+  QDBusConnection::disconnectFromBus("none");
+}
+
+TEST_CASE("A bus that does not answer holds up neither the work nor its end") {
+  std::atomic<bool> open = false;
+  std::atomic<int> asked = 0;
+  const auto deaf = [&] {
+    ++asked;
+    while (!open) QTest::qSleep(1);
+    return QDBusConnection::connectToBus("unix:path=/nowhere/at/all", "deaf");
+  };
+  {
+    SessionWakefulness wakefulness(deaf, deaf);
+    auto hold = wakefulness.stayAwake("one");
+    REQUIRE(comes([&] { return asked == 1; }));
+    hold.reset();
+    CHECK_FALSE(open);
+  }
+  open = true;
+  CHECK(comes([&] { return asked == 2; }));
+  QTest::qWait(50);
+  QDBusConnection::disconnectFromBus("deaf");
+}
+
+}  // namespace trackloom
