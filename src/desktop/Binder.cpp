@@ -1,5 +1,6 @@
 #include "desktop/Binder.h"
 
+#include <QAccessible>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QGroupBox>
@@ -38,6 +39,7 @@
 #include "desktop/QtDesk.h"
 #include "desktop/Shown.h"
 #include "desktop/TextTie.h"
+#include "desktop/ToldBar.h"
 #include "desktop/Wheel.h"
 
 namespace trackloom {
@@ -201,6 +203,14 @@ void Binder::visit(Frame& control) {
   follow(control, *box, [&control, box] { box->setTitle(shown(control.Caption.get())); });
 }
 
+/// A label that tells what happens now is heard at each new text.
+void showText(QLabel& label, const QString& text) {
+  if (label.text() == text) return;
+  label.setText(text);
+  QAccessibleEvent heard(&label, QAccessible::Alert);
+  if (label.property("told").toBool() && !text.isEmpty()) QAccessible::updateAccessibility(&heard);
+}
+
 void Binder::visit(Label& control) {
   auto* label = find<QLabel>(control);
   if (label == nullptr) return;
@@ -208,7 +218,7 @@ void Binder::visit(Label& control) {
   follow(control, *label, [&control, label] {
     // Only a label that leads to a widget knows access keys.
     const std::string& caption = control.Caption;
-    label->setText(label->buddy() == nullptr ? foldCaption(caption) : shown(caption));
+    showText(*label, label->buddy() == nullptr ? foldCaption(caption) : shown(caption));
   });
 }
 
@@ -235,10 +245,14 @@ void Binder::visit(PictureBox& control) {
 void Binder::visit(ProgressBarEx& control) {
   auto* bar = find<QProgressBar>(control);
   if (bar == nullptr) return;
-  follow(control, *bar, [&control, bar] {
+  auto* told = dynamic_cast<ToldBar*>(bar);
+  follow(control, *bar, [&control, bar, told] {
     // An empty range would show a bar that never rests.
     bar->setRange(0, std::max(control.Max(), 1));
-    bar->setValue(control.Value());
+    if (told == nullptr)
+      bar->setValue(control.Value());
+    else
+      told->showStep(control.Value());
   });
 }
 

@@ -30,6 +30,9 @@ constexpr int ActivationPatience = 100;
 Qt::WindowFlags flagsOf(const QWidget& window) {
   if (window.property("frameless").toBool()) return Qt::SplashScreen | Qt::FramelessWindowHint;
   if (!window.inherits("QDialog")) return window.windowFlags();
+  if (window.property("ownEntry").toBool())
+    return Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
+           Qt::WindowMinimizeButtonHint | Qt::WindowCloseButtonHint;
   return Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
          Qt::WindowCloseButtonHint;
 }

@@ -1,6 +1,7 @@
 #include "desktop/QtDesk.h"
 
 #include <QApplication>
+#include <QTimer>
 #include <algorithm>
 
 #include "controls/Control.h"
@@ -11,13 +12,18 @@ namespace trackloom {
 
 namespace {
 
+void askForAttention(QWidget& window) {
+  QApplication::alert(&window);
+}
+
 void runUntrapped(const std::function<void()>& event) noexcept {
   event();
 }
 
 }  // namespace
 
-QtDesk::QtDesk(const std::vector<FaceDesign>& designs) : designs_(designs), trap_(runUntrapped) {
+QtDesk::QtDesk(const std::vector<FaceDesign>& designs)
+    : designs_(designs), trap_(runUntrapped), attention_(askForAttention) {
   QApplication::setQuitOnLastWindowClosed(false);
 }
 
@@ -110,7 +116,17 @@ void QtDesk::hide(Form& form) {
 void QtDesk::discard(Form& form) {
   std::erase(shown_, &form);
   const auto gone = faces_.extract(&form);
-  if (!gone.empty()) gone.mapped()->cut();
+  if (gone.empty()) return;
+  // Work that has a window of its own on the desktop is over.
+  if (gone.mapped()->window().property("ownEntry").toBool()) callUser();
+  gone.mapped()->cut();
+}
+
+void QtDesk::callUser() {
+  if (QApplication::activeWindow() != nullptr) return;
+  QTimer::singleShot(0, &loop_, [this] {
+    if (QWidget* front = frontWindow()) attention_(*front);
+  });
 }
 
 void QtDesk::repaint(Control& control) {

@@ -74,6 +74,13 @@ class QtDesk final : public FormHost {
   void repaint(Control& control) override;
   void repaint(Form& form) override;
 
+  /// How a window asks for the attention of a user who works elsewhere.
+  using Attention = std::function<void(QWidget& window)>;
+  void setAttention(Attention attention) { attention_ = std::move(attention); }
+  /// Where no window of the process is the active one, the window that then stands in front asks for attention, as soon
+  /// as what happens now is over.
+  void callUser();
+
   /// Null: the form has no window yet, or is gone.
   QWidget* window(const Form& form) const;
   /// What a box stands before: the window that the user works in, or the last one shown that still is; null when none
@@ -92,6 +99,7 @@ class QtDesk final : public FormHost {
   Family family_;
   const FailureDetail* failureDetail_ = nullptr;
   Trap trap_;
+  Attention attention_;
   Extras extras_ = [](const std::string& /*form*/, QWidget& /*window*/) {};
   std::unordered_map<const Form*, std::shared_ptr<Face>> faces_;
   std::unordered_map<std::string, std::unique_ptr<QWidget>> prepared_;

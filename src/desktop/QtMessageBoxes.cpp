@@ -128,6 +128,7 @@ BoxAnswer QtMessageBoxes::show(const MessageBox& box) {
   Box shown(box, before);
   desk_.family().join(shown, before);
   const Family::Turn turn(desk_.family(), shown, before);
+  desk_.callUser();
   return answerOf(shown.exec());
 }
 

@@ -94,7 +94,11 @@ Lines problemsWith(Add /*add*/) {
 
 }  // namespace
 
-TEST_CASE("The splash has no frame, dialogs have a title and a close box alone, and main windows have everything") {
+// A window of a kind that is no dialog's is not told to the window system as belonging to another one, so it has an
+// entry of its own on the desktop.
+TEST_CASE(
+    "The splash has no frame, dialogs have a title and a close box alone, the recording's window minimises beside the "
+    "others, and main windows have everything") {
   const trial::AllForms forms;
   for (const auto& form : forms.all) {
     INFO(form->name());
@@ -104,6 +108,9 @@ TEST_CASE("The splash has no frame, dialogs have a title and a close box alone, 
       CHECK(flags == (Qt::SplashScreen | Qt::FramelessWindowHint));
     else if (form->name() == "frmListing" || form->name() == "frmRipMain")
       CHECK((flags & Qt::WindowMinMaxButtonsHint) == Qt::WindowMinMaxButtonsHint);
+    else if (form->name() == "frmStatus")
+      CHECK(flags == (Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
+                      Qt::WindowMinimizeButtonHint | Qt::WindowCloseButtonHint));
     else
       CHECK(flags == (Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
                       Qt::WindowCloseButtonHint));
