@@ -9,6 +9,7 @@
 #include "YieldingDesk.h"
 #include "engines/writer/DiscWriters.h"
 #include "engines/writer/FakeWrite.h"
+#include "fakes/FakeDrives.h"
 #include "fakes/FakeFolderListing.h"
 #include "fakes/FakePatience.h"
 #include "fakes/FakeWorld.h"
@@ -52,7 +53,6 @@ double addingTime(const std::vector<std::string>& files) {
   fakes::TempFolder folder;
   folder.write("NoShow.dat", "");
   fuzz::YieldingDesk desk;
-  fakes::FakeFileDialogs fileDialogs;
   fakes::FakePump pump;
   fakes::FakeProcess process;
   process.folder = folder.path();
@@ -60,12 +60,13 @@ double addingTime(const std::vector<std::string>& files) {
   fakes::FakeHelp help;
   fakes::FakeCommonControls commonControls;
   fakes::FakeFolderListing folders;
+  fakes::FakeDrives drives;
   NoEvents events;
   fakes::FakePatience patience;
   engines::writer::DiscWriters writers({std::make_shared<engines::writer::FakeRecorder>()},
                                        std::make_shared<engines::audio::AudioFiles>(), events, patience, {});
   Program program(desk,
-                  {desk, fileDialogs, folders, pump, process, writers, opener, help, commonControls, Separators{}});
+                  {desk, desk, folders, drives, pump, process, writers, opener, help, commonControls, Separators{}});
   program.start();
   program.forms().shell.frmOpen->Timer1.tick();
   program.session().frmListing().activated();

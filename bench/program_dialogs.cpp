@@ -19,6 +19,7 @@
 #include "desktop/QtMessageBoxes.h"
 #include "engines/virtual/VirtualRecorders.h"
 #include "engines/writer/DiscWriters.h"
+#include "fakes/FakeDrives.h"
 #include "fakes/FakeWorld.h"
 #include "fakes/TempFolder.h"
 #include "shell/Program.h"
@@ -86,7 +87,7 @@ class Desktop {
     writers_.emplace(engines::virtualrecorder::findVirtualRecorders(HostPath(home)),
                      std::make_shared<engines::audio::AudioFiles>(), events_, patience_,
                      engines::writer::WriterSettings{0, HostPath(home)});
-    program_.emplace(desk_, Ports{boxes_, dialogs_, folders_, pump_, process_, *writers_, opener_, help_,
+    program_.emplace(desk_, Ports{boxes_, dialogs_, folders_, drives_, pump_, process_, *writers_, opener_, help_,
                                   commonControls_, Separators{}});
     desk_.setTrap([this](const std::function<void()>& event) { program_->run(event); });
     program_->start();
@@ -132,6 +133,7 @@ class Desktop {
   QtMessageBoxes boxes_{desk_};
   QtFileDialogs dialogs_{desk_};
   FolderLister folders_{events_, patience_};
+  fakes::FakeDrives drives_;
   fakes::FakeProcess process_;
   fakes::FakeOpener opener_;
   fakes::FakeHelp help_;

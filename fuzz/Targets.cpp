@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "YieldingDesk.h"
+#include "fakes/FakeDrives.h"
 #include "fakes/FakeFolderListing.h"
 #include "fakes/FakeWorld.h"
 #include "fakes/FakeWriter.h"
@@ -70,8 +71,8 @@ class Installation {
 
  private:
   void start() {
-    program_ = std::make_unique<Program>(desk_, Ports{desk_, files_, folders_, pump_, process_, engines_, opener_,
-                                                      help_, commonControls_, Separators{}});
+    program_ = std::make_unique<Program>(desk_, Ports{desk_, desk_, folders_, drives_, pump_, process_, engines_,
+                                                      opener_, help_, commonControls_, Separators{}});
     program_->start();
     program_->forms().shell.frmOpen->Timer1.tick();
     program_->session().frmListing().activated();
@@ -85,8 +86,8 @@ class Installation {
   fakes::FakeOpener opener_;
   fakes::FakeHelp help_;
   fakes::FakeCommonControls commonControls_;
-  fakes::FakeFileDialogs files_;
   fakes::FakeFolderListing folders_;
+  fakes::FakeDrives drives_;
   std::unique_ptr<Program> program_;
 };
 

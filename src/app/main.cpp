@@ -13,6 +13,7 @@
 #include "desktop/QtFileDialogs.h"
 #include "desktop/QtMessageBoxes.h"
 #include "desktop/SessionWakefulness.h"
+#include "engines/drives/LinuxDrives.h"
 #include "engines/ground/EngineSettings.h"
 #include "engines/virtual/FolderShelf.h"
 #include "engines/virtual/VirtualRecorders.h"
@@ -45,6 +46,7 @@ constexpr std::chrono::milliseconds SplashIsSeen{100};
   QtMessageBoxes boxes(desk);
   QtFileDialogs files(desk);
   FolderLister folders(events, patience);
+  engines::drives::LinuxDrives hardDrives(patience);
   LinuxProcess process;
   DesktopOpener opener;
   NoHelpViewer help;
@@ -64,8 +66,8 @@ constexpr std::chrono::milliseconds SplashIsSeen{100};
       engines::inKnownOrder(drives, present), std::make_shared<engines::audio::AudioFiles>(), events, patience,
       {settings.pause, HostPath(ScratchFolder), settings.verify, std::make_shared<SessionWakefulness>()});
   desk.setFailureDetail(writers.failureDetail());
-  Program program(desk,
-                  {boxes, files, folders, pump, process, writers, opener, help, commonControls, systemSeparators()});
+  Program program(desk, {boxes, files, folders, hardDrives, pump, process, writers, opener, help, commonControls,
+                         systemSeparators()});
   PanelDoor panelDoor(engines::virtualrecorder::shelvesOf(programFolder, present), opener,
                       [&desk] { return desk.failureDetail(); });
   desk.setExtras([&panelDoor](const std::string& form, QWidget& window) {

@@ -2,6 +2,7 @@
 
 #include "ports/CDWriterXP.h"
 #include "ports/CommonControls.h"
+#include "ports/Drives.h"
 #include "ports/EventPump.h"
 #include "ports/FileDialogs.h"
 #include "ports/FolderListing.h"
@@ -18,6 +19,7 @@ struct Ports {
   MessageBoxes& boxes;
   FileDialogs& files;
   FolderListing& folders;
+  Drives& drives;
   EventPump& pump;
   Process& process;
   WriterEngines& writers;

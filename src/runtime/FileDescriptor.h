@@ -27,6 +27,8 @@ class FileDescriptor {
 
   explicit operator bool() const { return descriptor_ >= 0; }
   int get() const { return descriptor_; }
+  /// Somebody else closes it from now on.
+  int release() { return std::exchange(descriptor_, -1); }
 
   /// Opens a file for one who never waits, as a pipe in the place of a file would have it; a file that the flags make
   /// has what the user's mask leaves of `permissions`. Throws RuntimeError.

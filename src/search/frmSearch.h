@@ -1,5 +1,8 @@
 #pragma once
 
+#include <string>
+#include <vector>
+
 #include "controls/Button.h"
 #include "controls/ComboBox.h"
 #include "controls/Form.h"
@@ -9,10 +12,12 @@
 
 namespace trackloom {
 
+class Batch;
 struct Session;
 struct SearchForms;
 
-/// Searches the hard drives for audio files, and adds the checked ones to the open layout.
+/// Searches the hard drives for audio files, and adds the checked ones to the open layout. While it searches, the
+/// caption of cmdStart says so, and nothing but that button ends the search.
 class frmSearch final : public Form {
  public:
   frmSearch(Session& session, SearchForms& forms);
@@ -32,10 +37,28 @@ class frmSearch final : public Form {
   Button cmdCancel{*this, "cmdCancel", "&Close"};
   Button cmdHelp{*this, "cmdHelp", "&Help"};
 
+  /// The roots of the drives that are searched, as they were when the window was opened.
+  std::vector<std::string> HardDrives;
+
  private:
   void Load() override;
+  bool QueryUnload(CloseReason reason) override { return reason == CloseReason::Program || !searching(); }
+  void findHardDrives();
+  bool searching() const;
+  void cmdStart_Click();
+  void beginSearch();
+  void searchDrives();
+  void tellResult();
+  /// The buttons that lead out of the window, and the choice of the file type.
+  void allowLeaving(bool allowed);
+  void allowAdding(bool allowed);
+  void checkAll(bool checked);
+  void cmdOK_Click();
+  /// True: the whole list was gone through, false: the layout was full.
+  bool addChecked(const Batch& batch);
 
   Session& session_;
+  SearchForms& forms_;
 };
 
 }  // namespace trackloom

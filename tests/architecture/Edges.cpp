@@ -40,6 +40,7 @@ const std::vector<Folder>& folders() {
       {"engines/ground", Outside::Library, {"runtime", "ports"}},
       {"engines/disc", Outside::Library, {"runtime", "ports", "engines/ground"}},
       {"engines/audio", Outside::Library, {"runtime", "ports", "engines/ground"}},
+      {"engines/drives", Outside::Host, {"runtime", "ports"}},
       {"engines/virtual", Outside::Library, {"runtime", "ports", "engines/ground", "engines/disc"}},
       {"engines/writer", Outside::Library, {"runtime", "ports", "engines/ground", "engines/disc", "engines/audio"}},
       {"engines/ripper", Outside::Library, {"runtime", "ports", "engines/ground", "engines/disc"}},

@@ -6,8 +6,8 @@
 namespace trackloom::trial {
 
 LiveProgram::LiveProgram(Separators signs)
-    : program(desk,
-              Ports{boxes, files, folders, pump, process, engines, opener, help, commonControls, std::move(signs)}) {
+    : program(desk, Ports{boxes, files, folders, drives, pump, process, engines, opener, help, commonControls,
+                          std::move(signs)}) {
   process.folder = folder.path();
   desk.setTrap([this](const std::function<void()>& event) {
     try {

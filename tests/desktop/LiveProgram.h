@@ -10,6 +10,7 @@
 #include "desktop/QtFileDialogs.h"
 #include "desktop/QtMessageBoxes.h"
 #include "desktop/User.h"
+#include "fakes/FakeDrives.h"
 #include "fakes/FakeFolderListing.h"
 #include "fakes/FakeWorld.h"
 #include "fakes/FakeWriter.h"
@@ -28,6 +29,7 @@ class LiveProgram {
   fakes::FakeProcess process;
   QtEventPump pump;
   fakes::FakeFolderListing folders;
+  fakes::FakeDrives drives;
   fakes::FakeOpener opener;
   fakes::FakeHelp help;
   fakes::FakeCommonControls commonControls;

@@ -10,8 +10,8 @@ Machine::Machine() {
 
 void Machine::showSplash() {
   engines.restart();
-  program_ = std::make_unique<Program>(
-      desk, Ports{desk, desk, folders, pump, process, writers(), opener, help, commonControls, Separators{}});
+  program_ = std::make_unique<Program>(desk, Ports{desk, desk, folders, hardDrives(), pump, process, writers(), opener,
+                                                   help, commonControls, Separators{}});
   program_->start();
 }
 

@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 
+#include "fakes/FakeDrives.h"
 #include "fakes/FakeFolderListing.h"
 #include "fakes/FakeWorld.h"
 #include "fakes/FakeWriter.h"
@@ -26,6 +27,7 @@ class Machine {
   FakeProcess process;
   FakePump pump;
   FakeFolderListing folders;
+  FakeDrives drives;
   FakeOpener opener;
   FakeHelp help;
   FakeCommonControls commonControls;
@@ -61,6 +63,7 @@ class Machine {
  protected:
   /// The engines of a program that is being started.
   virtual WriterEngines& writers() { return engines; }
+  virtual Drives& hardDrives() { return drives; }
   /// For engines that go before the machine does.
   void forgetProgram() { program_.reset(); }
 

@@ -10,6 +10,7 @@
 #include "controls/TabStrip.h"
 #include "controls/TextBox.h"
 #include "controls/VScrollBar.h"
+#include "fakes/FakeDrives.h"
 #include "fakes/FakeFolderListing.h"
 #include "fakes/FakeWorld.h"
 #include "fakes/FakeWriter.h"
@@ -251,8 +252,9 @@ class Monkey final : public FormHost, public MessageBoxes, public FileDialogs, p
   FakeHelp help_;
   FakeCommonControls commonControls_;
   fakes::FakeFolderListing folders_;
-  Program program_{
-      *this, Ports{*this, *this, folders_, *this, process_, engines_, opener_, help_, commonControls_, Separators{}}};
+  fakes::FakeDrives drives_;
+  Program program_{*this, Ports{*this, *this, folders_, drives_, *this, process_, engines_, opener_, help_,
+                                commonControls_, Separators{}}};
   std::vector<std::string> files_;
   std::vector<Form*> shown_;
   std::vector<Form*> modals_;
