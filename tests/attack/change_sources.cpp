@@ -89,24 +89,31 @@ void harm(const std::string& path, const std::string& other, unsigned way) {
 class Attack {
  public:
   Attack() {
-    virtualrecorder::createVirtualRecorder(folder_.host("Virtual Recorder"));
-    writers_ = std::make_unique<writer::DiscWriters>(virtualrecorder::findVirtualRecorders(HostPath(folder_.path())),
-                                                     std::make_shared<audio::AudioFiles>(), queue_, patience_,
-                                                     writer::WriterSettings{150, folder_.host("scratch")});
-    writer_ = writers_->create(heard_);
-    if (!writer_->SelectDrive(0)) std::exit(2);
+    for (const std::string& recorder : recorders_) virtualrecorder::createVirtualRecorder(folder_.host(recorder));
+    folder_.write(recorders_[1] + "/recorder.ini", "[recorder]\nmaximumSpeed = 72\nrealTimePacing = on\n");
+    for (const bool verified : {false, true}) {
+      engines_.push_back(std::make_unique<writer::DiscWriters>(
+          virtualrecorder::findVirtualRecorders(HostPath(folder_.path())), std::make_shared<audio::AudioFiles>(),
+          queue_, patience_, writer::WriterSettings{150, folder_.host("scratch"), verified}));
+      writers_.push_back(engines_.back()->create(heard_));
+    }
     for (const char* name : {"wav", "mp3", "data"}) kinds_.push_back(kindOf(folder_, name));
   }
 
   void spoilOne() {
     const Kind& kind = kinds_[random_() % kinds_.size()];
     const HostPath path = folder_.file("source", kind.bytes[0]);
+    writer_ = writers_[random_() % writers_.size()].get();
+    auto drive = static_cast<std::int16_t>(random_() % recorders_.size());
+    if (!writer_->SelectDrive(drive)) std::exit(2);
+    recorder_ = folder_.path() + "/" + recorders_[static_cast<std::size_t>(drive)];
     queue(kind, path);
-    std::thread other([this, &kind, path, delay = random_() % 80'000, way = random_() % 5] {
+    const unsigned longest = drive == 0 ? 80'000 : 600'000;
+    std::thread other([&kind, path, delay = random_() % longest, way = random_() % 5] {
       std::this_thread::sleep_for(std::chrono::microseconds(delay));
       harm(path.text, kind.bytes[1], static_cast<unsigned>(way));
     });
-    for (auto copies = 1 + random_() % 2; copies > 0; --copies) write(kind);
+    for (int copies = random_() % 4 == 0 ? 3 : 1; copies > 0; --copies) write(kind);
     other.join();
   }
 
@@ -137,11 +144,11 @@ class Attack {
       ++refused;
     }
     writer_->EjectDisc();
-    fs::remove_all(folder_.path() + "/Virtual Recorder/shelf");
+    fs::remove_all(recorder_ + "/shelf");
   }
 
   bool holdsOneContent(const Kind& kind) const {
-    const auto disc = fs::directory_iterator(folder_.path() + "/Virtual Recorder/tray")->path();
+    const auto disc = fs::directory_iterator(recorder_ + "/tray")->path();
     const std::string content = fakes::contentOf(disc / (kind.data ? "disc.iso" : "disc.bin"));
     return content.find(kind.onDisc[0]) != std::string::npos || content.find(kind.onDisc[1]) != std::string::npos;
   }
@@ -150,8 +157,13 @@ class Attack {
   fakes::FakeEventQueue queue_;
   fakes::FakePatience patience_;
   fakes::WriterTranscript heard_;
-  std::unique_ptr<writer::DiscWriters> writers_;
-  std::unique_ptr<CDWriterXP> writer_;
+  /// One that goes as fast as the computer, and one that takes its time.
+  const std::vector<std::string> recorders_{"Virtual Recorder", "Virtual Recorder 2"};
+  /// With discs that are read back and without.
+  std::vector<std::unique_ptr<writer::DiscWriters>> engines_;
+  std::vector<std::unique_ptr<CDWriterXP>> writers_;
+  CDWriterXP* writer_ = nullptr;
+  std::string recorder_;
   std::vector<Kind> kinds_;
   std::mt19937 random_{std::random_device{}()};
 };
