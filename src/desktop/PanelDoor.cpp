@@ -20,6 +20,12 @@ bool anyIsPresent(const FrontPanel::Shelves& shelves) {
   return std::any_of(shelves.begin(), shelves.end(), [](const auto& shelf) { return shelf->present(); });
 }
 
+/// Boxes stand in the middle.
+QRect rightHalfOf(QRect window) {
+  window.setLeft(window.center().x());
+  return window;
+}
+
 QToolButton& makeButton(QWidget& bar) {
   auto& button = make<QToolButton>(bar);
   button.setObjectName("frontPanel");
@@ -62,7 +68,8 @@ void PanelDoor::open(QWidget& before) {
   if (panel_ == nullptr) {
     panel_ = std::make_unique<FrontPanel>(shelves_, opener_, lastWord_);
     giveWay(*panel_, roomFor(*panel_));
-    centreOver(*panel_, before.frameGeometry());
+    panel_->adjustSize();
+    centreOver(*panel_, rightHalfOf(before.frameGeometry()));
   }
   panel_->setWindowState(panel_->windowState() & ~Qt::WindowMinimized);
   panel_->show();

@@ -71,7 +71,7 @@ void fill(QTreeWidgetItem& item, const ShelfDisc& disc, std::int64_t now) {
 
 }  // namespace
 
-ShelfList::ShelfList(QWidget* parent) : QTreeWidget(parent) {
+ShelfList::ShelfList(QWidget* parent) : QTreeWidget(parent), icon_(rowIconNamed("Disc")) {
   setAccessibleName("Discs on the shelf");
   setHeaderLabels({"Name", "Medium", "Size", "Age", "State"});
   setRootIsDecorated(false);
@@ -102,6 +102,7 @@ void ShelfList::show(const std::vector<ShelfDisc>& discs, std::int64_t now) {
 void ShelfList::insertRow(int row, const std::string& disc) {
   auto item = std::make_unique<QTreeWidgetItem>();
   item->setData(NameColumn, NameRole, QByteArray::fromStdString(disc));
+  item->setIcon(NameColumn, icon_);
   item->setFlags(item->flags() | Qt::ItemIsEditable);
   insertTopLevelItem(row, item.release());
 }

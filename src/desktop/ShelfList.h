@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QIcon>
 #include <QTreeWidget>
 #include <cstdint>
 #include <functional>
@@ -41,6 +42,7 @@ class ShelfList final : public QTreeWidget {
   void removeRow(int row);
   QTreeWidgetItem* itemOf(const std::string& disc) const;
 
+  QIcon icon_;
   std::optional<QString> typed_;
 };
 

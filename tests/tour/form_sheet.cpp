@@ -9,12 +9,15 @@
 #include <cstdlib>
 
 #include "desktop/Appearance.h"
+#include "desktop/FrontPanel.h"
 #include "desktop/Host.h"
 #include "desktop/Look.h"
 #include "desktop/QtDesk.h"
 #include "desktop/QtEvents.h"
 #include "desktop/QtFileDialogs.h"
 #include "desktop/QtMessageBoxes.h"
+#include "desktop/ShelfList.h"
+#include "engines/virtual/FolderShelf.h"
 #include "engines/virtual/VirtualRecorders.h"
 #include "engines/writer/DiscWriters.h"
 #include "fakes/FakeFolderListing.h"
@@ -103,7 +106,19 @@ void showAllRows() {
   loop.exec();
 }
 
-/// Paints every form of a program that works in a folder of its own, in the palette that the application has now.
+Portrait portraitOfPanel(const std::string& home, ShellOpener& opener) {
+  const auto shelf = std::make_shared<engines::virtualrecorder::FolderShelf>(HostPath(home + "/Virtual Recorder"));
+  for (const BlankDisc kind : {BlankDisc::CdR74, BlankDisc::CdR80, BlankDisc::CdRw80}) shelf->addBlank(kind);
+  shelf->rename("Disc 0002", "Holiday pictures");
+  FrontPanel panel({shelf}, opener, [] { return std::string(); });
+  panel.show();
+  while (panel.findChild<ShelfList*>()->topLevelItemCount() == 0) showAllRows();
+  QPixmap picture = panel.grab();
+  return {panel.objectName(), std::move(picture), QRect(QPoint(), panel.size())};
+}
+
+/// Paints every form of a program that works in a folder of its own, and its recorder's front panel, in the palette
+/// that the application has now.
 bool makeSheet(const QString& file) {
   const QTemporaryDir folder;
   const std::string home = folder.path().toStdString();
@@ -130,6 +145,7 @@ bool makeSheet(const QString& file) {
   showAllRows();
   std::vector<Portrait> portraits;
   for (const auto& form : forms) portraits.push_back(portraitOf(desk, *form));
+  portraits.push_back(portraitOfPanel(home, nobody));
   return paintSheet(std::move(portraits), file);
 }
 
@@ -144,7 +160,8 @@ bool makeSheets(const QString& folder) {
 
 }  // namespace trackloom
 
-/// Writes a picture of all forms side by side, one on a light desktop and one on a dark one: form-sheet <folder>.
+/// Writes a picture of all forms and the recorder's front panel side by side, one on a light desktop and one on a dark
+/// one: form-sheet <folder>.
 int main(int argc, char** argv) {
   if (argc != 2) {
     std::fputs("usage: form-sheet <folder>\n", stderr);
