@@ -20,6 +20,7 @@
 #include "engines/virtual/FolderShelf.h"
 #include "engines/virtual/VirtualRecorders.h"
 #include "engines/writer/DiscWriters.h"
+#include "fakes/FakeDrives.h"
 #include "fakes/FakeFolderListing.h"
 #include "tour/FilledForms.h"
 
@@ -130,13 +131,14 @@ bool makeSheet(const QString& file) {
   QtMessageBoxes boxes(desk);
   QtFileDialogs files(desk);
   fakes::FakeFolderListing folders;
+  fakes::FakeDrives drives;
   SheetProcess process(home);
   Nobody nobody;
   NoCommonControls commonControls;
   engines::writer::DiscWriters writers(engines::virtualrecorder::findVirtualRecorders(HostPath(home)),
                                        std::make_shared<engines::audio::AudioFiles>(), events, patience,
                                        {0, HostPath(home)});
-  Program program(desk, {boxes, files, folders, pump, process, writers, nobody, nobody, commonControls, Separators{}});
+  Program program(desk, {boxes, files, folders, drives, pump, process, writers, nobody, nobody, commonControls, {}});
   program.start();
   program.forms().shell.frmOpen->Timer1.tick();
   // At its first activation the main window would ask the user for a layout.
