@@ -28,6 +28,7 @@ class Information : public Dialogue {
         all.push_back(form.ListView1.Item(row).Text + " " + form.ListView1.SubItem(row, 1));
         CHECK(form.ListView1.Item(row).SmallIcon == 1);
       }
+      CHECK(form.ListView1.SmallIcons == &form.ImageList1);
       CHECK(form.cmdCloseSession.Enabled == form.cmdCloseDisc.Enabled);
       all.emplace_back(form.cmdCloseDisc.Enabled ? "can be closed" : "cannot be closed");
       form.cmdOK.click();
@@ -139,6 +140,10 @@ TEST_CASE("What cannot be closed is told, takes the dialog away and leaves the d
   machine.ask([&](frmDiskInfo& form) {
     machine.engines.stage.disc->lastSession = SessionClosed;
     if (session) machine.desk.expectBox("Close Disc", BoxAnswer::No);
+    machine.desk.whileBoxIsOpen = [&](const MessageBox& box) {
+      // Behind the disc's own button it blinks on until the dialog goes.
+      if (box.title == "Error") CHECK(form.Timer1.Enabled == !session);
+    };
     machine.desk.expectBox("Error", BoxAnswer::Ok);
     (session ? form.cmdCloseSession : form.cmdCloseDisc).click();
     CHECK(form.closed());

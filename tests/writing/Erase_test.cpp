@@ -117,6 +117,8 @@ TEST_CASE("An erase that cannot begin is told, and its dialog goes") {
     machine.engines.stage.onLine = [&](const std::string& call) {
       if (call == "CDR1.EraseDisc(True)") machine.engines.stage.disc.reset();
     };
+    machine.pump.pumped = 0;
+    machine.desk.whileBoxIsOpen = [&](const MessageBox&) { CHECK(machine.pump.pumped == 1); };
     machine.desk.expectBox("Error", BoxAnswer::Ok);
     form.cmdOK.click();
     CHECK(form.closed());
