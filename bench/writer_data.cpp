@@ -1,5 +1,5 @@
-// How long it takes to write a data disc of 630 MB onto a virtual disc, beside genisoimage that makes an image file of
-// the same files. Both begin with the files in the page cache and end with the image on the disk.
+// How long it takes to write a data disc of 630 MB onto a virtual disc, beside cat that puts the same files into one.
+// Both begin with the files in the page cache and end with everything on the disk.
 
 #include <unistd.h>
 
@@ -42,13 +42,12 @@ void writeData() {
   for (int turn = 0; turn < 4; ++turn) {
     ours = std::min(ours, secondsOf([&] { place.writeDisc([&](CDWriterXP& writer) { queueFiles(place, writer); }); }));
     place.clearShelf();
-    theirs = std::min(theirs, secondsOf([&] {
-                        run("genisoimage -J -o " + place.folder() + "/their.iso " + place.folder() + "/files && sync");
-                      }));
-    run("rm " + place.folder() + "/their.iso && sync");
+    theirs = std::min(
+        theirs, secondsOf([&] { run("cat " + place.folder() + "/files/* > " + place.folder() + "/theirs && sync"); }));
+    run("rm " + place.folder() + "/theirs && sync");
   }
   row("Writing 630 MB of files onto a virtual data disc", ours, "s");
-  row("Making an image file of them with genisoimage", theirs, "s");
+  row("Putting them into one file with cat, and sync", theirs, "s");
   row("Ratio of the two", ours / theirs, "x");
 }
 

@@ -2,8 +2,8 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <span>
-#include <vector>
 
 #include "engines/ground/OpenFiles.h"
 #include "ports/CDWriterXP.h"
@@ -16,8 +16,11 @@ class SectorFile {
  public:
   SectorFile(FileDescriptor file, BlockKind kind);
 
-  /// `sectors` are whole ones. Sectors that follow the last ones are gathered with them.
-  void put(std::int32_t block, std::span<const std::byte> sectors);
+  /// Room for so many sectors from this block on, valid until the next call. Those that follow the last ones are
+  /// gathered with them.
+  std::span<std::byte> room(std::int32_t block, std::int32_t count);
+  /// The first so many sectors of that room are filled.
+  void put(std::int32_t count);
   /// Brings everything to the medium.
   void finish();
 
@@ -27,7 +30,8 @@ class SectorFile {
   FileDescriptor file_;
   std::int64_t sectorBytes_;
   std::int64_t position_ = 0;
-  std::vector<std::byte> gathered_;
+  std::unique_ptr<std::byte[]> memory_;
+  std::size_t gathered_ = 0;
 };
 
 }  // namespace trackloom::engines::virtualrecorder

@@ -100,14 +100,11 @@ void VirtualWrite::markAsWriting() {
 void VirtualWrite::writeTrack(std::int16_t track) {
   const VirtualTrack& place = plan_.tracks[static_cast<std::size_t>(track) - 1];
   const std::int32_t piece = std::clamp(place.length / 4, 1, blocksAtOnce);
-  std::vector<std::byte> buffer(static_cast<std::size_t>(piece) * bytesOfSector(order_.kind));
   observer_.trackStarted(track, place.length);
   for (std::int32_t position = 0; position < place.length;) {
     requireNotStopped();
     const std::int32_t step = position == 0 ? 1 : std::min(piece, place.length - position);
-    const std::span<std::byte> sectors(buffer.data(), static_cast<std::size_t>(step) * bytesOfSector(order_.kind));
-    source_.read(sectors);
-    put(place.start + position, sectors);
+    writeSectors(place.start + position, step);
     pacing_.pass(step, stop_);
     position += step;
     observer_.progress(track, position, 100);
@@ -117,12 +114,11 @@ void VirtualWrite::writeTrack(std::int16_t track) {
   settings_.failIfClosing("track");
 }
 
-void VirtualWrite::put(std::int32_t block, std::span<const std::byte> sectors) {
-  const std::size_t bytes = bytesOfSector(order_.kind);
-  const std::int64_t end = block + static_cast<std::int64_t>(sectors.size() / bytes);
-  const bool faulty = faultAt_ && *faultAt_ >= block && *faultAt_ < end;
-  if (faulty) sectors = sectors.first(static_cast<std::size_t>(*faultAt_ - block) * bytes);
-  if (sectors_) sectors_->put(block, sectors);
+void VirtualWrite::writeSectors(std::int32_t block, std::int32_t count) {
+  if (!sectors_) tested_.resize(static_cast<std::size_t>(count) * bytesOfSector(order_.kind));
+  source_.read(sectors_ ? sectors_->room(block, count) : std::span<std::byte>(tested_));
+  const bool faulty = faultAt_ && *faultAt_ >= block && *faultAt_ < block + count;
+  if (sectors_) sectors_->put(faulty ? *faultAt_ - block : count);
   if (faulty) settings_.fail("write error at block " + std::to_string(*faultAt_));
 }
 

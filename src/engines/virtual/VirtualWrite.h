@@ -40,7 +40,7 @@ class VirtualWrite {
   void markAsWriting();
   void beginTrack(std::int16_t track);
   void writeTrack(std::int16_t track);
-  void put(std::int32_t block, std::span<const std::byte> sectors);
+  void writeSectors(std::int32_t block, std::int32_t count);
   void closeSessionAndDisc();
   void recordContents();
   void requireNotStopped() const;
@@ -56,6 +56,8 @@ class VirtualWrite {
   Pacing pacing_;
   std::optional<std::int32_t> faultAt_;
   std::optional<SectorFile> sectors_;
+  /// Where the sectors of a test go.
+  std::vector<std::byte> tested_;
 };
 
 }  // namespace trackloom::engines::virtualrecorder

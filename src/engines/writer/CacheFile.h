@@ -4,14 +4,14 @@
 #include <cstdint>
 #include <functional>
 
-#include "engines/disc/SectorSource.h"
+#include "engines/writer/PieceSource.h"
 #include "runtime/FileDescriptor.h"
 #include "runtime/Paths.h"
 
 namespace trackloom::engines::writer {
 
 /// The cache for one track at a time: a file without a name, which vanishes with this object however the process ends.
-class CacheFile final : public SectorSource {
+class CacheFile final : public PieceSource {
  public:
   /// Takes the room for `most` bytes from the disk. Throws EngineError when it has none, or `folder` takes no file.
   CacheFile(const HostPath& folder, std::int64_t most);

@@ -145,22 +145,29 @@ void DataImage::waitForBytes(std::size_t count) {
   }
 }
 
-void DataImage::fetchPiece() {
+Piece DataImage::fetchPiece(std::size_t most) {
   // The library drops the tail of an image where more than the rest is asked for.
-  piece_.resize(static_cast<std::size_t>(std::min<std::int64_t>(bytes_ - fetched_, pieceBytes)));
-  handedOut_ = 0;
-  waitForBytes(piece_.size());
-  const auto wanted = static_cast<int>(piece_.size());
-  const int count = source_->read_xt(source_.get(), reinterpret_cast<unsigned char*>(piece_.data()), wanted);
+  Piece piece(std::min(static_cast<std::size_t>(std::min<std::int64_t>(bytes_ - fetched_, pieceBytes)), most));
+  waitForBytes(piece.size());
+  const auto wanted = static_cast<int>(piece.size());
+  const int count = source_->read_xt(source_.get(), reinterpret_cast<unsigned char*>(piece.data()), wanted);
   const std::string failure = state_.failure();
   if (!failure.empty()) throw EngineError(ErrorKind::File, 0, failure);
   if (count != wanted || wanted == 0) throw EngineError(ErrorKind::File, 0, "the image of the data disc ended early");
   fetched_ += count;
+  return piece;
+}
+
+Piece DataImage::take(std::size_t most) {
+  return handedOut_ == piece_.size() ? fetchPiece(most) : PieceSource::take(most);
 }
 
 void DataImage::read(std::span<std::byte> sectors) {
   while (!sectors.empty()) {
-    if (handedOut_ == piece_.size()) fetchPiece();
+    if (handedOut_ == piece_.size()) {
+      piece_ = fetchPiece(static_cast<std::size_t>(pieceBytes));
+      handedOut_ = 0;
+    }
     const std::size_t count = std::min(sectors.size(), piece_.size() - handedOut_);
     std::memcpy(sectors.data(), piece_.data() + handedOut_, count);
     handedOut_ += count;

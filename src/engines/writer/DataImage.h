@@ -11,11 +11,11 @@
 #include <string>
 #include <vector>
 
-#include "engines/disc/SectorSource.h"
 #include "engines/writer/DataQueue.h"
 #include "engines/writer/FileContent.h"
 #include "engines/writer/FormerSession.h"
 #include "engines/writer/ImageTree.h"
+#include "engines/writer/PieceSource.h"
 
 namespace trackloom::engines::writer {
 
@@ -39,7 +39,7 @@ struct ImageTerms {
 ///
 /// The library makes the sectors on a thread of its own and hands them over through a bounded buffer, from which they
 /// are taken in large pieces.
-class DataImage final : public SectorSource {
+class DataImage final : public PieceSource {
  public:
   /// Looks at every source. `stop` ends a wait in read(). Throws EngineError for a source that cannot be read or has
   /// changed since it was queued, and for whatever keeps the image from being made.
@@ -57,6 +57,7 @@ class DataImage final : public SectorSource {
   const ReadingState& reading() const { return state_; }
 
   void read(std::span<std::byte> sectors) override;
+  Piece take(std::size_t most) override;
   std::int16_t bufferPercent() override;
 
  private:
@@ -67,7 +68,7 @@ class DataImage final : public SectorSource {
   FileContent* addContent(const std::shared_ptr<Source>& source, Missing missing);
   void openSource(const ImageTerms& terms);
   void openSourceWith(std::uint32_t padding, std::int32_t start);
-  void fetchPiece();
+  Piece fetchPiece(std::size_t most);
   void waitForBytes(std::size_t count);
   std::size_t bytesReady() const;
 
@@ -79,7 +80,8 @@ class DataImage final : public SectorSource {
   std::int64_t bytes_ = 0;
   std::int64_t fetched_ = 0;
 
-  std::vector<std::byte> piece_;
+  /// What read() hands out of.
+  Piece piece_;
   std::size_t handedOut_ = 0;
 };
 

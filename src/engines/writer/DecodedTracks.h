@@ -10,6 +10,8 @@
 #include <stop_token>
 #include <vector>
 
+#include "engines/writer/PieceSource.h"
+
 namespace trackloom::engines::writer {
 
 /// The bounded buffer between the threads that decode the tracks of a disc and the one that reads them in order. The
@@ -17,7 +19,7 @@ namespace trackloom::engines::writer {
 /// any thread.
 class DecodedTracks {
  public:
-  using Chunk = std::vector<std::byte>;
+  using Chunk = Piece;
 
   static constexpr std::size_t capacity = std::size_t{32} << 20;
   /// What later tracks leave to the one being read: 23 seconds of music. With less for themselves, the decoder of the

@@ -4,8 +4,6 @@
 #include <cstring>
 #include <utility>
 
-#include "engines/disc/SectorSource.h"
-
 namespace trackloom::engines::writer {
 
 namespace {
@@ -36,7 +34,7 @@ void HandOver::awaitWanted(std::int16_t track, const std::stop_token& stop) {
   if (!changed_.wait(lock, stop, [&] { return wanted_ >= track; })) throw Stopped();
 }
 
-void HandOver::put(std::vector<std::byte> sectors, std::int16_t level, const std::stop_token& stop) {
+void HandOver::put(Piece sectors, std::int16_t level, const std::stop_token& stop) {
   std::unique_lock lock(mutex_);
   if (!changed_.wait(lock, stop, [&] { return ready_ < mostReady; })) throw Stopped();
   ready_ += sectors.size();
@@ -93,15 +91,14 @@ void HandOver::take(std::span<std::byte> sectors, const std::stop_token& stop) {
   while (!sectors.empty()) {
     std::unique_lock lock(mutex_);
     awaitSectors(lock, stop);
-    const std::vector<std::byte>& chunk = chunks_.front();
+    const Piece& chunk = chunks_.front();
     const std::size_t count = std::min(sectors.size(), chunk.size() - taken_);
-    std::memcpy(sectors.data(), chunk.data() + taken_, count);
+    std::memcpy(sectors.data(), chunk.bytes().data() + taken_, count);
     sectors = sectors.subspan(count);
     taken_ += count;
     if (taken_ != chunk.size()) continue;
     ready_ -= chunk.size();
     taken_ = 0;
-    spare_.give(std::move(chunks_.front()));
     chunks_.pop_front();
     changed_.notify_all();
   }

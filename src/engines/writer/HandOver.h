@@ -13,7 +13,7 @@
 #include <stop_token>
 #include <vector>
 
-#include "engines/writer/SpareChunks.h"
+#include "engines/writer/PieceSource.h"
 
 namespace trackloom::engines::writer {
 
@@ -31,10 +31,8 @@ class HandOver {
   void tellPrepared();
   /// Waits until the disc is about to take this track, from 1; 0: until the cache is wanted.
   void awaitWanted(std::int16_t track, const std::stop_token& stop);
-  /// Memory for the sectors that are put next, which hold anything.
-  std::vector<std::byte> room(std::size_t bytes) { return spare_.take(bytes); }
   /// Waits while too much lies ready. `level`: how full the buffer is that the sectors came from.
-  void put(std::vector<std::byte> sectors, std::int16_t level, const std::stop_token& stop);
+  void put(Piece sectors, std::int16_t level, const std::stop_token& stop);
   void fail(std::exception_ptr failure);
   /// All sources have been let go of.
   void end();
@@ -61,8 +59,7 @@ class HandOver {
   std::mutex mutex_;
   std::condition_variable_any changed_;
   std::optional<std::vector<std::int32_t>> lengths_;
-  std::deque<std::vector<std::byte>> chunks_;
-  SpareChunks spare_;
+  std::deque<Piece> chunks_;
   std::size_t ready_ = 0;
   std::size_t taken_ = 0;
   std::int16_t wanted_ = -1;

@@ -8,7 +8,6 @@
 
 #include "engines/ground/Blocks.h"
 #include "engines/ground/EngineError.h"
-#include "engines/writer/SpareChunks.h"
 
 namespace trackloom::engines::writer {
 
@@ -36,7 +35,6 @@ struct ReadAhead::Work {
   Opener open;
   std::shared_ptr<SourcesInUse> inUse;
   DecodedTracks decoded{lengthsOf(tracks)};
-  SpareChunks spare{};
 
   void decodeTracks(const std::stop_token& stop);
   void decode(std::size_t track, const std::stop_token& stop);
@@ -62,8 +60,8 @@ void ReadAhead::Work::decode(std::size_t track, const std::stop_token& stop) {
   const auto stream = open(track);
   for (std::size_t left = bytesOf(tracks[track]); left != 0;) {
     if (stop.stop_requested()) throw Stopped();
-    DecodedTracks::Chunk chunk = spare.take(std::min(left, chunkBytes));
-    chunk.resize(stream->read(chunk));
+    DecodedTracks::Chunk chunk(std::min(left, chunkBytes));
+    chunk.cutTo(stream->read(chunk.bytes()));
     if (chunk.empty()) throw EngineError(ErrorKind::File, 0, "a track ends before its last block");
     left -= chunk.size();
     decoded.keep(track, std::move(chunk), stop);
@@ -82,7 +80,7 @@ void ReadAhead::read(std::span<std::byte> sectors) {
   while (!sectors.empty()) {
     if (stop_.stop_requested()) throw Stopped();
     if (handedOut_ == chunk_.size()) {
-      work_->spare.give(std::exchange(chunk_, work_->decoded.take(stop_)));
+      chunk_ = work_->decoded.take(stop_);
       handedOut_ = 0;
     }
     const std::size_t count = std::min(sectors.size(), chunk_.size() - handedOut_);
@@ -90,6 +88,12 @@ void ReadAhead::read(std::span<std::byte> sectors) {
     handedOut_ += count;
     sectors = sectors.subspan(count);
   }
+}
+
+Piece ReadAhead::take(std::size_t most) {
+  if (handedOut_ != chunk_.size() || most < chunkBytes) return PieceSource::take(most);
+  if (stop_.stop_requested()) throw Stopped();
+  return work_->decoded.take(stop_);
 }
 
 std::int16_t ReadAhead::bufferPercent() {

@@ -22,7 +22,7 @@ namespace trackloom::engines::writer {
 /// ever waits for their end, since the file that one of them reads may never answer: each holds all that it needs, and
 /// ends by itself once it is let go and its read returns. A file that fails does so when its own sectors are asked for,
 /// not earlier.
-class ReadAhead final : public SectorSource {
+class ReadAhead final : public PieceSource {
  public:
   struct Track {
     HostPath file;
@@ -39,6 +39,7 @@ class ReadAhead final : public SectorSource {
   ReadAhead& operator=(const ReadAhead&) = delete;
 
   void read(std::span<std::byte> sectors) override;
+  Piece take(std::size_t most) override;
   std::int16_t bufferPercent() override;
 
  private:

@@ -12,7 +12,7 @@ namespace trackloom::engines::writer {
 
 namespace {
 
-constexpr std::int64_t sectorsAtOnce = 128;
+constexpr std::size_t sectorsAtOnce = 256;
 /// A reader that nothing holds up ends at once, and there is no need to leave it alone.
 constexpr std::chrono::milliseconds graceOfReader{100};
 
@@ -79,13 +79,12 @@ void Reading::cacheTrack(std::int16_t track) {
 }
 
 void Reading::handOverTrack(std::int16_t track) {
-  SectorSource& source = cache_ ? static_cast<SectorSource&>(*cache_) : *opened_.sectors;
-  for (std::int64_t left = blocksOf(track); left != 0;) {
-    const std::int64_t step = std::min(left, sectorsAtOnce);
-    std::vector<std::byte> sectors = handOver_.room(static_cast<std::size_t>(step) * order_.sectorBytes);
-    source.read(sectors);
-    left -= step;
-    handOver_.put(std::move(sectors), source.bufferPercent(), stop_);
+  PieceSource& source = cache_ ? static_cast<PieceSource&>(*cache_) : *opened_.sectors;
+  const std::size_t most = sectorsAtOnce * order_.sectorBytes;
+  for (std::size_t left = static_cast<std::size_t>(blocksOf(track)) * order_.sectorBytes; left != 0;) {
+    Piece piece = source.take(std::min(left, most));
+    left -= piece.size();
+    handOver_.put(std::move(piece), source.bufferPercent(), stop_);
   }
 }
 

@@ -9,6 +9,7 @@
 #include "engines/disc/Recorder.h"
 #include "engines/writer/HandOver.h"
 #include "engines/writer/OperationEvents.h"
+#include "engines/writer/PieceSource.h"
 #include "engines/writer/SourcesInUse.h"
 #include "runtime/Paths.h"
 
@@ -16,7 +17,7 @@ namespace trackloom::engines::writer {
 
 /// The sources of a write, opened and measured, with each track's length.
 struct OpenedSource {
-  std::unique_ptr<SectorSource> sectors;
+  std::unique_ptr<PieceSource> sectors;
   std::vector<std::int32_t> trackBlocks;
 };
 

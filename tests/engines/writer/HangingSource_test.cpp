@@ -49,7 +49,7 @@ class NetworkStream final : public audio::AudioStream {
 };
 
 /// The same without a decoder between.
-class NetworkSource final : public SectorSource {
+class NetworkSource final : public PieceSource {
  public:
   NetworkSource(const std::shared_ptr<Network>& network, std::shared_ptr<SourcesInUse> inUse, const HostPath& file)
       : use_(std::move(inUse), file), stream_(network) {}
