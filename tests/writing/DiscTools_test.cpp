@@ -184,6 +184,24 @@ TEST_CASE("E110: An image behind a test that failed or was cancelled ends in a r
   checkDialogue(machine, "iso-behind-failed-test");
 }
 
+TEST_CASE("Behind a failed test of an audio layout what follows an image has nothing to write, and says so") {
+  ImageWriting machine(AudioLayout);
+  machine.engines.stage.fault = fakes::FakeFault{};
+  machine.record([](frmOptions& form) { form.optTestWrite.click(); });
+  machine.expectError();
+  machine.finish();
+  machine.engines.stage.fault.reset();
+  insert(machine);
+  machine.writeImage();
+  machine.finish();
+  CHECK(machine.engines.stage.disc->status == DiscEmpty);
+  machine.tick(machine.window().Timer1);
+  machine.heard();
+  machine.expectError();
+  machine.finish();
+  checkDialogue(machine, "error-in-phase");
+}
+
 TEST_CASE("An image that cannot be written is told like any write that fails") {
   ImageWriting machine;
   machine.engines.stage.data.clear();
