@@ -160,6 +160,19 @@ TEST_CASE("E109: An image behind a close ends like a close, and leaves the statu
   CHECK(machine.window().visible());
 }
 
+TEST_CASE("Behind a recording that closed its disc, and a close, not even Cancel leads out of the window of an image") {
+  ImageWriting machine;
+  machine.recordWith([](frmOptions&) {});
+  machine.mod().DiscCloseActive = true;
+  machine.writeImage();
+  machine.desk.expectBox("Complete", BoxAnswer::Ok);
+  machine.finish();
+  CHECK_FALSE(machine.status().cmdCancel.Enabled);
+  machine.status().closeBox();
+  CHECK(machine.status().visible());
+  CHECK_FALSE(machine.window().visible());
+}
+
 TEST_CASE("E110: An image behind a test that failed or was cancelled ends in a real write of the layout") {
   const bool failed = GENERATE(true, false);
   ImageWriting machine;
