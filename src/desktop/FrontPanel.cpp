@@ -130,11 +130,11 @@ void FrontPanel::lookAnew() {
 }
 
 void FrontPanel::look() {
-  if (std::exchange(looking_, true)) return;
-  answers_.ask([shelf = shelves_[chosen_]] { return shelf->look(); },
-               [this, turn = turn_](const ShelfView& view) {
-                 if (turn == turn_) heard(view);
-               });
+  if (looking_) return;
+  looking_ = answers_.ask([shelf = shelves_[chosen_]] { return shelf->look(); },
+                          [this, turn = turn_](const ShelfView& view) {
+                            if (turn == turn_) heard(view);
+                          });
 }
 
 void FrontPanel::heard(const ShelfView& view) {
@@ -184,19 +184,23 @@ void FrontPanel::say(const std::string& words) {
 }
 
 void FrontPanel::perform(Deed deed, std::function<void(bool done)> after) {
-  if (std::exchange(atWork_, true)) return;
+  if (atWork_) return;
   say("");
-  showButtons();
   ++turn_;
-  answers_.ask([shelf = shelves_[chosen_], deed = std::move(deed)] { return refusalOf(deed, *shelf); },
-               [this, turn = turn_, after = std::move(after)](const std::optional<std::string>& refusal) {
-                 if (turn != turn_) return;
-                 atWork_ = false;
-                 chooseNew_ = !refusal;
-                 say(refusal.value_or(""));
-                 lookAnew();
-                 after(!refusal);
-               });
+  const auto hear = [this, turn = turn_, after = std::move(after)](const std::optional<std::string>& refusal) {
+    if (turn == turn_) ended(refusal, after);
+  };
+  atWork_ = answers_.ask([shelf = shelves_[chosen_], deed = std::move(deed)] { return refusalOf(deed, *shelf); }, hear);
+  if (!atWork_) ended("The system has no thread to spare.", [](bool) {});
+  showButtons();
+}
+
+void FrontPanel::ended(const std::optional<std::string>& refusal, const std::function<void(bool done)>& after) {
+  atWork_ = false;
+  chooseNew_ = !refusal;
+  say(refusal.value_or(""));
+  lookAnew();
+  after(!refusal);
 }
 
 void FrontPanel::insertChosen() {

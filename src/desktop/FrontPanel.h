@@ -54,6 +54,7 @@ class FrontPanel final : public QWidget {
   /// Does it aside; `after` hears whether it was done.
   void perform(
       Deed deed, std::function<void(bool done)> after = [](bool) {});
+  void ended(const std::optional<std::string>& refusal, const std::function<void(bool done)>& after);
   void insertChosen();
   void askToDelete();
   void endQuestion();

@@ -56,12 +56,12 @@ void PanelDoor::standIn(QWidget& window) {
 }
 
 void PanelDoor::look() {
-  if (std::exchange(looking_, true)) return;
-  answers_.ask([shelves = shelves_] { return anyIsPresent(shelves); },
-               [this](bool present) {
-                 looking_ = false;
-                 if (button_) button_->setVisible(present);
-               });
+  if (looking_) return;
+  looking_ = answers_.ask([shelves = shelves_] { return anyIsPresent(shelves); },
+                          [this](bool present) {
+                            looking_ = false;
+                            if (button_) button_->setVisible(present);
+                          });
 }
 
 void PanelDoor::open(QWidget& before) {
