@@ -1,14 +1,18 @@
 #pragma once
 
+#include <unistd.h>
+
 #include <chrono>
 #include <condition_variable>
 #include <cstdio>
 #include <cstdlib>
 #include <deque>
 #include <filesystem>
+#include <fstream>
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <random>
 #include <string>
 #include <utility>
 
@@ -105,5 +109,17 @@ class Workplace {
  private:
   std::string folder_;
 };
+
+/// Files of 5 MB of noise each, on the disk and in the page cache.
+inline void makeFiles(const Workplace& place, int count) {
+  constexpr std::size_t fileBytes = 5'000'000;
+  std::mt19937_64 random(1);
+  std::string bytes(fileBytes, '\0');
+  for (int file = 0; file < count; ++file) {
+    for (char& byte : bytes) byte = static_cast<char>(random());
+    std::ofstream(place.file(file).text, std::ios::binary) << bytes;
+  }
+  ::sync();
+}
 
 }  // namespace trackloom::bench

@@ -1,11 +1,7 @@
 // How long it takes to write a data disc of 630 MB onto a virtual disc, beside cat that puts the same files into one.
 // Both begin with the files in the page cache and end with everything on the disk.
 
-#include <unistd.h>
-
 #include <algorithm>
-#include <fstream>
-#include <random>
 #include <string>
 
 #include "WriterBench.h"
@@ -15,17 +11,6 @@ namespace trackloom::bench {
 namespace {
 
 constexpr int fileCount = 126;
-constexpr std::size_t fileBytes = 5'000'000;
-
-void makeFiles(const Workplace& place) {
-  std::mt19937_64 random(1);
-  std::string bytes(fileBytes, '\0');
-  for (int file = 0; file < fileCount; ++file) {
-    for (char& byte : bytes) byte = static_cast<char>(random());
-    std::ofstream(place.file(file).text, std::ios::binary) << bytes;
-  }
-  ::sync();
-}
 
 void queueFiles(const Workplace& place, CDWriterXP& writer) {
   writer.SetDiscMode(DataBlocks);
@@ -36,7 +21,7 @@ void queueFiles(const Workplace& place, CDWriterXP& writer) {
 /// The disk's moods are left out by taking the best of a few turns, in which both alternate.
 void writeData() {
   const Workplace place("trackloom-bench-data");
-  makeFiles(place);
+  makeFiles(place, fileCount);
   double ours = 1e9;
   double theirs = 1e9;
   for (int turn = 0; turn < 4; ++turn) {

@@ -21,6 +21,8 @@ namespace trackloom::engines::writer {
 namespace {
 
 constexpr std::size_t blocksAtOnce = 256;
+/// Bytes that the data length of one file section counts (ISO 9660, 9.1.4).
+constexpr std::int64_t longestExtent = std::numeric_limits<std::uint32_t>::max();
 
 /// The image in the making: what stands under its name stays until all of it is there.
 class Target {
@@ -63,6 +65,13 @@ void requireNoSource(const HostPath& target, const std::vector<DataEntry>& entri
     if (entry.source && std::filesystem::equivalent(target.text, entry.source->path().text, missing))
       throw fileError(target, "is one of the files of the image");
   }
+}
+
+/// Longer files would stand in pieces, which many readers take for several files, and no disc can hold them anyway.
+void requireSingleExtents(const std::vector<DataEntry>& entries) {
+  for (const DataEntry& entry : entries)
+    if (entry.source && entry.source->note().size > longestExtent)
+      throw fileError(entry.source->path(), "is too large for an image, where a file has at most 4 GiB");
 }
 
 /// Tells of the files that went into the image since the last time.
@@ -116,6 +125,7 @@ class Report {
 void writeImageFile(const HostPath& target, std::vector<DataEntry> entries, const std::string& label,
                     EventsInCall& events, const std::stop_token& stop) {
   requireNoSource(target, entries);
+  requireSingleExtents(entries);
   Target file(target);
   DataImage image(std::move(entries), {.label = label, .missing = Missing::LeftOut}, std::make_shared<SourcesInUse>(),
                   stop);

@@ -212,6 +212,22 @@ TEST_CASE("A source that is there and was refused fails an image, until the queu
   CHECK(world.tree("-J") == Lines{"/a"});
 }
 
+TEST_CASE("A file of 4 GiB is refused before anything of an image is made") {
+  ImageWorld world;
+  const HostPath film = world.folder.file("film.mp3", "");
+  for (const bool tooLarge : {true, false}) {
+    std::filesystem::resize_file(film.text, (std::uintmax_t{1} << 32) - (tooLarge ? 0 : 1));
+    CHECK(world.writer->AddDataFile(DiscPath("\\film"), film));
+    // The one that is small enough is not read, for there is no place for the image.
+    if (!tooLarge) world.image = "/proc/film.iso";
+    CHECK_FALSE(world.make());
+    CHECK(world.heard.lines.back() == "OnWriteError 2 0");
+    CHECK(!std::filesystem::exists(world.image));
+    const std::string words = world.writers.failureDetail().lastFailure();
+    CHECK((words == film.text + ": is too large for an image, where a file has at most 4 GiB") == tooLarge);
+  }
+}
+
 TEST_CASE("No image takes the place of one of its own files, also not by another of its names") {
   ImageWorld world;
   const HostPath source = world.folder.file("song.mp3", "music");
