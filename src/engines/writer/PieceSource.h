@@ -3,18 +3,50 @@
 #include <algorithm>
 #include <cstddef>
 #include <memory>
+#include <mutex>
 #include <span>
+#include <utility>
+#include <vector>
 
 #include "engines/disc/SectorSource.h"
 
 namespace trackloom::engines::writer {
 
-/// Sectors on their way from a source to the disc. They are handed on with their memory, which is as large as they are
-/// and was never filled with anything else, since a disc's worth of copies is felt.
+/// Memory for pieces of up to one size, which is used again, so that no more of it is ever taken than lies between
+/// source and disc at once. Safe from any thread.
+class PieceMemory {
+ public:
+  explicit PieceMemory(std::size_t size) : size_(size) {}
+
+  std::unique_ptr<std::byte[]> take() {
+    const std::lock_guard lock(mutex_);
+    if (spare_.empty()) return std::make_unique_for_overwrite<std::byte[]>(size_);
+    auto bytes = std::move(spare_.back());
+    spare_.pop_back();
+    return bytes;
+  }
+  void give(std::unique_ptr<std::byte[]> bytes) {
+    const std::lock_guard lock(mutex_);
+    spare_.push_back(std::move(bytes));
+  }
+
+ private:
+  const std::size_t size_;
+  std::mutex mutex_;
+  std::vector<std::unique_ptr<std::byte[]>> spare_;
+};
+
+/// Sectors on their way from a source to the disc. They are handed on with their memory, which holds anything at first,
+/// since a disc's worth of copies is felt.
 class Piece {
  public:
   Piece() = default;
-  explicit Piece(std::size_t size) : bytes_(std::make_unique_for_overwrite<std::byte[]>(size)), size_(size) {}
+  explicit Piece(std::size_t size) : bytes_(std::make_unique_for_overwrite<std::byte[]>(size).release()), size_(size) {}
+  /// In such memory, to which it goes back.
+  Piece(std::size_t size, std::shared_ptr<PieceMemory> memory) : size_(size) {
+    std::byte* bytes = memory->take().release();
+    bytes_ = {bytes, GiveBack{std::move(memory)}};
+  }
 
   std::size_t size() const { return size_; }
   bool empty() const { return size_ == 0; }
@@ -25,7 +57,16 @@ class Piece {
   void cutTo(std::size_t size) { size_ = std::min(size_, size); }
 
  private:
-  std::unique_ptr<std::byte[]> bytes_;
+  struct GiveBack {
+    std::shared_ptr<PieceMemory> memory;
+
+    void operator()(std::byte* bytes) const {
+      std::unique_ptr<std::byte[]> owned(bytes);
+      if (memory) memory->give(std::move(owned));
+    }
+  };
+
+  std::unique_ptr<std::byte[], GiveBack> bytes_;
   std::size_t size_ = 0;
 };
 

@@ -35,6 +35,7 @@ struct ReadAhead::Work {
   Opener open;
   std::shared_ptr<SourcesInUse> inUse;
   DecodedTracks decoded{lengthsOf(tracks)};
+  std::shared_ptr<PieceMemory> memory = std::make_shared<PieceMemory>(chunkBytes);
 
   void decodeTracks(const std::stop_token& stop);
   void decode(std::size_t track, const std::stop_token& stop);
@@ -60,7 +61,7 @@ void ReadAhead::Work::decode(std::size_t track, const std::stop_token& stop) {
   const auto stream = open(track);
   for (std::size_t left = bytesOf(tracks[track]); left != 0;) {
     if (stop.stop_requested()) throw Stopped();
-    DecodedTracks::Chunk chunk(std::min(left, chunkBytes));
+    DecodedTracks::Chunk chunk(std::min(left, chunkBytes), memory);
     chunk.cutTo(stream->read(chunk.bytes()));
     if (chunk.empty()) throw EngineError(ErrorKind::File, 0, "a track ends before its last block");
     left -= chunk.size();
