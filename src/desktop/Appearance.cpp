@@ -3,11 +3,10 @@
 #include <QApplication>
 #include <QDBusConnection>
 #include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
-#include <QDBusPendingReply>
+#include <QDBusReply>
 #include <QDBusVariant>
 
-#include "desktop/Make.h"
+#include "desktop/Aside.h"
 
 namespace trackloom {
 
@@ -50,14 +49,13 @@ QPalette darkPalette() {
 }
 
 void followColourScheme() {
-  QDBusConnection bus = QDBusConnection::sessionBus();
-  if (!bus.isConnected()) return;
-  auto& watcher = make<QDBusPendingCallWatcher>(*qApp, bus.asyncCall(schemeQuestion()));
-  QObject::connect(&watcher, &QDBusPendingCallWatcher::finished, [](QDBusPendingCallWatcher* call) {
-    const QDBusPendingReply<QDBusVariant> reply = *call;
-    if (reply.isValid() && prefersDark(reply.value()) && !isDark(QApplication::palette()))
-      QApplication::setPalette(darkPalette());
-    call->deleteLater();
+  doAside([] {
+    const QDBusReply<QDBusVariant> reply = QDBusConnection::sessionBus().call(schemeQuestion());
+    if (!reply.isValid() || !prefersDark(reply.value())) return;
+    const auto darken = [] {
+      if (!isDark(QApplication::palette())) QApplication::setPalette(darkPalette());
+    };
+    QMetaObject::invokeMethod(qApp, darken, Qt::QueuedConnection);
   });
 }
 

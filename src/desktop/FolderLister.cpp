@@ -25,7 +25,7 @@ class Hearing : public std::enable_shared_from_this<Hearing> {
   void say(Word word) {
     const std::lock_guard guard(mutex_);
     words_.push_back(std::move(word));
-    if (!std::exchange(told_, true)) events_.post([self = shared_from_this()] { self->hear(); });
+    tell();
   }
   FolderListing::Hold hold() {
     return {nullptr, [self = shared_from_this()](void*) { self->dropped_ = true; }};
@@ -42,12 +42,16 @@ class Hearing : public std::enable_shared_from_this<Hearing> {
     told_ = false;
     return words_.size();
   }
+  void tell() {
+    if (!std::exchange(told_, true)) events_.post([self = shared_from_this()] { self->hear(); });
+  }
   /// One by one, since a word may let events run, in which the next ones are heard.
   Word next() {
     const std::lock_guard guard(mutex_);
     if (words_.empty()) return nullptr;
     Word word = std::move(words_.front());
     words_.pop_front();
+    if (!words_.empty()) tell();
     return word;
   }
 

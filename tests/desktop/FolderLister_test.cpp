@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <catch2/catch.hpp>
+#include <chrono>
+#include <thread>
 #include <utility>
 
 #include "fakes/FakeEventQueue.h"
@@ -123,6 +125,9 @@ TEST_CASE("Words come in their order, also where one of them lets other events r
     to.events.runUntil([&] { return nester.ended; });
   };
   const auto hold = to.lister.list(HostPath(to.folder.path() + "/"), {".mp3"}, nester);
+  to.events.waitForPost();
+  // Most likely all words lie ready then, and one event is to tell them all.
+  std::this_thread::sleep_for(std::chrono::milliseconds(50));
   REQUIRE(to.events.runUntil([&] { return nester.ended; }));
   REQUIRE(nester.heard.size() == 90);
   CHECK(nester.heard[0] == "first");
