@@ -337,4 +337,29 @@ TEST_CASE("An MP3 disc is read by other programs, closed or left open") {
   CHECK_THAT(ini, Catch::Contains(leftOpen ? "status = open" : "status = closed"));
 }
 
+TEST_CASE("A layout that is recorded onto an open MP3 disc shows the files of both sessions") {
+  RealMachine machine;
+  machine.startQuietly();
+  machine.newLayout(Mp3Layout);
+  machine.drop({machine.mp3File("one.mp3", 5000)});
+  machine.record([](frmOptions& form) { form.optLeaveOpen.click(); });
+  machine.expectDone();
+  REQUIRE(machine.finishes());
+  fs::remove_all(machine.recorder() / "tray/Disc 0002");
+  fs::rename(machine.finished(1), machine.disc());
+  machine.mod().LayoutSaved = true;
+  machine.newLayout(Mp3Layout);
+  machine.drop({machine.mp3File("two.mp3", 70000)});
+  machine.record();
+  machine.expectDone();
+  REQUIRE(machine.finishes());
+  const std::string ini = contentOf(machine.finished(1) / "disc.ini");
+  const std::string start = std::to_string(std::stoi(ini.substr(ini.find("start = ", ini.find("[track 2]")) + 8)));
+  const std::string reader = "isoinfo -J -T " + start + " -i '" + (machine.finished(1) / "disc.iso").string() + "' ";
+  CHECK(outputOf(reader + "-f") == "/one.mp3\n/two.mp3\n");
+  CHECK(outputOf(reader + "-x /one.mp3") == noise(5000, 5000));
+  CHECK(outputOf(reader + "-x /two.mp3") == noise(70000, 70000));
+  CHECK(ini.find("status = closed\n") < ini.find("[session 1]"));
+}
+
 }  // namespace trackloom
