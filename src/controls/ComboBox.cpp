@@ -10,8 +10,14 @@ void ComboBox::accept(ControlVisitor& visitor) {
   visitor.visit(*this);
 }
 
-void ComboBox::AddItem(std::string text, std::int32_t data) {
-  items_.push_back({std::move(text), data});
+void ComboBox::AddItem(std::string text, std::int32_t data, int image) {
+  items_.push_back({std::move(text), data, image});
+  changed();
+}
+
+void ComboBox::InsertItem(std::size_t row, std::string text, int image) {
+  items_.insert(items_.begin() + static_cast<std::ptrdiff_t>(row), {std::move(text), 0, image});
+  if (index_ >= static_cast<int>(row)) ++index_;
   changed();
 }
 

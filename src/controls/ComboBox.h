@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -7,12 +8,17 @@
 
 namespace trackloom {
 
-/// A drop-down list. Rows count from 0, -1 is no choice; each row carries a number of the program's.
+class ImageList;
+
+/// A drop-down list, whose entries may have pictures. Rows count from 0, -1 is no choice; each row carries a number of
+/// the program's.
 class ComboBox final : public Control {
  public:
   struct Item {
     std::string text;
     std::int32_t data = 0;
+    /// A number of `Images`; 0: none.
+    int image = 0;
     bool operator==(const Item&) const = default;
   };
 
@@ -20,7 +26,11 @@ class ComboBox final : public Control {
   void accept(ControlVisitor& visitor) override;
 
   const std::vector<Item>& items() const { return items_; }
-  void AddItem(std::string text, std::int32_t data = 0);
+  void AddItem(std::string text, std::int32_t data = 0, int image = 0);
+  /// Before the row of this number. The choice stays with its row.
+  void InsertItem(std::size_t row, std::string text, int image);
+  /// What the numbers of the entries' pictures count in.
+  const ImageList* Images = nullptr;
   void Clear();
 
   int ListIndex() const { return index_; }

@@ -22,6 +22,7 @@
 #include "controls/ComboBox.h"
 #include "controls/ControlVisitor.h"
 #include "controls/Frame.h"
+#include "controls/ImageList.h"
 #include "controls/Label.h"
 #include "controls/OptionButton.h"
 #include "controls/PictureBox.h"
@@ -167,6 +168,10 @@ void Binder::visit(OptionButton& control) {
                    [&control, entry = entry_] { entry([&control] { control.click(); }); });
 }
 
+QIcon pictureOf(const ComboBox& combo, const ComboBox::Item& item) {
+  return combo.Images == nullptr || item.image == 0 ? QIcon() : iconNamed(combo.Images->Picture(item.image));
+}
+
 void Binder::visit(ComboBox& control) {
   auto* combo = find<QComboBox>(control);
   if (combo == nullptr) return;
@@ -175,7 +180,7 @@ void Binder::visit(ComboBox& control) {
     if (known != control.items()) {
       known = control.items();
       combo->clear();
-      for (const ComboBox::Item& item : known) combo->addItem(shown(item.text));
+      for (const ComboBox::Item& item : known) combo->addItem(pictureOf(control, item), shown(item.text));
     }
     combo->setCurrentIndex(control.ListIndex());
   });

@@ -103,6 +103,14 @@ FolderListing::Hold FolderLister::find(const HostPath& folder, std::function<voi
   return hearing->hold();
 }
 
+std::string FolderLister::endOf(const HostPath& file, std::size_t length) {
+  try {
+    return aside_([file, length] { return ReadEnd(file, length); });
+  } catch (const std::system_error&) {
+    return ReadEnd(file, length);
+  }
+}
+
 bool FolderLister::hasFile(const HostPath& file) {
   try {
     return aside_([file] { return FileExists(file); });

@@ -19,6 +19,7 @@ class FolderLister final : public FolderListing {
   Hold list(const HostPath& folder, std::vector<std::string> extensions, FolderReader& reader) override;
   Hold find(const HostPath& folder, std::function<void()> found) override;
   bool hasFile(const HostPath& file) override;
+  std::string endOf(const HostPath& file, std::size_t length) override;
 
  private:
   EventQueue& events_;

@@ -10,6 +10,7 @@
 #include "ports/MessageBoxes.h"
 #include "ports/Process.h"
 #include "ports/ShellOpener.h"
+#include "ports/VSPrinter.h"
 #include "runtime/Numbers.h"
 
 namespace trackloom {
@@ -25,6 +26,7 @@ struct Ports {
   WriterEngines& writers;
   ShellOpener& opener;
   HelpEngine& help;
+  PrintControls& prints;
   CommonControls& commonControls;
   Separators separators;
 };

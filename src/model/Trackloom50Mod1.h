@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "model/OptionsRecord.h"
 
@@ -13,6 +14,9 @@ inline constexpr std::int16_t Mp3Layout = 2;
 
 /// What a write pass is, as `WritePhase` holds it.
 enum WritePhases : std::int16_t { NoWriteYet = 0, TestOnly = 1, TestBeforeWrite = 2, RealWrite = 3 };
+
+/// What a listing is printed on, as `PrintStyle` holds it.
+enum PrintStyles : std::int16_t { InsertTemplate = 1, StandardPage = 2 };
 
 /// The state that all forms share. Any form may read and write any of it, on the UI thread.
 struct Trackloom50Mod1 {
@@ -56,6 +60,18 @@ struct Trackloom50Mod1 {
   /// Read where a close ends, and never set.
   std::int16_t DiscClosedOnly = 0;
   bool SessionAndDiscClosed = false;
+
+  /// At least one track that was read for printing had no tag.
+  bool TagsMissing = false;
+  /// The play times of the tracks that were read for printing, in the order of the listing.
+  std::vector<std::string> TrackTimes;
+  std::int16_t TrackTimeCount = 0;
+  std::string HeaderColour;
+  std::string ListingFont;
+  /// Points.
+  std::int16_t ListingFontSize = 0;
+  std::string PrintTitle;
+  std::int16_t PrintStyle = 0;
 };
 
 }  // namespace trackloom

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -41,6 +42,9 @@ class FolderListing {
   [[nodiscard]] virtual Hold find(const HostPath& folder, std::function<void()> found) = 0;
   /// Whether a regular file is there. The call waits for the answer, with patience.
   virtual bool hasFile(const HostPath& file) = 0;
+  /// The last `length` bytes of the file, nothing of a shorter one. The call waits for them, with patience. Throws
+  /// RuntimeError.
+  virtual std::string endOf(const HostPath& file, std::size_t length) = 0;
 };
 
 }  // namespace trackloom

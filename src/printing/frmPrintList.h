@@ -4,6 +4,7 @@
 #include "controls/ComboBox.h"
 #include "controls/Form.h"
 #include "controls/Frame.h"
+#include "controls/ImageList.h"
 #include "controls/Label.h"
 #include "controls/ListView.h"
 #include "controls/OptionButton.h"
@@ -33,6 +34,7 @@ class frmPrintList final : public Form {
   TextBox txtTitle{*this, "txtTitle", "", 50};
   Label Label3{*this, "Label3", "Header Color:"};
   ComboBox ImageCombo1{*this, "ImageCombo1"};
+  ImageList ImageList1{*this, "ImageList1", {"Red", "Green", "Yellow", "Blue", "Magenta", "Cyan", "White"}};
   Label Label4{*this, "Label4", "Listing Font:"};
   ComboBox Combo1{*this, "Combo1"};
   Label Label5{*this, "Label5", "Size:"};
@@ -43,11 +45,18 @@ class frmPrintList final : public Form {
 
  private:
   void Load() override;
+  void Activate() override;
   void Unload() override;
   void offerStyles();
   void suggestTitle();
+  void offerColours();
+  void offerFonts();
+  void editSelected();
+  void cmdPrint_Click();
 
   Session& session_;
+  PrintingForms& forms_;
+  bool HintShown = false;
 };
 
 }  // namespace trackloom

@@ -113,6 +113,17 @@ std::string ReadStart(const HostPath& path, std::size_t length) {
   return FileDescriptor::open(path.text, O_RDONLY).readUpTo(length);
 }
 
+std::string ReadEnd(const HostPath& path, std::size_t length) {
+  const FileDescriptor file = FileDescriptor::open(path.text, O_RDONLY);
+  const auto end = static_cast<off_t>(length);
+  // Where the file is shorter there is no such place in it.
+  if (::lseek(file.get(), -end, SEEK_END) == -1) {
+    if (errno == EINVAL) return {};
+    throw RuntimeError::fromErrno(errno);
+  }
+  return file.readUpTo(length);
+}
+
 void WriteStart(const HostPath& path, std::string_view bytes) {
   if (!exists(path.text)) return ReplaceFile(path, bytes);
   FileDescriptor file = FileDescriptor::open(path.text, O_WRONLY);

@@ -35,6 +35,9 @@ void DeleteFile(const HostPath& path);
 /// What the first `length` bytes of the file hold; shorter when the file is. Throws RuntimeError.
 std::string ReadStart(const HostPath& path, std::size_t length);
 
+/// What the last `length` bytes of the file hold; nothing when the file is shorter. Throws RuntimeError.
+std::string ReadEnd(const HostPath& path, std::size_t length);
+
 /// Writes `bytes` over the start of the file; a longer file keeps its tail. A missing file comes into being with all of
 /// them or not at all. Throws RuntimeError.
 void WriteStart(const HostPath& path, std::string_view bytes);

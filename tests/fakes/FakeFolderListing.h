@@ -42,6 +42,8 @@ class FakeFolderListing final : public FolderListing {
 
   bool hasFile(const HostPath& file) override { return !lost.contains(file.text) && FileExists(file); }
 
+  std::string endOf(const HostPath& file, std::size_t length) override { return ReadEnd(file, length); }
+
   /// Lets so many words be said, in the order in which they were asked for; those that nobody holds any more count, but
   /// are not heard.
   void step(int words = 1) {

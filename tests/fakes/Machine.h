@@ -6,6 +6,7 @@
 
 #include "fakes/FakeDrives.h"
 #include "fakes/FakeFolderListing.h"
+#include "fakes/FakePrintControls.h"
 #include "fakes/FakeWorld.h"
 #include "fakes/FakeWriter.h"
 #include "fakes/ScriptedDesk.h"
@@ -30,6 +31,7 @@ class Machine {
   FakeDrives drives;
   FakeOpener opener;
   FakeHelp help;
+  FakePrintControls prints;
   FakeCommonControls commonControls;
   ScriptedDesk desk;
 

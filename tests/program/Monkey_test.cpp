@@ -163,7 +163,8 @@ class Monkey final : public FormHost, public MessageBoxes, public FileDialogs, p
   void poke(Form& form) {
     const auto alive = form.keepAlive();
     const auto& controls = form.controls();
-    controls[static_cast<std::size_t>(below(static_cast<int>(controls.size())))]->accept(*this);
+    // The page of a listing has none.
+    if (!controls.empty()) controls[static_cast<std::size_t>(below(static_cast<int>(controls.size())))]->accept(*this);
     if (chance(&form == &window() ? 500 : 30)) form.closeBox();
   }
 
@@ -250,10 +251,11 @@ class Monkey final : public FormHost, public MessageBoxes, public FileDialogs, p
   FakeProcess process_;
   FakeOpener opener_;
   FakeHelp help_;
+  fakes::FakePrintControls prints_;
   FakeCommonControls commonControls_;
   fakes::FakeFolderListing folders_;
   fakes::FakeDrives drives_;
-  Program program_{*this, Ports{*this, *this, folders_, drives_, *this, process_, engines_, opener_, help_,
+  Program program_{*this, Ports{*this, *this, folders_, drives_, *this, process_, engines_, opener_, help_, prints_,
                                 commonControls_, Separators{}}};
   std::vector<std::string> files_;
   std::vector<Form*> shown_;

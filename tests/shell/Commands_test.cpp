@@ -342,8 +342,8 @@ TEST_CASE("An audio layout and a sorted MP3 layout are printed without a sort ch
   machine.desk.expectForm<frmReadStatus>("frmReadStatus", [](frmReadStatus& form) { form.activated(); });
   cancel<frmPrintList>(machine, "frmPrintList");
   machine.click("mnuFilePrint");
-  CHECK(machine.desk.transcript ==
-        Lines{"modal frmReadStatus", "unload frmReadStatus", "modal frmPrintList", "unload frmPrintList"});
+  CHECK(machine.desk.transcript == Lines{"modal frmReadStatus", "repaint Label1", "unload frmReadStatus",
+                                         "modal frmPrintList", "unload frmPrintList"});
 }
 
 TEST_CASE("Open closes the old layout before it shows the saved ones, and leaves LayoutSaved alone") {

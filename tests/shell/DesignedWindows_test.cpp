@@ -61,18 +61,4 @@ TEST_CASE("frmISO takes its file from browsing alone and a label of 31 character
   CHECK_FALSE(machine.mod().RecordConfirmed);
 }
 
-TEST_CASE("frmReadStatus goes by itself, and says nothing of tracks it has not read") {
-  Running machine;
-  auto& slot = machine.forms().printing.frmReadStatus;
-  slot->activated();
-  CHECK_FALSE(slot.exists());
-  CHECK(machine.engines.stage.take().empty());
-}
-
-TEST_CASE("frmPrintList names the layout's file") {
-  Running machine(Mp3Layout);
-  machine.mod().LayoutFileName = "Summer mix.mixl";
-  CHECK(machine.forms().printing.frmPrintList->txtTitle.Text == std::string("Trackloom - Summer mix"));
-}
-
 }  // namespace trackloom

@@ -47,6 +47,8 @@ inline std::vector<FormPlace> everyForm() {
           placeOf("frmSearch", &ProgramForms::search, &SearchForms::frmSearch),
           placeOf("frmReadStatus", &ProgramForms::printing, &PrintingForms::frmReadStatus),
           placeOf("frmPrintList", &ProgramForms::printing, &PrintingForms::frmPrintList),
+          placeOf("frmEdit", &ProgramForms::printing, &PrintingForms::frmEdit),
+          placeOf("frmPrint", &ProgramForms::printing, &PrintingForms::frmPrint),
           placeOf("frmRipMain", &ProgramForms::ripper, &RipperForms::frmRipMain)};
 }
 

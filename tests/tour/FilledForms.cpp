@@ -86,6 +86,10 @@ void fill(PrintingForms& forms) {
   forms.frmReadStatus->Label1.Caption = "Reading ID3 Tag Information from Track #1024...";
   forms.frmPrintList->ListView1.Add({"01", {"The Strings of Evening", "Nocturne in E minor for two guitars"}});
   forms.frmPrintList->ListView1.Add({"02", {"Anna", "Aubade"}});
+  forms.frmEdit->suggest("The Strings of Evening", "Nocturne in E minor for two guitars");
+  forms.session.mod.PrintTitle = "Trackloom - Summer evenings";
+  forms.session.mod.ListingFontSize = 10;
+  forms.session.mod.TrackTimes = {"11:0", "3:42"};
 }
 
 void fill(RipperForms& forms) {
