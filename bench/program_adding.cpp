@@ -12,6 +12,7 @@
 #include "fakes/FakeDrives.h"
 #include "fakes/FakeFolderListing.h"
 #include "fakes/FakePatience.h"
+#include "fakes/FakePrintControls.h"
 #include "fakes/FakeWorld.h"
 #include "fakes/TempFolder.h"
 #include "shell/Program.h"
@@ -58,6 +59,7 @@ double addingTime(const std::vector<std::string>& files) {
   process.folder = folder.path();
   fakes::FakeOpener opener;
   fakes::FakeHelp help;
+  fakes::FakePrintControls prints;
   fakes::FakeCommonControls commonControls;
   fakes::FakeFolderListing folders;
   fakes::FakeDrives drives;
@@ -65,8 +67,8 @@ double addingTime(const std::vector<std::string>& files) {
   fakes::FakePatience patience;
   engines::writer::DiscWriters writers({std::make_shared<engines::writer::FakeRecorder>()},
                                        std::make_shared<engines::audio::AudioFiles>(), events, patience, {});
-  Program program(desk,
-                  {desk, desk, folders, drives, pump, process, writers, opener, help, commonControls, Separators{}});
+  Program program(
+      desk, {desk, desk, folders, drives, pump, process, writers, opener, help, prints, commonControls, Separators{}});
   program.start();
   program.forms().shell.frmOpen->Timer1.tick();
   program.session().frmListing().activated();

@@ -20,6 +20,7 @@
 #include "engines/virtual/VirtualRecorders.h"
 #include "engines/writer/DiscWriters.h"
 #include "fakes/FakeDrives.h"
+#include "fakes/FakePrintControls.h"
 #include "fakes/FakeWorld.h"
 #include "fakes/TempFolder.h"
 #include "shell/Program.h"
@@ -88,7 +89,7 @@ class Desktop {
                      std::make_shared<engines::audio::AudioFiles>(), events_, patience_,
                      engines::writer::WriterSettings{0, HostPath(home)});
     program_.emplace(desk_, Ports{boxes_, dialogs_, folders_, drives_, pump_, process_, *writers_, opener_, help_,
-                                  commonControls_, Separators{}});
+                                  prints_, commonControls_, Separators{}});
     desk_.setTrap([this](const std::function<void()>& event) { program_->run(event); });
     program_->start();
     program_->forms().shell.frmOpen->Timer1.tick();
@@ -137,6 +138,7 @@ class Desktop {
   fakes::FakeProcess process_;
   fakes::FakeOpener opener_;
   fakes::FakeHelp help_;
+  fakes::FakePrintControls prints_;
   fakes::FakeCommonControls commonControls_;
   std::optional<engines::writer::DiscWriters> writers_;
   std::optional<Program> program_;

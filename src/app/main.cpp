@@ -12,6 +12,7 @@
 #include "desktop/QtEvents.h"
 #include "desktop/QtFileDialogs.h"
 #include "desktop/QtMessageBoxes.h"
+#include "desktop/QtPrintControls.h"
 #include "desktop/SessionWakefulness.h"
 #include "engines/drives/LinuxDrives.h"
 #include "engines/ground/EngineSettings.h"
@@ -52,6 +53,7 @@ constexpr std::chrono::milliseconds SplashIsSeen{100};
   NoHelpViewer help;
   NoCommonControls commonControls;
   const HostPath programFolder(process.executableFolder());
+  QtPrintControls prints(desk, files, programFolder);
   const engines::EngineSettings settings = engines::loadEngineSettings(programFolder);
   const std::vector<engines::KnownDrive> known = engines::loadKnownDrives(programFolder);
   const engines::RecorderList present = settings.virtualRecorders
@@ -66,12 +68,13 @@ constexpr std::chrono::milliseconds SplashIsSeen{100};
       engines::inKnownOrder(drives, present), std::make_shared<engines::audio::AudioFiles>(), events, patience,
       {settings.pause, HostPath(ScratchFolder), settings.verify, std::make_shared<SessionWakefulness>()});
   desk.setFailureDetail(writers.failureDetail());
-  Program program(desk, {boxes, files, folders, hardDrives, pump, process, writers, opener, help, commonControls,
-                         systemSeparators()});
+  Program program(desk, {boxes, files, folders, hardDrives, pump, process, writers, opener, help, prints,
+                         commonControls, systemSeparators()});
   PanelDoor panelDoor(engines::virtualrecorder::shelvesOf(programFolder, present), opener,
                       [&desk] { return desk.failureDetail(); });
-  desk.setExtras([&panelDoor](const std::string& form, QWidget& window) {
+  desk.setExtras([&panelDoor, &prints](const std::string& form, QWidget& window) {
     if (form == "frmListing") panelDoor.standIn(window);
+    if (form == "frmPrint") prints.standIn(window);
   });
   const ForcedEnd forcedEnd([&program](int status) { program.endUnasked(status); });
   desk.setTrap([&program](const std::function<void()>& event) { program.run(event); });

@@ -3,40 +3,16 @@
 #include <QAccessible>
 #include <QAccessibleWidget>
 #include <QLineEdit>
-#include <QTextBoundaryFinder>
 #include <algorithm>
 #include <memory>
+
+#include "desktop/TextParts.h"
 
 namespace trackloom {
 
 namespace {
 
 using Boundary = QAccessible::TextBoundaryType;
-
-/// From the start of a part of the text to the start of the next.
-struct Part {
-  int start = 0;
-  int end = 0;
-};
-
-QTextBoundaryFinder::BoundaryType kindOf(Boundary boundary) {
-  if (boundary == QAccessible::CharBoundary) return QTextBoundaryFinder::Grapheme;
-  if (boundary == QAccessible::WordBoundary) return QTextBoundaryFinder::Word;
-  return QTextBoundaryFinder::Sentence;
-}
-
-/// The part around the place. An edit box is one line and one paragraph. Nothing is at the end of the text.
-Part partAt(const QString& text, int place, Boundary boundary) {
-  const int length = static_cast<int>(text.size());
-  if (place < 0 || place >= length) return {length, length};
-  if (boundary >= QAccessible::ParagraphBoundary) return {0, length};
-  QTextBoundaryFinder finder(kindOf(boundary), text);
-  finder.setPosition(place);
-  const qsizetype start = finder.isAtBoundary() ? place : finder.toPreviousBoundary();
-  finder.setPosition(place);
-  const qsizetype end = finder.toNextBoundary();
-  return {static_cast<int>(std::max<qsizetype>(start, 0)), end < 0 ? length : static_cast<int>(end)};
-}
 
 class EditReading final : public QAccessibleWidget,
                           public QAccessibleTextInterface,
@@ -72,7 +48,7 @@ class EditReading final : public QAccessibleWidget,
 
  private:
   QLineEdit& line() const { return *static_cast<QLineEdit*>(object()); }
-  QString tell(const Part& part, int* start, int* end) const;
+  QString tell(const TextPart& part, int* start, int* end) const;
 };
 
 void* EditReading::interface_cast(QAccessible::InterfaceType type) {
@@ -102,7 +78,7 @@ void EditReading::selection(int /*index*/, int* start, int* end) const {
   *end = std::max(line().selectionEnd(), 0);
 }
 
-QString EditReading::tell(const Part& part, int* start, int* end) const {
+QString EditReading::tell(const TextPart& part, int* start, int* end) const {
   *start = part.start;
   *end = part.end;
   return text(part.start, part.end);
@@ -119,12 +95,12 @@ QString EditReading::textAtOffset(int offset, Boundary boundary, int* start, int
 }
 
 QString EditReading::textBeforeOffset(int offset, Boundary boundary, int* start, int* end) const {
-  const Part here = partAt(line().text(), placeMeant(offset, line()), boundary);
-  return tell(here.start == 0 ? Part() : partAt(line().text(), here.start - 1, boundary), start, end);
+  const TextPart here = partAt(line().text(), placeMeant(offset, line()), boundary);
+  return tell(here.start == 0 ? TextPart() : partAt(line().text(), here.start - 1, boundary), start, end);
 }
 
 QString EditReading::textAfterOffset(int offset, Boundary boundary, int* start, int* end) const {
-  const Part here = partAt(line().text(), placeMeant(offset, line()), boundary);
+  const TextPart here = partAt(line().text(), placeMeant(offset, line()), boundary);
   return tell(partAt(line().text(), here.end, boundary), start, end);
 }
 

@@ -8,6 +8,7 @@
 
 #include "desktop/Appearance.h"
 #include "desktop/EditReading.h"
+#include "desktop/PageView.h"
 
 namespace trackloom {
 
@@ -108,6 +109,7 @@ void dress(QApplication& application) {
   application.setWindowIcon(QIcon(":/trackloom.svg"));
   followColourScheme();
   letEditsBeRead();
+  letPagesBeRead();
 }
 
 }  // namespace trackloom

@@ -6,9 +6,12 @@
 namespace trackloom::trial {
 
 LiveProgram::LiveProgram(Separators signs)
-    : program(desk, Ports{boxes, files, folders, drives, pump, process, engines, opener, help, commonControls,
+    : program(desk, Ports{boxes, files, folders, drives, pump, process, engines, opener, help, prints, commonControls,
                           std::move(signs)}) {
   process.folder = folder.path();
+  desk.setExtras([this](const std::string& form, QWidget& window) {
+    if (form == "frmPrint") prints.standIn(window);
+  });
   desk.setTrap([this](const std::function<void()>& event) {
     try {
       program.run(event);

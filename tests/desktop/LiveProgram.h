@@ -9,6 +9,7 @@
 #include "desktop/QtEvents.h"
 #include "desktop/QtFileDialogs.h"
 #include "desktop/QtMessageBoxes.h"
+#include "desktop/QtPrintControls.h"
 #include "desktop/User.h"
 #include "fakes/FakeDrives.h"
 #include "fakes/FakeFolderListing.h"
@@ -36,6 +37,7 @@ class LiveProgram {
   QtDesk desk;
   QtMessageBoxes boxes{desk};
   QtFileDialogs files{desk};
+  QtPrintControls prints{desk, files, HostPath(folder.path())};
   Program program;
   User user;
   /// The status with which the process would have ended.

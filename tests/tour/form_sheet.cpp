@@ -16,6 +16,7 @@
 #include "desktop/QtEvents.h"
 #include "desktop/QtFileDialogs.h"
 #include "desktop/QtMessageBoxes.h"
+#include "desktop/QtPrintControls.h"
 #include "desktop/ShelfList.h"
 #include "engines/virtual/FolderShelf.h"
 #include "engines/virtual/VirtualRecorders.h"
@@ -132,13 +133,18 @@ bool makeSheet(const QString& file) {
   QtFileDialogs files(desk);
   fakes::FakeFolderListing folders;
   fakes::FakeDrives drives;
+  QtPrintControls prints(desk, files, HostPath(home));
+  desk.setExtras([&prints](const std::string& form, QWidget& window) {
+    if (form == "frmPrint") prints.standIn(window);
+  });
   SheetProcess process(home);
   Nobody nobody;
   NoCommonControls commonControls;
   engines::writer::DiscWriters writers(engines::virtualrecorder::findVirtualRecorders(HostPath(home)),
                                        std::make_shared<engines::audio::AudioFiles>(), events, patience,
                                        {0, HostPath(home)});
-  Program program(desk, {boxes, files, folders, drives, pump, process, writers, nobody, nobody, commonControls, {}});
+  Program program(desk,
+                  {boxes, files, folders, drives, pump, process, writers, nobody, nobody, prints, commonControls, {}});
   program.start();
   program.forms().shell.frmOpen->Timer1.tick();
   // At its first activation the main window would ask the user for a layout.
