@@ -8,12 +8,15 @@
 #include "YieldingDesk.h"
 #include "fakes/FakeDrives.h"
 #include "fakes/FakeFolderListing.h"
+#include "fakes/FakePrintControls.h"
 #include "fakes/FakeWorld.h"
 #include "fakes/FakeWriter.h"
 #include "fakes/TempFolder.h"
 #include "layout/frmOpenLayout.h"
 #include "model/DockState.h"
+#include "printing/clsMP3Info.h"
 #include "runtime/RuntimeError.h"
+#include "runtime/Text.h"
 #include "runtime/ValueFile.h"
 #include "shell/Program.h"
 
@@ -64,6 +67,9 @@ class Installation {
     }
   }
 
+  /// The running program's.
+  Session& session() { return program_->session(); }
+
   std::string read(const std::string& file) const { return folder_.read(file); }
   std::string path() const { return folder_.path(); }
 
@@ -72,7 +78,7 @@ class Installation {
  private:
   void start() {
     program_ = std::make_unique<Program>(desk_, Ports{desk_, desk_, folders_, drives_, pump_, process_, engines_,
-                                                      opener_, help_, commonControls_, Separators{}});
+                                                      opener_, help_, prints_, commonControls_, Separators{}});
     program_->start();
     program_->forms().shell.frmOpen->Timer1.tick();
     program_->session().frmListing().activated();
@@ -85,6 +91,7 @@ class Installation {
   fakes::FakeEngines engines_;
   fakes::FakeOpener opener_;
   fakes::FakeHelp help_;
+  fakes::FakePrintControls prints_;
   fakes::FakeCommonControls commonControls_;
   fakes::FakeFolderListing folders_;
   fakes::FakeDrives drives_;
@@ -111,6 +118,12 @@ std::vector<std::string> rowsOf(const ListingWindow& window) {
 bool anyHasQuote(const std::vector<std::string>& texts) {
   return std::any_of(texts.begin(), texts.end(),
                      [](const std::string& text) { return text.find('"') != std::string::npos; });
+}
+
+/// Whether a field of 30 bytes can read so.
+bool canBeField(const std::string& text) {
+  constexpr std::size_t FieldSize = 30;
+  return isValidUtf8(text) && Len(text) <= FieldSize && Trim(text) == text;
 }
 
 std::vector<std::string> valuesOf(const std::string& bytes) {
@@ -161,6 +174,30 @@ void runValues(std::string_view bytes) {
   for (const std::string& value : values) writer.text(value);
   // A quote before a separator within a value closes it when it is read again.
   require(anyHasQuote(values) || valuesOf(writer.bytes()) == values);
+}
+
+struct TagTrial::State {
+  Installation<YieldingDesk> installation;
+};
+
+TagTrial::TagTrial() : state_(std::make_unique<State>()) {
+  state_->installation.install("tagged.mp3", "");
+  state_->installation.goOn([](ListingWindow&) {});
+}
+
+TagTrial::~TagTrial() = default;
+
+void TagTrial::run(std::string_view bytes) {
+  constexpr std::size_t TagSize = 128;
+  Installation<YieldingDesk>& installation = state_->installation;
+  installation.install("tagged.mp3", bytes);
+  installation.session().mod.TagsMissing = false;
+  clsMP3Info info(installation.session());
+  info.SetFileName(HostPath(installation.path() + "/tagged.mp3"));
+  const bool tagged = bytes.size() >= TagSize && bytes.substr(bytes.size() - TagSize).starts_with("TAG");
+  require(installation.session().mod.TagsMissing != tagged);
+  require(tagged || (info.Title() == "Unknown" && info.Artist() == "Unknown"));
+  require(canBeField(info.Title()) && canBeField(info.Artist()));
 }
 
 struct LayoutTrial::State {

@@ -16,6 +16,22 @@ void runDockState(std::string_view bytes);
 /// Reads these bytes as values, to the end. Aborts where the values, written anew, are not read back.
 void runValues(std::string_view bytes);
 
+/// One program that reads the tag of one file behind the other.
+class TagTrial {
+ public:
+  TagTrial();
+  ~TagTrial();
+  TagTrial(const TagTrial&) = delete;
+  TagTrial& operator=(const TagTrial&) = delete;
+
+  /// Reads the tag of a file of these bytes. Aborts where it is not what the last 128 bytes can hold.
+  void run(std::string_view bytes);
+
+ private:
+  struct State;
+  std::unique_ptr<State> state_;
+};
+
 /// One program that opens a layout file behind the other.
 class LayoutTrial {
  public:

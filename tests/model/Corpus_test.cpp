@@ -37,6 +37,11 @@ TEST_CASE("The corpus of the bars fuzzer runs through") {
   CHECK(replay("dock_state", fuzz::runDockState) > 20);
 }
 
+TEST_CASE("The corpus of the tags fuzzer runs through") {
+  fuzz::TagTrial trial;
+  CHECK(replay("tags", [&](std::string_view bytes) { trial.run(bytes); }) > 20);
+}
+
 TEST_CASE("The corpus of the layouts fuzzer runs through") {
   CHECK(replay("layout", [](std::string_view bytes) { fuzz::LayoutTrial().run(bytes); }) > 20);
 }
