@@ -48,6 +48,8 @@ namespace trackloom {
 namespace {
 
 constexpr int UnusedFrame = 2;
+/// In pixels: the picture of an entry makes its box no higher than a text does.
+constexpr int SampleSide = 14;
 
 /// Finds the widget of each control and ties the two: one overload for each kind.
 class Binder final : public ControlVisitor {
@@ -176,6 +178,7 @@ void Binder::visit(ComboBox& control) {
   auto* combo = find<QComboBox>(control);
   if (combo == nullptr) return;
   keepStrayWheelFrom(*combo);
+  combo->setIconSize({SampleSide, SampleSide});
   follow(control, *combo, [&control, combo, known = std::vector<ComboBox::Item>()]() mutable {
     if (known != control.items()) {
       known = control.items();

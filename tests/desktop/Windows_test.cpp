@@ -106,7 +106,7 @@ TEST_CASE(
     const Qt::WindowFlags flags = shown.window.windowFlags();
     if (form->name() == "frmOpen")
       CHECK(flags == (Qt::SplashScreen | Qt::FramelessWindowHint));
-    else if (form->name() == "frmListing" || form->name() == "frmRipMain")
+    else if (form->name() == "frmListing" || form->name() == "frmRipMain" || form->name() == "frmPrint")
       CHECK((flags & Qt::WindowMinMaxButtonsHint) == Qt::WindowMinMaxButtonsHint);
     else if (form->name() == "frmStatus")
       CHECK(flags == (Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
