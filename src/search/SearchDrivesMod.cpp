@@ -1,5 +1,7 @@
 #include "search/SearchDrivesMod.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <utility>
 
 #include "model/Capacity.h"
@@ -22,9 +24,9 @@ bool isDirectory(const FindRecord& record) {
   return (record.attributes & FindRecord::DirectoryAttribute) != 0;
 }
 
-/// "MP3" or "WAV", empty for a file that is not wanted.
-std::string wantedType(const std::string& name, int choice) {
-  const std::string extension = UCase(Right(name, 4));
+/// "MP3" or "WAV", empty for a file that is not wanted. Four bytes that read so are four characters.
+std::string wantedType(std::string_view name, int choice) {
+  const std::string extension = UCase(name.substr(name.size() - std::min<std::size_t>(name.size(), 4)));
   if (extension == ".MP3" && (choice == Mp3Files || choice == AllAudioFiles)) return "MP3";
   if (extension == ".WAV" && (choice == WavFiles || choice == AllAudioFiles)) return "WAV";
   return "";
