@@ -29,6 +29,14 @@ Character characterAt(std::string_view text, std::size_t at) {
   return {static_cast<std::size_t>(bytes), static_cast<std::int32_t>(code)};
 }
 
+bool isAscii(char byte) {
+  return static_cast<unsigned char>(byte) < 0x80;
+}
+
+char upperAscii(char letter) {
+  return letter >= 'a' && letter <= 'z' ? static_cast<char>(letter - 'a' + 'A') : letter;
+}
+
 void appendUtf8(std::string& text, ucs4_t code) {
   std::array<std::uint8_t, 4> units{};
   const int count = ::u8_uctomb(units.data(), code, units.size());
@@ -89,6 +97,11 @@ std::string UCase(std::string_view text) {
   std::string result;
   result.reserve(text.size());
   for (std::size_t at = 0; at < text.size();) {
+    // Most names are ASCII, and lists are sorted by many.
+    if (isAscii(text[at])) {
+      result += upperAscii(text[at++]);
+      continue;
+    }
     const Character character = characterAt(text, at);
     if (character.isStray())
       result += text[at];
