@@ -12,6 +12,7 @@
 #include "controls/VScrollBar.h"
 #include "fakes/FakeDrives.h"
 #include "fakes/FakeFolderListing.h"
+#include "fakes/FakePrintControls.h"
 #include "fakes/FakeWorld.h"
 #include "fakes/FakeWriter.h"
 #include "fakes/TempFolder.h"
