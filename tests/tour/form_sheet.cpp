@@ -150,10 +150,12 @@ bool makeSheet(const QString& file) {
   // At its first activation the main window would ask the user for a layout.
   program.session().frmListing().Loading = false;
   const auto forms = filledForms(program, AudioLayout);
+  // It lets events run, and the forms behind it must not hear of their activation.
+  Portrait panel = portraitOfPanel(home, nobody);
   showAllRows();
   std::vector<Portrait> portraits;
   for (const auto& form : forms) portraits.push_back(portraitOf(desk, *form));
-  portraits.push_back(portraitOfPanel(home, nobody));
+  portraits.push_back(std::move(panel));
   return paintSheet(std::move(portraits), file);
 }
 
