@@ -18,6 +18,7 @@
 #include "engines/writer/DiscWriters.h"
 #include "engines/writer/FakeWrite.h"
 #include "fakes/FakeFolderListing.h"
+#include "fakes/FakePrintControls.h"
 #include "fakes/FakeWorld.h"
 #include "fakes/TempFolder.h"
 #include "shell/Program.h"
@@ -139,9 +140,10 @@ class Window {
   fakes::FakeFolderListing folders_;
   fakes::FakeOpener opener_;
   fakes::FakeHelp help_;
+  fakes::FakePrintControls prints_;
   fakes::FakeCommonControls commonControls_;
   Program program_{desk_, Ports{agreeing_, agreeing_, folders_, drives_, pump_, process_, writers_, opener_, help_,
-                                commonControls_, Separators{}}};
+                                prints_, commonControls_, Separators{}}};
 };
 
 double timeOfCommand(const std::string& command) {
