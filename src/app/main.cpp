@@ -79,10 +79,8 @@ constexpr std::chrono::milliseconds SplashIsSeen{100};
   const ForcedEnd forcedEnd([&program](int status) { program.endUnasked(status); });
   desk.setTrap([&program](const std::function<void()>& event) { program.run(event); });
   desk.enter([&program] { program.start(); });
-  QTimer::singleShot(SplashIsSeen, [&desk, &program] {
-    desk.prepare(program.session().frmListing());
-    desk.prepare("frmNewOption");
-  });
+  QTimer::singleShot(SplashIsSeen, [&desk, &program] { desk.prepare(program.session().frmListing()); });
+  QTimer::singleShot(2 * SplashIsSeen, [&desk] { desk.prepare("frmNewOption"); });
   process.end(QApplication::exec());
 }
 

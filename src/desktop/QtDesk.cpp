@@ -64,7 +64,10 @@ void QtDesk::performHeld() {
 }
 
 void QtDesk::prepare(Form& form) {
-  faceOf(form).prepare();
+  // In a turn of its own, so that the window system need not wait for both.
+  QTimer::singleShot(0, &faceOf(form).window(), [face = faceOf(form).weak_from_this()] {
+    if (const auto ready = face.lock()) ready->prepare();
+  });
 }
 
 void QtDesk::prepare(const std::string& form) {

@@ -2,7 +2,9 @@
 
 #include <QObject>
 #include <chrono>
+#include <deque>
 #include <functional>
+#include <mutex>
 #include <optional>
 
 #include "ports/EventPump.h"
@@ -39,8 +41,8 @@ class QtEventPump final : public EventPump {
   std::optional<std::chrono::steady_clock::time_point> looked_;
 };
 
-/// Queues events in the loop of the thread that made it, where they run like any event of the desk. Outlives whoever
-/// posts.
+/// Queues events in the loop of the thread that made it, where they run like any event of the desk, in their order. A
+/// flood of them leaves the window system its turn every few milliseconds. Outlives whoever posts.
 class QtEventQueue final : public EventQueue {
  public:
   explicit QtEventQueue(QtDesk& desk) : desk_(desk) {}
@@ -48,7 +50,14 @@ class QtEventQueue final : public EventQueue {
   void post(std::function<void()> event) override;
 
  private:
+  void run();
+  std::function<void()> next();
+
   QtDesk& desk_;
+  std::mutex mutex_;
+  std::deque<std::function<void()>> events_;
+  /// A run has been asked for that has not begun.
+  bool due_ = false;
   QObject receiver_;
 };
 

@@ -6,6 +6,7 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTimer>
+#include <algorithm>
 #include <array>
 #include <catch2/catch.hpp>
 #include <cerrno>
@@ -107,6 +108,31 @@ TEST_CASE("Events posted by other threads run on this one, later and in their or
   CHECK(order.empty());
   QtEventPump().pumpEvents();
   CHECK(order == Lines{"first", "second", "third"});
+}
+
+TEST_CASE(
+    "A flood of engine events leaves others their turn, keeps its order, and goes on within a loop of one of them") {
+  QtDesk desk;
+  QtEventQueue queue(desk);
+  std::vector<int> done;
+  std::size_t doneAtTurn = 0;
+  constexpr std::size_t Flood = 60;
+  for (int number = 0; number < static_cast<int>(Flood); ++number)
+    queue.post([&done, number] {
+      std::this_thread::sleep_for(std::chrono::milliseconds(1));
+      done.push_back(number);
+    });
+  QTimer::singleShot(0, qApp, [&] { doneAtTurn = done.size(); });
+  REQUIRE(comesTrue([&] { return done.size() == Flood; }));
+  CHECK(std::is_sorted(done.begin(), done.end()));
+  CHECK(doneAtTurn < Flood);
+
+  bool inner = false;
+  bool cameWithin = false;
+  queue.post([&] { cameWithin = comesTrue([&] { return inner; }); });
+  queue.post([&inner] { inner = true; });
+  REQUIRE(comesTrue([&] { return inner; }));
+  CHECK(cameWithin);
 }
 
 TEST_CASE(
