@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <exception>
 #include <new>
 #include <vector>
 
@@ -38,6 +39,7 @@ class DiscSectors {
 
  private:
   void load(std::int64_t block);
+  int failed(const EngineError& error);
 
   std::shared_ptr<Recorder> recorder_;
   std::vector<DiscTrack> tracks_;
@@ -56,6 +58,11 @@ void DiscSectors::load(std::int64_t block) {
   first_ = block;
 }
 
+int DiscSectors::failed(const EngineError& error) {
+  if (!failure_) failure_.emplace(error);
+  return static_cast<int>(ISO_DATA_SOURCE_FATAL);
+}
+
 int DiscSectors::readBlock(std::uint32_t block, std::uint8_t* target) {
   constexpr auto sector = static_cast<std::int64_t>(dataSectorBytes);
   try {
@@ -63,8 +70,10 @@ int DiscSectors::readBlock(std::uint32_t block, std::uint8_t* target) {
     std::memcpy(target, sectors_.data() + (block - first_) * sector, dataSectorBytes);
     return 1;
   } catch (const EngineError& error) {
-    if (!failure_) failure_.emplace(error);
-    return static_cast<int>(ISO_DATA_SOURCE_FATAL);
+    return failed(error);
+  } catch (const std::exception& error) {
+    // Nothing may pass through the library.
+    return failed(deviceError(sense::readError, error.what()));
   }
 }
 

@@ -74,6 +74,8 @@ void WriteProof::requireReadBack(Recorder& recorder, const std::stop_token& stop
       left = left.subspan(sums.size());
       done += step;
     }
+  if (!left.empty())
+    throw deviceError(sense::miscompare, std::to_string(left.size()) + " blocks of the write are missing on the disc");
 }
 
 }  // namespace trackloom::engines::writer

@@ -15,6 +15,8 @@ class WornRecorder final : public virtualrecorder::VirtualRecorder {
   using VirtualRecorder::VirtualRecorder;
 
   std::optional<std::int32_t> wornBlock;
+  /// Blocks that the last track is shorter by than what was written.
+  std::int32_t lost = 0;
   std::function<void(std::int32_t block)> onRead;
 
   std::vector<std::byte> read(std::int32_t block, std::int32_t count) override {
@@ -26,6 +28,12 @@ class WornRecorder final : public virtualrecorder::VirtualRecorder {
       sectors[sectors.size() / static_cast<std::size_t>(count) * static_cast<std::size_t>(*wornBlock - block)] ^=
           std::byte{1};
     return sectors;
+  }
+
+  std::shared_ptr<const DriveSnapshot> look() override {
+    DriveSnapshot seen = *VirtualRecorder::look();
+    if (seen.disc && !seen.disc->tracks.empty()) seen.disc->tracks.back().length -= lost;
+    return std::make_shared<const DriveSnapshot>(seen);
   }
 
   std::int32_t blocksRead = 0;
@@ -119,6 +127,14 @@ TEST_CASE("A block of an audio disc that reads back as another is a device error
   CHECK(world.writer->LastDeviceErrorText() ==
         "block " + std::to_string(block) + " of the disc is not what was written (E/1D/00)");
   CHECK(world.writer->DiscStatus() == DiscOpen);
+}
+
+TEST_CASE("A track that is shorter on the disc than it was written is a device error") {
+  ProvenWorld world;
+  world.queueTracks();
+  world.recorder->lost = 3;
+  CHECK(world.write().back() == "OnWriteError 3 " + std::to_string(0x0E1D00));
+  CHECK(world.writer->LastDeviceErrorText().find("3 blocks of the write are missing on the disc") == 0);
 }
 
 TEST_CASE("Blocks that are no content of the write are not judged") {
