@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 #include <span>
+#include <string>
 #include <vector>
 
 namespace trackloom {
@@ -27,10 +28,12 @@ class Mp3Stream {
  public:
   virtual ~Mp3Stream() = default;
 
-  /// `kbps` holds for the whole track.
+  /// What it gives does not need this stream any more. `kbps` holds for the whole track.
   virtual std::unique_ptr<Mp3Track> begin(std::int32_t kbps) = 0;
   /// The rate in kbps that is set now.
   virtual std::int32_t BitRate() = 0;
+  /// The encoder and its version, for a report; empty: it does not tell.
+  virtual std::string Words() { return {}; }
 };
 
 }  // namespace trackloom
