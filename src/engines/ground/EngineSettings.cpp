@@ -22,7 +22,23 @@ std::string explainedDefaults(const EngineSettings& settings) {
       .section("Recorders")
       .comment("Whether the folders \"Virtual Recorder\", \"Virtual Recorder 2\" and so on are used as recorders.")
       .entry("virtual", settings.virtualRecorders ? "yes" : "no")
+      .section("Disc Names")
+      .comment("The server of the disc database, which names discs that are read, and its port.")
+      .entry("server", settings.discServer.host)
+      .entry("port", settings.discServer.port)
+      .comment("Your e-mail address, which the server wants to be told with every question. Nothing is sent to any")
+      .comment("server while none stands here; names of discs then come from earlier answers and from the discs.")
+      .entry("email", settings.discServer.email)
       .text();
+}
+
+DiscServerSettings discServerOf(const IniFile& file) {
+  constexpr std::int32_t LastPort = 65535;
+  DiscServerSettings server;
+  server.host = file.value("Disc Names", "server").value_or(server.host);
+  server.port = file.number("Disc Names", "port", 1, LastPort).value_or(server.port);
+  server.email = file.value("Disc Names", "email").value_or(server.email);
+  return server;
 }
 
 }  // namespace
@@ -37,6 +53,7 @@ EngineSettings loadEngineSettings(const HostPath& programFolder) {
     settings.pause = file->number("Writing", "pause", 0, LongestPause).value_or(settings.pause);
     settings.verify = file->flag("Writing", "verify").value_or(settings.verify);
     settings.virtualRecorders = file->flag("Recorders", "virtual").value_or(settings.virtualRecorders);
+    settings.discServer = discServerOf(*file);
   }
   return settings;
 }

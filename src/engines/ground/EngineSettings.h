@@ -1,11 +1,20 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 
 #include "engines/ground/Blocks.h"
 #include "runtime/Paths.h"
 
 namespace trackloom::engines {
+
+/// The server of the disc database and who asks it.
+struct DiscServerSettings {
+  std::string host = "gnudb.gnudb.org";
+  std::int32_t port = 80;
+  /// Where it is empty nothing is sent.
+  std::string email;
+};
 
 /// What the user may set of the engines, in `Engines.ini` beside the executable. The program itself knows nothing of
 /// it.
@@ -15,6 +24,7 @@ struct EngineSettings {
   /// Every sector of a real write is read back and compared before its success is told.
   bool verify = false;
   bool virtualRecorders = true;
+  DiscServerSettings discServer;
 };
 
 /// Where the settings lie.

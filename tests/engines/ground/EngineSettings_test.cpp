@@ -23,6 +23,42 @@ TEST_CASE("Settings are only read, and their explanation gives the defaults agai
   CHECK(loadEngineSettings(HostPath(folder.path())).virtualRecorders);
 }
 
+TEST_CASE("The disc database's server stands in the explanation, and nobody's address") {
+  TempFolder folder;
+  explainEngineSettings(HostPath(folder.path()));
+  const std::string text = folder.read("Engines.ini");
+  CHECK(text.find("[Disc Names]\n") < text.find("\nserver = gnudb.gnudb.org\n"));
+  CHECK(text.find("[Disc Names]\n") < text.find("\nport = 80\n"));
+  CHECK(text.find("[Disc Names]\n") < text.find("\nemail = \n"));
+  CHECK(text.find("\nserver = ") != std::string::npos);
+  CHECK(text.find("\nport = ") != std::string::npos);
+  CHECK(text.find("\nemail = ") != std::string::npos);
+  for (int look = 0; look < 2; ++look) {
+    const DiscServerSettings server = loadEngineSettings(HostPath(folder.path())).discServer;
+    CHECK(server.host == "gnudb.gnudb.org");
+    CHECK(server.port == 80);
+    CHECK(server.email.empty());
+    folder.write("Engines.ini", "");
+  }
+}
+
+TEST_CASE("The user's disc database is taken, its port where there can be such a one") {
+  TempFolder folder;
+  const auto loaded = [&](const std::string& lines) {
+    folder.write("Engines.ini", "[disc names]\n" + lines);
+    const DiscServerSettings server = loadEngineSettings(HostPath(folder.path())).discServer;
+    return server.host + ":" + std::to_string(server.port) + " " + server.email;
+  };
+  CHECK(loaded("Server=names.example.org\nport = 8080\nemail = joe@example.org\n") ==
+        "names.example.org:8080 joe@example.org");
+  CHECK(loaded("port = 1\n") == "gnudb.gnudb.org:1 ");
+  CHECK(loaded("port = 65535\n") == "gnudb.gnudb.org:65535 ");
+  CHECK(loaded("port = 0\n") == "gnudb.gnudb.org:80 ");
+  CHECK(loaded("port = 65536\n") == "gnudb.gnudb.org:80 ");
+  // No other server takes the place of one that was taken away.
+  CHECK(loaded("server =\n") == ":80 ");
+}
+
 TEST_CASE("The explanation leaves a file that is there already as it is") {
   TempFolder folder;
   folder.write("Engines.ini", "; mine");
