@@ -1,4 +1,5 @@
-#define CATCH_CONFIG_MAIN
-#include <catch2/catch.hpp>
+#include "catch_session.h"
 
-#include "words/table/NotingListener.h"
+int main(int argc, char** argv) {
+  return trackloom::runTests(argc, argv);
+}

@@ -31,7 +31,7 @@ void takeText(const IniFile& ini, const char* section, const char* key, std::siz
 /// A sense number as `KK/CC/QQ` in hexadecimal digits.
 std::optional<std::int32_t> senseNumber(std::string_view text) {
   std::int32_t number = 0;
-  for (int part = 0; part < 3; ++part) {
+  for (int part = 0;; ++part) {
     std::uint8_t value = 0;
     const auto [stop, error] = std::from_chars(text.data(), text.data() + text.size(), value, 16);
     if (error != std::errc{}) return std::nullopt;

@@ -1,6 +1,7 @@
 #include "engines/virtual/VirtualChange.h"
 
 #include <catch2/catch.hpp>
+#include <chrono>
 
 #include "engines/virtual/Sandbox.h"
 
@@ -95,6 +96,38 @@ TEST_CASE("What cannot be erased stays as it is") {
   const auto before = snapshot(box.folder());
   CHECK_THAT(failedErase(recorder), StartsWith(words));
   CHECK(snapshot(box.folder()) == before);
+}
+
+TEST_CASE("Sectors that cannot be removed fail an erase in words, and the disc can be erased once they can") {
+  const Sandbox box;
+  box.describeDisc(blankCdRw);
+  VirtualRecorder recorder = box.recorder();
+  writeDisc(recorder, audioOrder({300}, true, true));
+  fs::remove(box.disc() / "disc.cue");
+  fs::create_directory(box.disc() / "disc.cue");
+  CHECK_THAT(failedErase(recorder), StartsWith("030C00 the disc cannot be erased: cannot remove disc.cue: "));
+  fs::remove(box.disc() / "disc.cue");
+  CHECK(failedErase(recorder) == "no failure");
+  CHECK(discIn(recorder).status == DiscEmpty);
+}
+
+TEST_CASE("At a real drive's pace an erase takes the time of the blocks that it goes over, and can be stopped") {
+  const Sandbox box;
+  box.describeDisc("[disc]\nmedium = CD-RW\nstatus = blank\nblocks = 1000\ndataBlocks = 900\n");
+  box.configure("[recorder]\nrealTimePacing = yes\nmaxSpeed = 48\n");
+  VirtualRecorder recorder = box.recorder();
+  OperationObserver nobody;
+  std::stop_source stop;
+  SECTION("done") {
+    const auto begin = std::chrono::steady_clock::now();
+    recorder.erase(false, nobody, {});
+    // 900 blocks at 48 times 75 blocks a second are a quarter of one.
+    CHECK(std::chrono::steady_clock::now() - begin >= std::chrono::milliseconds(200));
+  }
+  SECTION("stopped") {
+    stop.request_stop();
+    CHECK_THROWS_AS(recorder.erase(true, nobody, stop.get_token()), Stopped);
+  }
 }
 
 TEST_CASE("An erase that fails leaves a spoilt disc, which can be erased again") {

@@ -306,6 +306,19 @@ TEST_CASE("An image that fails leaves what was there, and nothing beside it") {
     CHECK_FALSE(entry.path().filename().string().starts_with("."));
 }
 
+TEST_CASE("An image takes more files than a process may hold open") {
+  ImageWorld world;
+  constexpr int many = 300;
+  for (int at = 0; at < many; ++at) CHECK(world.add("\\" + std::to_string(at) + ".mp3", "x"));
+  rlimit before{};
+  ::getrlimit(RLIMIT_NOFILE, &before);
+  const rlimit fewer{.rlim_cur = many, .rlim_max = before.rlim_max};
+  ::setrlimit(RLIMIT_NOFILE, &fewer);
+  CHECK(world.make());
+  ::setrlimit(RLIMIT_NOFILE, &before);
+  CHECK(world.tree("-J").size() == many);
+}
+
 TEST_CASE("Ten thousand files of one folder make an image") {
   ImageWorld world;
   const HostPath source = world.folder.file("same", "x");

@@ -34,8 +34,9 @@ struct Script {
   char sound = 'x';
   std::promise<void> open = {};
   std::shared_future<void> opened = open.get_future().share();
-  /// Blocks at which it fails.
+  /// Blocks at which it fails, and at which it has nothing more.
   std::int32_t failAt = std::numeric_limits<std::int32_t>::max();
+  std::int32_t endAt = std::numeric_limits<std::int32_t>::max();
   std::atomic<int> reads = 0;
   std::atomic<std::size_t> bytes = 0;
   std::atomic<pid_t> decoder = 0;
@@ -54,6 +55,7 @@ class ScriptedStream final : public audio::AudioStream {
     script_.opened.wait();
     if (script_.bytes / audioSectorBytes >= static_cast<std::size_t>(script_.failAt))
       throw EngineError(ErrorKind::File, 0, "scripted");
+    if (script_.bytes / audioSectorBytes >= static_cast<std::size_t>(script_.endAt)) return 0;
     std::ranges::fill(sectors, static_cast<std::byte>(script_.sound));
     script_.bytes += sectors.size();
     ++script_.reads;
@@ -221,6 +223,21 @@ TEST_CASE("A track that fails does so where its sound ends, and the tracks befor
   CHECK(static_cast<char>(sectors[audioSectorBytes * 100 - 1]) == 'a');
   CHECK(static_cast<char>(sectors[audioSectorBytes * 100]) == 'b');
   CHECK_THROWS_WITH(nextSector(*ahead), "scripted");
+}
+
+TEST_CASE("A track whose sound ends early is a file error, never silence") {
+  Scripted tracks(1);
+  tracks[0].endAt = 1;
+  letOpen(tracks[0]);
+  const auto ahead = tracks.start();
+  std::vector<std::byte> sectors(audioSectorBytes * static_cast<std::size_t>(manyBlocks));
+  try {
+    ahead->read(sectors);
+    FAIL("nothing was told");
+  } catch (const EngineError& error) {
+    CHECK(error.kind() == ErrorKind::File);
+    CHECK(error.words() == "a track ends before its last block");
+  }
 }
 
 }  // namespace trackloom::engines::writer

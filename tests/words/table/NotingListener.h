@@ -7,8 +7,8 @@
 
 namespace trackloom::words {
 
-/// Notes each test of this program that passes, and how many the program has. Included by the file that has Catch's
-/// own main.
+/// Notes each test of this program that passes, and how many the program has. Included by the file that compiles
+/// Catch itself.
 class NotingListener : public Catch::TestEventListenerBase {
  public:
   using TestEventListenerBase::TestEventListenerBase;
