@@ -89,7 +89,7 @@ class Desktop {
                      std::make_shared<engines::audio::AudioFiles>(), events_, patience_,
                      engines::writer::WriterSettings{0, HostPath(home)});
     program_.emplace(desk_, Ports{boxes_, dialogs_, folders_, drives_, pump_, process_, *writers_, opener_, help_,
-                                  prints_, commonControls_, Separators{}});
+                                  prints_, commonControls_, registry_, fileVersions_, Separators{}});
     desk_.setTrap([this](const std::function<void()>& event) { program_->run(event); });
     program_->start();
     program_->forms().shell.frmOpen->Timer1.tick();
@@ -140,6 +140,8 @@ class Desktop {
   fakes::FakeHelp help_;
   fakes::FakePrintControls prints_;
   fakes::FakeCommonControls commonControls_;
+  fakes::FakeRegistry registry_;
+  fakes::FakeFileVersions fileVersions_;
   std::optional<engines::writer::DiscWriters> writers_;
   std::optional<Program> program_;
 };

@@ -142,8 +142,10 @@ class Window {
   fakes::FakeHelp help_;
   fakes::FakePrintControls prints_;
   fakes::FakeCommonControls commonControls_;
+  fakes::FakeRegistry registry_;
+  fakes::FakeFileVersions fileVersions_;
   Program program_{desk_, Ports{agreeing_, agreeing_, folders_, drives_, pump_, process_, writers_, opener_, help_,
-                                prints_, commonControls_, Separators{}}};
+                                prints_, commonControls_, registry_, fileVersions_, Separators{}}};
 };
 
 double timeOfCommand(const std::string& command) {

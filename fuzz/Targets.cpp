@@ -77,8 +77,9 @@ class Installation {
 
  private:
   void start() {
-    program_ = std::make_unique<Program>(desk_, Ports{desk_, desk_, folders_, drives_, pump_, process_, engines_,
-                                                      opener_, help_, prints_, commonControls_, Separators{}});
+    program_ = std::make_unique<Program>(
+        desk_, Ports{desk_, desk_, folders_, drives_, pump_, process_, engines_, opener_, help_, prints_,
+                     commonControls_, registry_, fileVersions_, Separators{}});
     program_->start();
     program_->forms().shell.frmOpen->Timer1.tick();
     program_->session().frmListing().activated();
@@ -93,6 +94,8 @@ class Installation {
   fakes::FakeHelp help_;
   fakes::FakePrintControls prints_;
   fakes::FakeCommonControls commonControls_;
+  fakes::FakeRegistry registry_;
+  fakes::FakeFileVersions fileVersions_;
   fakes::FakeFolderListing folders_;
   fakes::FakeDrives drives_;
   std::unique_ptr<Program> program_;

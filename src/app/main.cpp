@@ -29,6 +29,7 @@ namespace {
 class NoHelpViewer final : public HelpEngine {
  public:
   std::intptr_t HtmlHelp(std::intptr_t, const std::string&, std::uint32_t, std::intptr_t) override { return 0; }
+  void askWhatsThis(std::intptr_t) override {}
 };
 
 /// Caches of tracks can take a whole disc's size, which is too much for a file system in memory.
@@ -52,6 +53,8 @@ constexpr std::chrono::milliseconds SplashIsSeen{100};
   DesktopOpener opener;
   NoHelpViewer help;
   NoCommonControls commonControls;
+  NoRegistry registry;
+  NoFileVersions fileVersions;
   const HostPath programFolder(process.executableFolder());
   QtPrintControls prints(desk, files, programFolder);
   const engines::EngineSettings settings = engines::loadEngineSettings(programFolder);
@@ -69,7 +72,7 @@ constexpr std::chrono::milliseconds SplashIsSeen{100};
       {settings.pause, HostPath(ScratchFolder), settings.verify, std::make_shared<SessionWakefulness>()});
   desk.setFailureDetail(writers.failureDetail());
   Program program(desk, {boxes, files, folders, hardDrives, pump, process, writers, opener, help, prints,
-                         commonControls, systemSeparators()});
+                         commonControls, registry, fileVersions, systemSeparators()});
   PanelDoor panelDoor(engines::virtualrecorder::shelvesOf(programFolder, present), opener,
                       [&desk] { return desk.failureDetail(); });
   desk.setExtras([&panelDoor, &prints](const std::string& form, QWidget& window) {

@@ -13,6 +13,8 @@
 #include <iostream>
 #include <utility>
 
+#include "runtime/RuntimeError.h"
+
 namespace trackloom {
 
 namespace {
@@ -20,6 +22,14 @@ namespace {
 constexpr const char* Executable = "/proc/self/exe";
 
 }  // namespace
+
+void NoRegistry::setText(Root, const std::string& /*key*/, const std::string& /*name*/, const std::string& /*text*/) {
+  throw RuntimeError(RuntimeError::PathNotFound);
+}
+
+void NoRegistry::removeText(Root, const std::string& /*key*/, const std::string& /*name*/) {
+  throw RuntimeError(RuntimeError::PathNotFound);
+}
 
 LinuxProcess::LinuxProcess() {
   std::signal(SIGPIPE, SIG_IGN);

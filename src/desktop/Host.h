@@ -3,7 +3,9 @@
 #include <functional>
 
 #include "ports/CommonControls.h"
+#include "ports/FileVersions.h"
 #include "ports/Process.h"
+#include "ports/Registry.h"
 #include "runtime/FileDescriptor.h"
 #include "runtime/Numbers.h"
 
@@ -13,6 +15,25 @@ namespace trackloom {
 class NoCommonControls final : public CommonControls {
  public:
   bool initialise(std::int32_t /*structureSize*/, std::int32_t /*classFlags*/) override { return true; }
+};
+
+/// Here the system keeps no settings of this kind: every key is missing, and none can be made.
+class NoRegistry final : public Registry {
+ public:
+  std::optional<std::string> text(Root, const std::string& /*key*/, const std::string& /*name*/) override {
+    return std::nullopt;
+  }
+  void setText(Root, const std::string& /*key*/, const std::string& /*name*/, const std::string& /*text*/) override;
+  void removeText(Root, const std::string& /*key*/, const std::string& /*name*/) override;
+};
+
+/// Program files bear no versions here, and no name is ever shortened.
+class NoFileVersions final : public FileVersions {
+ public:
+  std::optional<FileVersion> versionOf(const HostPath& /*file*/) override { return std::nullopt; }
+  std::string expanded(const std::string& text) override { return text; }
+  std::string longPath(const std::string& path) override { return path; }
+  std::string systemVersion() override { return ""; }
 };
 
 /// The process as Linux sees it. A lock on the program's folder tells a second instance, so that nothing is left behind

@@ -1,5 +1,6 @@
 #include "help/HelpLaunch.h"
 
+#include "help/HTMLHelp.h"
 #include "model/Session.h"
 #include "runtime/Files.h"
 
@@ -11,9 +12,12 @@ std::string helpFile(const Session& session) {
   return session.mod.AppFolder + "Trackloom.chm";
 }
 
-void display(Session& session, HelpCommand command, std::intptr_t data) {
-  if (!HelpFileExists(session)) return;
-  session.ports.help.HtmlHelp(0, helpFile(session) + ">main", command, data);
+/// The program's one, on its file and its window.
+HTMLHelp& readyHelp(Session& session) {
+  if (!session.htmlHelp) session.htmlHelp = std::make_shared<HTMLHelp>(session);
+  session.htmlHelp->CHMFile = helpFile(session);
+  session.htmlHelp->HHWindow = "main";
+  return *session.htmlHelp;
 }
 
 }  // namespace
@@ -26,11 +30,17 @@ bool HelpFileExists(Session& session) {
 }
 
 void showHelpTopic(Session& session, HelpTopic topic) {
-  display(session, HelpContext, topic);
+  if (!HelpFileExists(session)) return;
+  HTMLHelp& help = readyHelp(session);
+  help.HHTopicID = topic;
+  std::intptr_t noWindow = 0;
+  help.HHDisplayTopicID(noWindow);
 }
 
 void showHelpContents(Session& session) {
-  display(session, HelpDisplayContents, 0);
+  if (!HelpFileExists(session)) return;
+  std::intptr_t noWindow = 0;
+  readyHelp(session).HHDisplayContents(noWindow);
 }
 
 }  // namespace trackloom

@@ -5,10 +5,12 @@
 #include "ports/Drives.h"
 #include "ports/EventPump.h"
 #include "ports/FileDialogs.h"
+#include "ports/FileVersions.h"
 #include "ports/FolderListing.h"
 #include "ports/HelpEngine.h"
 #include "ports/MessageBoxes.h"
 #include "ports/Process.h"
+#include "ports/Registry.h"
 #include "ports/ShellOpener.h"
 #include "ports/VSPrinter.h"
 #include "runtime/Numbers.h"
@@ -28,6 +30,8 @@ struct Ports {
   HelpEngine& help;
   PrintControls& prints;
   CommonControls& commonControls;
+  Registry& registry;
+  FileVersions& fileVersions;
   Separators separators;
 };
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <memory>
+
 #include "controls/FormHost.h"
 #include "controls/FormSlot.h"
 #include "model/Batch.h"
@@ -9,6 +11,8 @@
 #include "model/frmImages.h"
 
 namespace trackloom {
+
+class HTMLHelp;
 
 /// What every feature shares of one running program: the world, the shared state, and the main window as plain state.
 struct Session {
@@ -23,6 +27,9 @@ struct Session {
   ListingWindow* mainWindow = nullptr;
   /// Here and not with the shell's forms, since every dialog of every feature takes its picture from it.
   FormSlot<class frmImages> frmImages{*this};
+
+  /// Made at its first use.
+  std::shared_ptr<HTMLHelp> htmlHelp;
 
   RunningBatches batches;
   /// The program is ending by force: nothing but its last boxes takes input any more.

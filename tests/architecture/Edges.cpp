@@ -41,6 +41,7 @@ const std::vector<Folder>& folders() {
       {"engines/disc", Outside::Library, {"runtime", "ports", "engines/ground"}},
       {"engines/audio", Outside::Library, {"runtime", "ports", "engines/ground"}},
       {"engines/drives", Outside::Host, {"runtime", "ports"}},
+      {"engines/helpfile", Outside::Standard, {"runtime", "ports"}},
       {"engines/virtual", Outside::Library, {"runtime", "ports", "engines/ground", "engines/disc"}},
       {"engines/writer", Outside::Library, {"runtime", "ports", "engines/ground", "engines/disc", "engines/audio"}},
       {"engines/ripper", Outside::Library, {"runtime", "ports", "engines/ground", "engines/disc"}},

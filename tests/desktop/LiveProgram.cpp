@@ -7,7 +7,7 @@ namespace trackloom::trial {
 
 LiveProgram::LiveProgram(Separators signs)
     : program(desk, Ports{boxes, files, folders, drives, pump, process, engines, opener, help, prints, commonControls,
-                          std::move(signs)}) {
+                          registry, fileVersions, std::move(signs)}) {
   process.folder = folder.path();
   desk.setExtras([this](const std::string& form, QWidget& window) {
     if (form == "frmPrint") prints.standIn(window);

@@ -34,6 +34,8 @@ class LiveProgram {
   fakes::FakeOpener opener;
   fakes::FakeHelp help;
   fakes::FakeCommonControls commonControls;
+  fakes::FakeRegistry registry;
+  fakes::FakeFileVersions fileVersions;
   QtDesk desk;
   QtMessageBoxes boxes{desk};
   QtFileDialogs files{desk};

@@ -1,15 +1,21 @@
 #pragma once
 
 #include <functional>
+#include <map>
+#include <optional>
 #include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
 #include "ports/CommonControls.h"
 #include "ports/EventPump.h"
+#include "ports/FileVersions.h"
 #include "ports/HelpEngine.h"
 #include "ports/Process.h"
+#include "ports/Registry.h"
 #include "ports/ShellOpener.h"
+#include "runtime/RuntimeError.h"
 
 namespace trackloom::fakes {
 
@@ -59,11 +65,67 @@ class FakeHelp final : public HelpEngine {
     std::intptr_t owner;
   };
   std::vector<Call> calls;
+  /// Meets each call while its `data` still points at something.
+  std::function<void(const Call&)> onCall;
+  std::vector<std::intptr_t> asked;
 
   std::intptr_t HtmlHelp(std::intptr_t owner, const std::string& target, std::uint32_t command,
                          std::intptr_t data) override {
-    calls.push_back({target, command, data, owner});
+    const Call call{target, command, data, owner};
+    calls.push_back(call);
+    if (onCall) onCall(call);
     return 1;
+  }
+  void askWhatsThis(std::intptr_t window) override { asked.push_back(window); }
+};
+
+/// A store that fails where `refusal` is set.
+class FakeRegistry final : public Registry {
+ public:
+  using Place = std::tuple<Root, std::string, std::string>;
+  std::map<Place, std::string> texts;
+  std::optional<RuntimeError> refusal;
+
+  std::optional<std::string> text(Root root, const std::string& key, const std::string& name) override {
+    refuse();
+    const auto found = texts.find({root, key, name});
+    return found == texts.end() ? std::nullopt : std::optional(found->second);
+  }
+  void setText(Root root, const std::string& key, const std::string& name, const std::string& text) override {
+    refuse();
+    texts[{root, key, name}] = text;
+  }
+  void removeText(Root root, const std::string& key, const std::string& name) override {
+    refuse();
+    if (texts.erase({root, key, name}) == 0) throw RuntimeError(RuntimeError::PathNotFound);
+  }
+
+ private:
+  void refuse() const {
+    if (refusal) throw RuntimeError(*refusal);
+  }
+};
+
+/// Files with the versions that a test gives them, and texts that stand for others.
+class FakeFileVersions final : public FileVersions {
+ public:
+  std::map<std::string, FileVersion> versions;
+  std::map<std::string, std::string> variables;
+  std::map<std::string, std::string> longPaths;
+  std::string system;
+
+  std::optional<FileVersion> versionOf(const HostPath& file) override {
+    const auto found = versions.find(file.text);
+    return found == versions.end() ? std::nullopt : std::optional(found->second);
+  }
+  std::string expanded(const std::string& text) override { return of(variables, text); }
+  std::string longPath(const std::string& path) override { return of(longPaths, path); }
+  std::string systemVersion() override { return system; }
+
+ private:
+  static std::string of(const std::map<std::string, std::string>& table, const std::string& text) {
+    const auto found = table.find(text);
+    return found == table.end() ? text : found->second;
   }
 };
 

@@ -11,7 +11,7 @@ Machine::Machine() {
 void Machine::showSplash() {
   engines.restart();
   program_ = std::make_unique<Program>(desk, Ports{desk, desk, folders, hardDrives(), pump, process, writers(), opener,
-                                                   help, prints, commonControls, Separators{}});
+                                                   help, prints, commonControls, registry, fileVersions, Separators{}});
   program_->start();
 }
 

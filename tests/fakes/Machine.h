@@ -33,6 +33,8 @@ class Machine {
   FakeHelp help;
   FakePrintControls prints;
   FakeCommonControls commonControls;
+  FakeRegistry registry;
+  FakeFileVersions fileVersions;
   ScriptedDesk desk;
 
   /// Starts the program anew, and stays at its splash.

@@ -254,10 +254,12 @@ class Monkey final : public FormHost, public MessageBoxes, public FileDialogs, p
   FakeHelp help_;
   fakes::FakePrintControls prints_;
   FakeCommonControls commonControls_;
+  fakes::FakeRegistry registry_;
+  fakes::FakeFileVersions fileVersions_;
   fakes::FakeFolderListing folders_;
   fakes::FakeDrives drives_;
   Program program_{*this, Ports{*this, *this, folders_, drives_, *this, process_, engines_, opener_, help_, prints_,
-                                commonControls_, Separators{}}};
+                                commonControls_, registry_, fileVersions_, Separators{}}};
   std::vector<std::string> files_;
   std::vector<Form*> shown_;
   std::vector<Form*> modals_;

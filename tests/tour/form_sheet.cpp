@@ -47,6 +47,7 @@ class SheetProcess final : public Process {
 struct Nobody final : ShellOpener, HelpEngine {
   void open(const ShellOrder& /*order*/) override {}
   std::intptr_t HtmlHelp(std::intptr_t, const std::string&, std::uint32_t, std::intptr_t) override { return 0; }
+  void askWhatsThis(std::intptr_t) override {}
 };
 
 /// A window as it stands on the desktop, without its frame.
@@ -140,11 +141,25 @@ bool makeSheet(const QString& file) {
   SheetProcess process(home);
   Nobody nobody;
   NoCommonControls commonControls;
+  NoRegistry registry;
+  NoFileVersions fileVersions;
   engines::writer::DiscWriters writers(engines::virtualrecorder::findVirtualRecorders(HostPath(home)),
                                        std::make_shared<engines::audio::AudioFiles>(), events, patience,
                                        {0, HostPath(home)});
-  Program program(desk,
-                  {boxes, files, folders, drives, pump, process, writers, nobody, nobody, prints, commonControls, {}});
+  Program program(desk, {boxes,
+                         files,
+                         folders,
+                         drives,
+                         pump,
+                         process,
+                         writers,
+                         nobody,
+                         nobody,
+                         prints,
+                         commonControls,
+                         registry,
+                         fileVersions,
+                         {}});
   program.start();
   program.forms().shell.frmOpen->Timer1.tick();
   // At its first activation the main window would ask the user for a layout.
