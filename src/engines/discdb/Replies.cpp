@@ -128,16 +128,9 @@ std::string titleKey(std::size_t track) {
 }
 
 std::vector<DiscTrackRecord> tracksOf(const Values& values) {
-  std::size_t count = mostTracks;
-  while (count > 0 && !values.contains(titleKey(count - 1))) --count;
   std::vector<DiscTrackRecord> tracks;
-  for (std::size_t track = 0; track < count; ++track) tracks.push_back({textOf(values, titleKey(track))});
-  return tracks;
-}
-
-bool hasNames(const DiscRecord& record) {
-  return !Trim(record.Title).empty() || std::any_of(record.Tracks.begin(), record.Tracks.end(),
-                                                    [](const auto& track) { return !Trim(track.Title).empty(); });
+  for (std::size_t track = 0; track < mostTracks; ++track) tracks.push_back({textOf(values, titleKey(track))});
+  return withoutTail(std::move(tracks));
 }
 
 /// A title without an artist is both (CDDB file format).
@@ -148,7 +141,16 @@ std::pair<std::string, std::string> artistAndTitle(const std::string& text) {
   return {text.substr(0, end), text.substr(end + Separator.size())};
 }
 
+bool isBlank(const std::string& text) {
+  return Trim(text).empty();
+}
+
 }  // namespace
+
+std::vector<DiscTrackRecord> withoutTail(std::vector<DiscTrackRecord> tracks) {
+  while (!tracks.empty() && isBlank(tracks.back().Title)) tracks.pop_back();
+  return tracks;
+}
 
 std::optional<EntryPlace> firstMatch(std::string_view reply) {
   const StatusLine status = takeStatusLine(reply);
@@ -169,8 +171,8 @@ DiscRecord entryOf(std::string_view reply, std::string_view category) {
   record.Year = textOf(values, "DYEAR");
   record.Genre = textOf(values, "DGENRE");
   record.Tracks = tracksOf(values);
-  if (!hasNames(record)) refuse("The disc database's entry has no names");
-  if (Trim(record.Genre).empty()) record.Genre = category;
+  if (isBlank(record.Title) && record.Tracks.empty()) refuse("The disc database's entry has no names");
+  if (isBlank(record.Genre)) record.Genre = category;
   if (record.Genre.empty()) record.Genre = placeIn(status.words).value_or(EntryPlace()).category;
   return record;
 }

@@ -3,6 +3,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "ports/DiscDatabase.h"
 
@@ -24,5 +25,9 @@ std::optional<EntryPlace> firstMatch(std::string_view reply);
 /// The record in a reply to `cddb read`. Where it names no genre, `category` stands for it, or that of the reply's own
 /// first line.
 DiscRecord entryOf(std::string_view reply, std::string_view category = {});
+
+/// The titles up to the last that says something; a track whose title is blank would have no name at all, one that is
+/// not there gets its number.
+std::vector<DiscTrackRecord> withoutTail(std::vector<DiscTrackRecord> tracks);
 
 }  // namespace trackloom::engines::discdb

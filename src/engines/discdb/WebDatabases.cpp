@@ -1,6 +1,5 @@
 #include "engines/discdb/WebDatabases.h"
 
-#include <algorithm>
 #include <optional>
 #include <utility>
 
@@ -9,6 +8,7 @@
 #include "engines/discdb/DiscNames.h"
 #include "engines/discdb/LookUp.h"
 #include "engines/discdb/PlainText.h"
+#include "engines/discdb/Replies.h"
 #include "engines/ground/EngineError.h"
 #include "runtime/RuntimeError.h"
 #include "runtime/Statements.h"
@@ -18,17 +18,15 @@ namespace trackloom::engines::discdb {
 
 namespace {
 
-DiscRecord recordOf(const DiscText& text) {
+/// Nothing: the disc bears no name.
+std::optional<DiscRecord> recordOf(const DiscText& text) {
   DiscRecord record;
   record.Artist = plainText(text.artist);
   record.Title = plainText(text.title);
   for (const std::string& title : text.titles) record.Tracks.push_back({plainText(title)});
-  return record;
-}
-
-bool hasNames(const DiscText& text) {
-  const auto isName = [](const std::string& name) { return !Trim(name).empty(); };
-  return isName(text.artist) || isName(text.title) || std::any_of(text.titles.begin(), text.titles.end(), isName);
+  record.Tracks = withoutTail(std::move(record.Tracks));
+  const bool bearsName = !Trim(record.Artist + record.Title).empty() || !record.Tracks.empty();
+  return bearsName ? std::optional(record) : std::nullopt;
 }
 
 /// A disc, and what is known of it without the server.
@@ -44,8 +42,8 @@ KnownDisc look(const ContentsOf& contents, const DiscNames& names, const std::st
   KnownDisc known{*disc, discId(*disc), {}};
   if (const auto kept = names.find(known.id))
     known.matches = {*kept};
-  else if (hasNames(disc->text))
-    known.matches = {recordOf(disc->text)};
+  else if (const auto own = recordOf(disc->text))
+    known.matches = {*own};
   return known;
 }
 

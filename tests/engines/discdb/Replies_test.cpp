@@ -140,7 +140,9 @@ TEST_CASE("An entry tells of the disc and its tracks") {
       {entry("DTITLE=B\r\nTTITLE0=a=b\r\n"), "B|B|rock||a=b"},
       // Tracks that the entry passes over are there without a name.
       {entry("DTITLE=B\r\nTTITLE2=Three\r\n"), "B|B|rock||||Three"},
-      {entry("DTITLE=B\r\nTTITLE0=One\r\nTTITLE1=\r\n"), "B|B|rock||One|"},
+      // So are those with a blank one, but for the last.
+      {entry("DTITLE=B\r\nTTITLE0=\r\nTTITLE1=Two\r\nTTITLE2=\r\nTTITLE3= \r\n"), "B|B|rock|||Two"},
+      {entry("DTITLE=B\r\nTTITLE0=\r\nTTITLE1=\r\n"), "B|B|rock|"},
       {entry("DTITLE=B\r\nTTITLE00=x\r\nTTITLE-1=x\r\nTTITLE99=x\r\nTTITLE4294967296=x\r\nTTITLE=x\r\nttitle0=x\r\n"),
        "B|B|rock|"},
       {entry("no value\r\n\r\n=x\r\nDTITLE=B\r\n"), "B|B|rock|"},

@@ -51,17 +51,14 @@ struct World {
   fakes::FakePatience patience;
   DiscServerSettings settings{"127.0.0.1", 9, "joe@example.org"};
   std::optional<DiscContents> disc = audioDisc();
-  std::string lettersAsked;
 
   explicit World(const DatabaseServer* server = nullptr) {
     if (server != nullptr) settings.port = server->port();
   }
 
-  ContentsOf contents() {
-    return [this](const std::string& letter) {
-      lettersAsked += letter;
-      return disc;
-    };
+  /// Drive D alone, with the disc that lies in it now: a look that nobody waits for any more may come later.
+  ContentsOf contents() const {
+    return [disc = disc](const std::string& letter) { return letter == "D" ? disc : std::nullopt; };
   }
 
   /// What a look-up gives; ahead of it "failed " where it failed.
@@ -93,7 +90,6 @@ TEST_CASE("A disc is asked for once and its first match read once, with the user
   DatabaseServer server(answering(Exact, Entry));
   World world(&server);
   CHECK(world.lookUp() == EntryText);
-  CHECK(world.lettersAsked == "D");
   REQUIRE(server.requests().size() == 2);
   CHECK(targetOf(server.requests()[0]) ==
         "/~cddb/cddb.cgi?cmd=cddb+query+940aac0d+13+150+15239+29625+45763+61420+75862+91642+108918+123698+139895+"
@@ -230,7 +226,9 @@ TEST_CASE("The disc's own names are data too, and blanks alone are none") {
   CHECK(world.lookUp() == "[Bj\xC3\xB6rk|AB||| |a/b]");
   world.disc->text = {"", " ", {" ", ""}};
   CHECK(world.lookUp().empty());
-  world.disc->text = {"", "", {"", "Two"}};
+  world.disc->text = {"", "Title", {" ", ""}};
+  CHECK(world.lookUp() == "[|Title||]");
+  world.disc->text = {"", "", {"", "Two", ""}};
   CHECK(world.lookUp() ==
         "[||||"
         "|Two]");
@@ -255,7 +253,8 @@ TEST_CASE(
 TEST_CASE("The matches of an earlier look-up are gone with the next, also where that fails") {
   DatabaseServer server(answering(Exact, Entry));
   World world(&server);
-  WebDatabases databases(world.settings, HostPath(world.folder.path()), world.contents(), world.patience);
+  const ContentsOf drive = [&world](const std::string&) { return world.disc; };
+  WebDatabases databases(world.settings, HostPath(world.folder.path()), drive, world.patience);
   const auto database = databases.create();
   CHECK(database->Matches().empty());
   CHECK(World::lookUp(*database) == EntryText);

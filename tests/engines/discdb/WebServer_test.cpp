@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "engines/discdb/DatabaseServer.h"
+#include "engines/discdb/HangingNames.h"
 #include "runtime/RuntimeError.h"
 
 namespace trackloom::engines::discdb {
@@ -148,6 +149,14 @@ TEST_CASE("The deadline is one for all requests, and behind it nothing is sent")
   CHECK(server.requests().empty());
 }
 
+TEST_CASE("A name that nobody resolves is given up at the deadline, and others are resolved meanwhile") {
+  WebServer hanging(hangingName, 80, in(Short));
+  CHECK(failed(got(hanging)));
+  const DatabaseServer server([](Wire& wire, const std::string&) { wire.answer("ab"); });
+  WebServer web("localhost", server.port(), in(Long));
+  CHECK(got(web) == "ab");
+}
+
 TEST_CASE("A redirect is followed on the same server, a few times") {
   int turns = 0;
   DatabaseServer server([&](Wire& wire, const std::string& target) {
@@ -169,7 +178,9 @@ TEST_CASE("A redirect is followed on the same server, a few times") {
 TEST_CASE("A redirect's full address is followed where it names the same server in its own way") {
   DatabaseServer server([&](Wire& wire, const std::string& target) {
     if (target == "/there") return wire.answer("ab");
-    wire.redirect("HTTP://127.0.0.1:" + std::to_string(server.port()) + "/there");
+    // Its own words are no part of the answer.
+    wire.send("HTTP/1.1 301 Moved Permanently\r\nContent-Length: 5\r\nLocation: HTTP://127.0.0.1:" +
+              std::to_string(server.port()) + "/there\r\n\r\nMoved");
   });
   WebServer web("127.0.0.1", server.port(), in(Long));
   CHECK(got(web) == "ab");
