@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "engines/disc/DriveSnapshot.h"
+#include "engines/disc/ReadConditions.h"
 #include "engines/disc/SectorSource.h"
 #include "engines/disc/WriteOrder.h"
 #include "engines/ground/EngineError.h"
@@ -70,6 +71,11 @@ class Recorder {
   virtual void close(bool alsoDisc, OperationObserver& observer, const std::stop_token& stop) = 0;
   /// `count` sectors of the disc from `block` on, 2352 or 2048 bytes each as its tracks are audio or data.
   virtual std::vector<std::byte> read(std::int32_t block, std::int32_t count) = 0;
+  /// Keeps the disc in the recorder, and all operations away from it, while somebody has this. Throws EngineError where
+  /// something is at work with it.
+  virtual std::shared_ptr<void> holdDisc() { return nullptr; }
+  /// What those who read the disc's sound at this multiple of the base speed are to meet.
+  virtual ReadConditions readConditions(std::int16_t /*speed*/) { return {}; }
   /// Throws EngineError where the tray cannot be opened; the disc then lies where it was.
   virtual void eject() = 0;
 };

@@ -32,7 +32,7 @@ std::int64_t placeOf(BlockKind kind, std::int32_t block) {
 }
 
 void requireSize(const FileDescriptor& folder, BlockKind kind, const VirtualDisc& disc) {
-  const std::int64_t expected = disc.kind() == kind ? placeOf(kind, disc.end()) : 0;
+  const std::int64_t expected = placeOf(kind, disc.end(kind));
   const std::int64_t size = fileSize(folder, sectorsName(kind)).value_or(0);
   if (size != expected)
     throw DamagedDisc(std::string(sectorsName(kind)) + " has " + std::to_string(size) + " bytes, and disc.ini says " +
@@ -86,7 +86,8 @@ void DiscFolder::record(const VirtualDisc& disc) const {
 }
 
 void DiscFolder::mendCueSheet(const VirtualDisc& disc) const {
-  if (disc.kind() != AudioBlocks || disc.status == VirtualDisc::Status::Writing) return;
+  const bool listed = disc.kind() == AudioBlocks && !disc.isMixed();
+  if (!listed || disc.status == VirtualDisc::Status::Writing) return;
   const std::string right = disc.cueSheet();
   const bool there = fileSize(folder_, cueSheetName) == std::ssize(right);
   if (!there || readSmallFile(folder_, cueSheetName, right.size()) != right) replaceFile(folder_, cueSheetName, right);

@@ -115,9 +115,8 @@ void requireLaws(const VirtualDisc& disc) {
     if (session.tracks.empty()) damaged(numbered("session ", at + 1), "it has no tracks");
     if (!session.closed && !mayBeOpen) damaged(numbered("session ", at + 1), "it must be closed");
   }
-  const std::vector<VirtualTrack> tracks = disc.tracks();
-  for (const VirtualTrack& track : tracks)
-    if (track.kind != tracks.front().kind) throw DamagedDisc("disc.ini has tracks of both kinds");
+  if (disc.isMixed() && disc.status != Status::Closed)
+    throw DamagedDisc("disc.ini has tracks of both kinds on a disc that is not closed");
 }
 
 }  // namespace

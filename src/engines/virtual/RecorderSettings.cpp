@@ -45,8 +45,19 @@ std::optional<std::int32_t> senseNumber(std::string_view text) {
   return number;
 }
 
+constexpr std::int32_t anyBlock = std::numeric_limits<std::int32_t>::max();
+
+void takeReadFaults(const IniFile& ini, RecorderSettings& settings) {
+  settings.reading.unreadable = ini.number("faults", "failReadAt", 0, anyBlock);
+  settings.reading.retried = ini.number("faults", "retryReadAt", 0, anyBlock);
+  settings.reading.jitter = ini.number("faults", "jitterAt", 0, anyBlock);
+  settings.reading.slowed = ini.number("faults", "slowReadAt", 0, anyBlock);
+  settings.reading.hanging = ini.number("faults", "hangReadAt", 0, anyBlock);
+  settings.reading.noContents = ini.flag("faults", "hideContents").value_or(false);
+  settings.failContents = ini.flag("faults", "failContents").value_or(settings.failContents);
+}
+
 void takeFaults(const IniFile& ini, RecorderSettings& settings) {
-  constexpr std::int32_t anyBlock = std::numeric_limits<std::int32_t>::max();
   settings.failWriteAt = ini.number("faults", "failWriteAt", 0, anyBlock);
   settings.failTestAt = ini.number("faults", "failTestAt", 0, anyBlock);
   settings.failCachingAt = ini.number("faults", "failCachingAt", 0, anyBlock);
@@ -75,6 +86,7 @@ RecorderSettings RecorderSettings::parse(std::string_view text) {
   settings.refuseSelect = ini.flag(section, "refuseSelect").value_or(settings.refuseSelect);
   settings.refuseEject = ini.flag(section, "refuseEject").value_or(settings.refuseEject);
   takeFaults(ini, settings);
+  takeReadFaults(ini, settings);
   return settings;
 }
 
@@ -83,10 +95,17 @@ double RecorderSettings::blocksPerSecond(std::int16_t speed) const {
   return blocksASecond * std::max<int>(0, speed > 0 ? speed : maximumSpeed);
 }
 
-void RecorderSettings::fail(const std::string& otherwise) const {
+ReadConditions RecorderSettings::readConditions(std::int16_t speed) const {
+  ReadConditions conditions = reading;
+  conditions.sectorsPerSecond = blocksPerSecond(speed);
+  if (failContents) conditions.contentsFailure = failure("the disc's contents cannot be read");
+  return conditions;
+}
+
+EngineError RecorderSettings::failure(const std::string& otherwise) const {
   const std::string words = failText.empty() ? otherwise : failText;
-  if (failKind == ErrorKind::Device) throw deviceError(failNumber, words);
-  throw EngineError(failKind, 0, words);
+  if (failKind == ErrorKind::Device) return deviceError(failNumber, words);
+  return {failKind, 0, words};
 }
 
 void RecorderSettings::failIfClosing(const std::string& part) const {
@@ -104,7 +123,7 @@ product = CD Recorder
 maximumSpeed = 52
 ; Whether the recorder has a guard against a write buffer that runs empty.
 writeGuard = yes
-; Whether a write takes as long as on a real recorder.
+; Whether a write, and the reading of sound, takes as long as on a real recorder.
 realTimePacing = no
 ; Whether a blank disc takes the place of an ejected one: the first blank CD-R of the shelf, else a new one of 80 minutes.
 automaticFeed = yes
@@ -126,6 +145,16 @@ refuseEject = no
 ; Whether an erase fails, and whether an eject does.
 ;failErasing = yes
 ;failEjecting = yes
+; For those who read the sound of the disc: a block that cannot be read, one that needs a second try, one whose place is
+; not certain, one for which the recorder slows down, and one at which it hangs until this line is gone.
+;failReadAt = 15230
+;retryReadAt = 15230
+;jitterAt = 15230
+;slowReadAt = 15230
+;hangReadAt = 15230
+; Whether the table of contents lists nothing, and whether it cannot be read.
+;hideContents = yes
+;failContents = yes
 ; What has failed: 0 the read buffer, 1 the write buffer, 2 a file, 3 the device, up to 99 something else.
 ;failCode = 3
 ; The number (sense key, code and qualifier, hexadecimal) and the words of these failures.

@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "engines/disc/ReadConditions.h"
 #include "engines/ground/EngineError.h"
 
 namespace trackloom::engines::virtualrecorder {
@@ -31,8 +32,10 @@ struct RecorderSettings {
   std::int16_t failTrack = 0;
   /// What fails when it is closed: "track", "session" or "disc"; empty: nothing.
   std::string failClosing;
+  ReadConditions reading;
   bool failErasing = false;
   bool failEjecting = false;
+  bool failContents = false;
   /// How many blocks of a write are in the cache when it fails, counted over all its tracks.
   std::optional<std::int32_t> failCachingAt;
   ErrorKind failKind = ErrorKind::Device;
@@ -43,8 +46,12 @@ struct RecorderSettings {
   /// How fast an operation goes at this multiple of the base speed, 0 standing for the recorder's highest; 0: as fast
   /// as it can.
   double blocksPerSecond(std::int16_t speed) const;
-  /// Throws the EngineError of the faults, with these words where they have none of their own.
-  [[noreturn]] void fail(const std::string& otherwise) const;
+  /// What whoever reads at this multiple of the base speed is to meet.
+  ReadConditions readConditions(std::int16_t speed) const;
+  /// The EngineError of the faults, with these words where they have none of their own.
+  EngineError failure(const std::string& otherwise) const;
+  /// Throws it.
+  [[noreturn]] void fail(const std::string& otherwise) const { throw failure(otherwise); }
   /// Fails where that is what the faults name.
   void failIfClosing(const std::string& part) const;
 

@@ -1,5 +1,6 @@
 #include "engines/virtual/VirtualChange.h"
 
+#include <optional>
 #include <string>
 #include <system_error>
 
@@ -18,6 +19,18 @@ void passErase(const VirtualDisc& disc, const RecorderSettings& settings, bool q
   Pacing pacing(settings.blocksPerSecond(0));
   for (std::int32_t left = quick ? blocksOfQuickErase : disc.dataBlocks; left > 0; left -= blocksAtOnce)
     pacing.pass(blocksAtOnce, stop);
+}
+
+/// The kind of these blocks; nothing: of both, or of none. A gap belongs to the track behind it.
+std::optional<BlockKind> kindFrom(const VirtualDisc& disc, std::int32_t block, std::int32_t count) {
+  std::optional<BlockKind> kind;
+  for (const VirtualTrack& track : disc.tracks()) {
+    if (track.end() <= block) continue;
+    if (kind && track.start >= block + std::int64_t{count}) break;
+    if (kind && *kind != track.kind) return std::nullopt;
+    kind = track.kind;
+  }
+  return kind;
 }
 
 void requireNotStopped(const std::stop_token& stop) {
@@ -71,8 +84,8 @@ void closeLastSession(const DiscFolder& disc, const RecorderSettings& settings, 
 
 std::vector<std::byte> readDisc(const DiscFolder& disc, std::int32_t block, std::int32_t count) {
   const VirtualDisc content = understood(disc);
-  const auto kind = content.kind();
-  if (!kind || block < 0 || count < 0 || count > content.end() - block)
+  const auto kind = kindFrom(content, block, count);
+  if (!kind || block < 0 || count < 0 || count > content.end(*kind) - block)
     throw deviceError(sense::outOfRange, "the disc has no " + std::to_string(count) + " recorded blocks from block " +
                                              std::to_string(block) + " on");
   return disc.readSectors(*kind, block, count);

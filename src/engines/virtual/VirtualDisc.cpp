@@ -53,6 +53,13 @@ std::int32_t VirtualDisc::end() const {
   return sessions.empty() ? 0 : sessions.back().tracks.back().end();
 }
 
+std::int32_t VirtualDisc::end(BlockKind kind) const {
+  std::int32_t end = 0;
+  for (const VirtualTrack& track : tracks())
+    if (track.kind == kind) end = track.end();
+  return end;
+}
+
 std::optional<BlockKind> VirtualDisc::kind() const {
   if (sessions.empty()) return std::nullopt;
   return sessions.front().tracks.front().kind;

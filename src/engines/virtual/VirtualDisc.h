@@ -40,9 +40,9 @@ class DamagedDisc : public std::runtime_error {
 };
 
 /// What is recorded on a disc and what it is made of, as disc.ini tells it. Its laws: a blank disc has no sessions and
-/// any other has; only the last session of an open disc may be incomplete; all tracks are of one kind, follow one
-/// another without overlap, and end within the disc. A disc whose write did not end keeps the tracks that it had
-/// before, and is lost for writing.
+/// any other has; only the last session of an open disc may be incomplete; the tracks follow one another without overlap
+/// and end within the disc, and only a closed disc has some of both kinds. A disc whose write did not end keeps the
+/// tracks that it had before, and is lost for writing.
 struct VirtualDisc {
   enum class Medium { CdR, CdRw };
   enum class Status { Blank, Open, Closed, Writing };
@@ -64,8 +64,11 @@ struct VirtualDisc {
   std::vector<VirtualTrack> tracks() const;
   /// The first block behind all content.
   std::int32_t end() const;
-  /// The kind of all its tracks; nothing: it has none.
+  /// The first block behind all content of this kind; 0: it has none.
+  std::int32_t end(BlockKind kind) const;
+  /// The kind of its first track; nothing: it has none.
   std::optional<BlockKind> kind() const;
+  bool isMixed() const { return end(AudioBlocks) > 0 && end(DataBlocks) > 0; }
   DiscState state() const;
   /// This disc as it will be after the order. Throws EngineError when the order makes no sense or the disc cannot take
   /// it.

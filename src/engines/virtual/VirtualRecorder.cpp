@@ -145,6 +145,18 @@ std::vector<std::byte> VirtualRecorder::read(std::int32_t block, std::int32_t co
   }
 }
 
+std::shared_ptr<void> VirtualRecorder::holdDisc() {
+  try {
+    return std::make_shared<RecorderFolder>(locked(folder_));
+  } catch (const std::system_error& error) {
+    throw deviceError(sense::noMedium, "no disc in " + nameOf(folder_) + ": " + error.what());
+  }
+}
+
+ReadConditions VirtualRecorder::readConditions(std::int16_t speed) {
+  return settingsIn(folder_).readConditions(speed);
+}
+
 void VirtualRecorder::eject() {
   try {
     const RecorderFolder recorder = locked(folder_);

@@ -36,6 +36,9 @@ class VirtualRecorder : public Recorder {
   void erase(bool quick, OperationObserver& observer, const std::stop_token& stop) override;
   void close(bool alsoDisc, OperationObserver& observer, const std::stop_token& stop) override;
   std::vector<std::byte> read(std::int32_t block, std::int32_t count) override;
+  /// The same lock that operations have.
+  std::shared_ptr<void> holdDisc() override;
+  ReadConditions readConditions(std::int16_t speed) override;
   /// Moves the disc to the shelf and, with automatic feed, puts a blank one in its place; where that fails it is tried
   /// again at the next look. Refused while an operation runs.
   void eject() override;

@@ -214,7 +214,7 @@ TEST_CASE("A disc.ini that breaks a law is damaged, and the words say where") {
   CHECK_THAT(damage("start = 450", "start = 2147483647"), Contains("[track 2]: start"));
   CHECK_THAT(damage("pregap = 150", "pregap = 151"), Contains("[track 2]: it overlaps"));
   CHECK_THAT(damage("start = 450\nlength = 200\npregap = 150\n", "start = 450"), Contains("[track 2]: length"));
-  CHECK_THAT(damage("kind = audio", "kind = data"), Contains("both kinds"));
+  CHECK_THAT(damage("kind = audio", "kind = data"), Contains("both kinds on a disc that is not closed"));
   CHECK_THAT(damage("[track 1]", "[session 2]\nstatus = closed\n[track 1]"),
              Contains("[session 1]: it must be closed"));
   CHECK(damage("CD-R", "CD-RW") == "none");
