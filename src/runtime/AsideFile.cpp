@@ -15,8 +15,6 @@ namespace trackloom {
 
 namespace {
 
-/// So many programs can save into one folder at the same moment.
-constexpr int MostNames = 8;
 constexpr mode_t Permissions = 0777;
 
 std::string folderOf(const std::string& path) {
@@ -24,8 +22,8 @@ std::string folderOf(const std::string& path) {
 }
 
 /// Short, so that the longest name that a folder takes can be replaced too.
-std::string asideName(const std::string& target, int number) {
-  return folderOf(target) + ".trackloom-new" + std::to_string(number);
+std::string asideName(const std::string& target, const AsideNames& names, int number) {
+  return folderOf(target) + names.stem + std::to_string(number);
 }
 
 bool isCalled(const FileDescriptor& file, const std::string& name) {
@@ -53,10 +51,10 @@ void removeLeftOver(const std::string& name) {
 
 }  // namespace
 
-AsideFile::AsideFile(std::string target) : target_(std::move(target)) {
-  for (int number = 1; number <= MostNames; ++number) removeLeftOver(asideName(target_, number));
-  for (int number = 1; number <= MostNames; ++number)
-    if (open(asideName(target_, number))) return;
+AsideFile::AsideFile(std::string target, AsideNames names) : target_(std::move(target)) {
+  for (int number = 1; number <= names.most; ++number) removeLeftOver(asideName(target_, names, number));
+  for (int number = 1; number <= names.most; ++number)
+    if (open(asideName(target_, names, number))) return;
   throw RuntimeError(RuntimeError::PathFileAccess);
 }
 
@@ -83,8 +81,18 @@ void AsideFile::write(std::string_view bytes) {
   file_.writeAll(bytes);
 }
 
-void AsideFile::takePlace() {
+void AsideFile::writeAtStart(std::string_view bytes) {
+  if (::lseek(file_.get(), 0, SEEK_SET) != 0) throw RuntimeError::fromErrno(errno);
+  file_.writeAll(bytes);
+  if (::lseek(file_.get(), 0, SEEK_END) < 0) throw RuntimeError::fromErrno(errno);
+}
+
+void AsideFile::sync() {
   if (::fsync(file_.get()) != 0) throw RuntimeError::fromErrno(errno);
+}
+
+void AsideFile::takePlace() {
+  sync();
   if (std::rename(name_.c_str(), target_.c_str()) != 0) throw RuntimeError::fromErrno(errno);
   name_.clear();
   syncFolderOf(target_);

@@ -1,5 +1,8 @@
 #include "engines/ground/EngineSettings.h"
 
+#include <charconv>
+#include <cstdlib>
+
 #include "runtime/Files.h"
 #include "runtime/IniFile.h"
 #include "runtime/Statements.h"
@@ -10,6 +13,9 @@ namespace {
 
 /// A minute of silence; more is a slip of the keyboard.
 constexpr std::int32_t LongestPause = 60 * 75;
+
+/// Twenty sectors; no drive is farther off.
+constexpr std::int32_t LargestOffset = 20 * 588;
 
 std::string explainedDefaults(const EngineSettings& settings) {
   return IniWriter()
@@ -29,6 +35,11 @@ std::string explainedDefaults(const EngineSettings& settings) {
       .comment("Your e-mail address, which the server wants to be told with every question. Nothing is sent to any")
       .comment("server while none stands here; names of discs then come from earlier answers and from the discs.")
       .entry("email", settings.discServer.email)
+      .section("Ripping")
+      .comment("Whether each rip leaves a report with checksums, Rip.log, in its folder.")
+      .entry("ripLog", settings.ripLog ? "on" : "off")
+      .section("readOffset")
+      .comment("By how many samples a drive reads too early, by its name as the ripper lists it: Vendor Model = 6")
       .text();
 }
 
@@ -54,8 +65,21 @@ EngineSettings loadEngineSettings(const HostPath& programFolder) {
     settings.verify = file->flag("Writing", "verify").value_or(settings.verify);
     settings.virtualRecorders = file->flag("Recorders", "virtual").value_or(settings.virtualRecorders);
     settings.discServer = discServerOf(*file);
+    settings.ripLog = file->flag("Ripping", "ripLog").value_or(settings.ripLog);
   }
   return settings;
+}
+
+std::int32_t readOffsetOf(const HostPath& programFolder, const std::string& drive) {
+  const auto file = IniFile::load(engineSettingsPath(programFolder));
+  if (!file) return 0;
+  // The published lists write a plus before the number, which no other setting has.
+  const std::string text = file->value("readOffset", drive).value_or("");
+  const char* begin = text.data() + (text.starts_with('+') ? 1 : 0);
+  std::int32_t offset = 0;
+  const auto [stop, error] = std::from_chars(begin, text.data() + text.size(), offset);
+  const bool whole = error == std::errc{} && stop == text.data() + text.size();
+  return whole && std::abs(offset) <= LargestOffset ? offset : 0;
 }
 
 void explainEngineSettings(const HostPath& programFolder) {

@@ -25,6 +25,8 @@ struct EngineSettings {
   bool verify = false;
   bool virtualRecorders = true;
   DiscServerSettings discServer;
+  /// Each rip leaves a report with checksums in its folder.
+  bool ripLog = false;
 };
 
 /// Where the settings lie.
@@ -32,6 +34,10 @@ HostPath engineSettingsPath(const HostPath& programFolder);
 
 /// Reads the settings; a key that is missing or makes no sense has its default.
 EngineSettings loadEngineSettings(const HostPath& programFolder);
+
+/// By how many samples (pairs of left and right) a drive of this name, "VENDOR PRODUCT", reads too early; 0 where
+/// nobody has said so.
+std::int32_t readOffsetOf(const HostPath& programFolder, const std::string& drive);
 
 /// Where there is no file of settings, makes one that explains every key. Where that fails nothing is said, since the
 /// defaults serve.

@@ -40,9 +40,9 @@ class DamagedDisc : public std::runtime_error {
 };
 
 /// What is recorded on a disc and what it is made of, as disc.ini tells it. Its laws: a blank disc has no sessions and
-/// any other has; only the last session of an open disc may be incomplete; the tracks follow one another without overlap
-/// and end within the disc, and only a closed disc has some of both kinds. A disc whose write did not end keeps the
-/// tracks that it had before, and is lost for writing.
+/// any other has; only the last session of an open disc may be incomplete; the tracks follow one another without
+/// overlap and end within the disc, and only a closed disc has some of both kinds. A disc whose write did not end keeps
+/// the tracks that it had before, and is lost for writing.
 struct VirtualDisc {
   enum class Medium { CdR, CdRw };
   enum class Status { Blank, Open, Closed, Writing };
