@@ -43,6 +43,7 @@ const std::vector<Folder>& folders() {
       {"engines/drives", Outside::Host, {"runtime", "ports"}},
       {"engines/helpfile", Outside::Standard, {"runtime", "ports"}},
       {"engines/virtual", Outside::Library, {"runtime", "ports", "engines/ground", "engines/disc"}},
+      {"engines/libburn", Outside::Library, {"runtime", "ports", "engines/ground", "engines/disc"}},
       {"engines/writer", Outside::Library, {"runtime", "ports", "engines/ground", "engines/disc", "engines/audio"}},
       {"engines/ripper", Outside::Library, {"runtime", "ports", "engines/ground", "engines/disc"}},
       {"engines/encoder", Outside::Library, {"runtime", "ports", "engines/ground"}},

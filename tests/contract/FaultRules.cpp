@@ -55,8 +55,9 @@ void eachPhaseOfAWriteFails(WriterWorld& world) {
 
 void theNextDiscIsRight(WriterWorld& world) {
   queueTwoTracks(world);
-  world.fail({.block = 5, .code = 2, .number = 0});
-  CHECK(linesOfWrite(world).back() == "OnWriteError 2 0");
+  const Fault fault{.block = 5};
+  world.fail(fault);
+  CHECK(linesOfWrite(world).back() == errorOf(fault));
   world.heal();
   world.insert(5000);
   CHECK(linesOfWrite(world).back() == "OnOperationComplete");

@@ -58,7 +58,7 @@ class WriterWorld {
   virtual void takeDiscOut() = 0;
   /// From now on the drive cannot be selected, its tray does not open, or neither.
   virtual void refuse(bool select, bool eject) = 0;
-  /// From now on this fails; without Ability::Faults, of its places `Block` alone.
+  /// From now on this fails; without Ability::Faults, of its places `Block` alone, of its codes the device's.
   virtual void fail(const Fault& fault) = 0;
   /// From now on nothing fails.
   virtual void heal() = 0;

@@ -1,0 +1,256 @@
+#include "engines/libburn/Drive.h"
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <thread>
+
+#include "engines/disc/Sense.h"
+#include "engines/libburn/SenseWords.h"
+
+namespace trackloom::engines::libburn {
+
+namespace {
+
+constexpr std::chrono::milliseconds nap{20};
+/// A look waits no longer for a drive that becomes ready.
+constexpr int napsOfALook = 40;
+/// Kilobytes that pass in a second at the base speed.
+constexpr std::uint32_t baseSpeed = 176;
+constexpr std::int32_t blocksAtOnce = 16;
+constexpr std::size_t writePage = 0x34;
+/// How the drive says that a block of 2352 or 2048 bytes follows.
+constexpr std::byte audioBlock{0x00};
+constexpr std::byte dataBlock{0x08};
+constexpr std::byte trackAtOnce{0x01};
+
+std::string textAt(const Reply& reply, std::size_t at, std::size_t size) {
+  if (reply.size() < at + size) return {};
+  return {reply.begin() + static_cast<std::ptrdiff_t>(at), reply.begin() + static_cast<std::ptrdiff_t>(at + size)};
+}
+
+SessionStatusCode stateOfSession(std::uint32_t bits, std::int16_t sessions) {
+  if (bits == 1) return SessionIncomplete;
+  return sessions == 0 ? SessionEmpty : SessionClosed;
+}
+
+DiscTypeCode typeFrom(std::uint32_t code) {
+  if (code == DiscTypeCdi || code == DiscTypeXa) return static_cast<DiscTypeCode>(code);
+  return DiscTypeCdRom;
+}
+
+std::uint32_t byteOf(std::int32_t number, unsigned place) {
+  return static_cast<std::uint32_t>(number) >> 8 * place & 0xFFU;
+}
+
+}  // namespace
+
+void Drive::require(std::int32_t sense, const char* what) {
+  if (keyOf(sense) > 1) throw driveError(sense, what);
+}
+
+DriveIdentity Drive::identity() {
+  const Reply told = node_.ask({0x12, 0, 0, 0, 36}, 36, "the drive does not tell what it is");
+  const Reply page = node_.ask({0x5A, 0x08, 0x2A, 0, 0, 0, 0, 0, 64}, 64, "the drive does not tell what it can do");
+  DriveIdentity identity{textAt(told, 8, 8), textAt(told, 16, 16), 0, false};
+  const std::size_t at = 8 + numberAt(page, 6, 2);
+  identity.hasWriteGuard = (numberAt(page, at + 4, 1) & 0x80U) != 0;
+  identity.maxWriteSpeed = static_cast<std::int16_t>((numberAt(page, at + 18, 2) + baseSpeed / 2) / baseSpeed);
+  return identity;
+}
+
+std::string Drive::serialNumber() {
+  try {
+    const Reply page = node_.ask({0x12, 1, 0x80, 0, 64}, 64, "");
+    const std::string text = textAt(page, 4, std::min<std::size_t>(numberAt(page, 3, 1), 60));
+    return text.substr(0, text.find_last_not_of(' ') + 1);
+  } catch (const EngineError&) {
+    return {};
+  }
+}
+
+bool Drive::writesDiscs() {
+  const Reply page = node_.ask({0x5A, 0x08, 0x2A, 0, 0, 0, 0, 0, 64}, 64, "the drive does not tell what it can do");
+  return (numberAt(page, 8 + numberAt(page, 6, 2) + 3, 1) & 0x01U) != 0;
+}
+
+bool Drive::hasDisc() {
+  for (int turn = 0; turn < napsOfALook; ++turn) {
+    const std::int32_t told = node_.sense({0x00});
+    if (keyOf(told) <= 1) return true;
+    if (keyOf(told) == sensekey::unitAttention) continue;
+    if (!isPassing(told)) return false;
+    std::this_thread::sleep_for(nap);
+  }
+  return false;
+}
+
+Reply Drive::trackInformation(std::uint32_t number) {
+  return node_.ask({0x52, 1, 0, 0, 0, number, 0, 0, 36}, 36, "the tracks of the disc cannot be read");
+}
+
+Reply Drive::tables() {
+  Reply all = node_.ask({0x51, 0, 0, 0, 0, 0, 0, 0, 34}, 34, "the disc cannot be read");
+  const auto add = [&](CommandBlock block, std::size_t most) {
+    try {
+      const Reply told = node_.ask(block, most, "");
+      all.insert(all.end(), told.begin(), told.end());
+    } catch (const EngineError& missing) {
+      all.push_back(byteOf(missing.number(), 1) != 0 ? 1 : 0);
+    }
+  };
+  add({0x52, 1, 0, 0, 0, 0xFF, 0, 0, 36}, 36);
+  add({0x43, 0, 0, 0, 0, 0, 0, 0x03, 0x24}, 804);
+  return all;
+}
+
+DiscTrack Drive::trackFrom(const Reply& told) const {
+  DiscTrack track;
+  track.kind = (numberAt(told, 5, 1) & 0x04U) != 0 ? DataBlocks : AudioBlocks;
+  track.start = static_cast<std::int32_t>(numberAt(told, 8, 4));
+  track.length = static_cast<std::int32_t>(numberAt(told, 24, 4));
+  track.session = static_cast<std::int16_t>(numberAt(told, 3, 1));
+  return track;
+}
+
+DiscState Drive::disc() {
+  const Reply told = node_.ask({0x51, 0, 0, 0, 0, 0, 0, 0, 34}, 34, "the disc cannot be read");
+  DiscState disc;
+  const std::uint32_t bits = numberAt(told, 2, 1);
+  const std::uint32_t lastState = bits >> 2U & 3U;
+  disc.rewritable = (bits & 0x10U) != 0;
+  disc.sessions = static_cast<std::int16_t>(numberAt(told, 4, 1) - (lastState == 0 ? 1 : 0));
+  disc.lastSession = stateOfSession(lastState, disc.sessions);
+  disc.type = typeFrom(numberAt(told, 8, 1));
+  const std::uint32_t last = numberAt(told, 6, 1) - (lastState == 0 ? 1 : 0);
+  for (std::uint32_t number = 1; number <= last; ++number) {
+    const Reply track = trackInformation(number);
+    const bool begun = (numberAt(track, 6, 1) & 0x40U) == 0;
+    if (begun) disc.tracks.push_back(trackFrom(track));
+  }
+  disc.status = (bits & 3U) == 0 ? DiscEmpty : (bits & 3U) == 1 ? DiscOpen : DiscClosed;
+  if (disc.status == DiscClosed) return disc;
+  const Reply next = trackInformation(0xFF);
+  if ((numberAt(next, 7, 1) & 1U) == 0) {
+    disc.status = DiscClosed;
+    return disc;
+  }
+  const auto at = static_cast<std::int32_t>(numberAt(next, 12, 4));
+  const std::int32_t room = static_cast<std::int32_t>(numberAt(next, 16, 4)) + std::min(0, at);
+  disc.nextWritable = std::max(0, at);
+  disc.freeAudioBlocks = disc.freeDataBlocks = room;
+  return disc;
+}
+
+void Drive::prepare(const WriteParameters& parameters) {
+  std::array<std::byte, 8 + writePage> list{};
+  list[8] = std::byte{0x05};
+  list[9] = std::byte{writePage - 2};
+  list[10] = trackAtOnce | std::byte(parameters.test ? 0x10 : 0) | std::byte(parameters.guarded ? 0x40 : 0);
+  list[11] = std::byte(parameters.nextSession ? 0xC0 : 0) | std::byte(parameters.kind == AudioBlocks ? 0 : 4);
+  list[12] = parameters.kind == AudioBlocks ? audioBlock : dataBlock;
+  list[22] = std::byte(byteOf(parameters.pause, 1));
+  list[23] = std::byte(byteOf(parameters.pause, 0));
+  std::int32_t told = 0;
+  for (int turn = 0; turn < 3; ++turn) {
+    told = node_.send({0x55, 0x10, 0, 0, 0, 0, 0, 0, static_cast<std::uint32_t>(list.size())}, list);
+    if (keyOf(told) != sensekey::unitAttention) break;
+  }
+  require(told, "the drive cannot write in this way");
+}
+
+/// A drive that does not take a speed chooses its own.
+void Drive::setSpeed(std::int16_t multiple) {
+  const std::uint32_t speed = multiple <= 0 ? 0xFFFF : static_cast<std::uint32_t>(multiple) * baseSpeed;
+  node_.sense({0xBB, 0, 0xFF, 0xFF, speed >> 8U, speed & 0xFFU});
+}
+
+/// A drive that knows no calibration on request does one by itself.
+void Drive::calibrate() {
+  const std::int32_t told = node_.sense({0x54, 1});
+  if (keyOf(told) == 3 || keyOf(told) == 4) throw driveError(told, "the disc cannot be written");
+}
+
+std::int32_t Drive::nextWritable() {
+  const Reply told = trackInformation(0xFF);
+  if ((numberAt(told, 7, 1) & 1U) == 0) throw deviceError(sense::cannotWriteMedium, "the disc takes no more tracks");
+  return static_cast<std::int32_t>(numberAt(told, 12, 4));
+}
+
+void Drive::write(std::int32_t block, std::int32_t count, std::span<const std::byte> sectors,
+                  const std::function<bool()>& goOn) {
+  std::int32_t told = 0;
+  do {
+    told = node_.send({0x2A, 0, byteOf(block, 3), byteOf(block, 2), byteOf(block, 1), byteOf(block, 0), 0,
+                       byteOf(count, 1), byteOf(count, 0)},
+                      sectors);
+    if (!isPassing(told)) break;
+    std::this_thread::sleep_for(nap);
+  } while (goOn());
+  if (!isPassing(told)) require(told, ("writing from block " + std::to_string(block) + " on failed").c_str());
+}
+
+std::int16_t Drive::bufferPercent() {
+  const Reply told = node_.ask({0x5C, 0, 0, 0, 0, 0, 0, 0, 12}, 12, "the drive does not tell of its buffer");
+  const std::uint32_t size = numberAt(told, 4, 4);
+  const std::uint32_t left = std::min(numberAt(told, 8, 4), size);
+  return size == 0 ? std::int16_t{100} : static_cast<std::int16_t>(std::uint64_t{size - left} * 100 / size);
+}
+
+void Drive::awaitIdle(const char* what, const std::function<void()>& waiting) {
+  for (std::int32_t told = node_.sense({0x00}); told != 0; told = node_.sense({0x00})) {
+    if (!isPassing(told) && keyOf(told) != sensekey::unitAttention) require(told, what);
+    waiting();
+    std::this_thread::sleep_for(nap);
+  }
+}
+
+void Drive::closeTrack() {
+  require(node_.sense({0x35}), "the track could not be closed");
+  awaitIdle("the track could not be closed");
+  require(node_.sense({0x5B, 0, 1, 0, 0, 0xFF}), "the track could not be closed");
+  awaitIdle("the track could not be closed");
+}
+
+void Drive::closeSession() {
+  require(node_.sense({0x5B, 0, 2}), "the session could not be closed");
+  awaitIdle("the session could not be closed");
+}
+
+void Drive::erase(bool quick, const std::function<void()>& waiting) {
+  require(node_.sense({0xA1, 0x10U | (quick ? 1U : 0U)}), "the disc could not be erased");
+  awaitIdle("the disc could not be erased", waiting);
+}
+
+std::vector<std::byte> Drive::read(BlockKind kind, std::int32_t block, std::int32_t count) {
+  std::vector<std::byte> sectors;
+  for (std::int32_t done = 0; done < count;) {
+    const std::int32_t at = block + done;
+    const std::int32_t step = std::min(blocksAtOnce, count - done);
+    const std::size_t size = static_cast<std::size_t>(step) * bytesOfSector(kind);
+    const std::string what = "block " + std::to_string(at) + " cannot be read";
+    const Reply told = kind == AudioBlocks ? node_.ask({0xBE, 0x04, byteOf(at, 3), byteOf(at, 2), byteOf(at, 1),
+                                                        byteOf(at, 0), 0, 0, static_cast<std::uint32_t>(step), 0x10},
+                                                       size, what.c_str())
+                                           : node_.ask({0x28, 0, byteOf(at, 3), byteOf(at, 2), byteOf(at, 1),
+                                                        byteOf(at, 0), 0, 0, static_cast<std::uint32_t>(step)},
+                                                       size, what.c_str());
+    if (told.size() != size) throw deviceError(sense::readError, what + ": the drive gave less");
+    std::ranges::transform(told, std::back_inserter(sectors), [](std::uint8_t byte) { return std::byte{byte}; });
+    done += step;
+  }
+  return sectors;
+}
+
+void Drive::lockTray(bool locked) {
+  node_.sense({0x1E, 0, 0, 0, locked ? 1U : 0U});
+}
+
+void Drive::openTray() {
+  lockTray(false);
+  std::int32_t told = node_.sense({0x1B, 0, 0, 0, 2});
+  if (keyOf(told) == sensekey::unitAttention) told = node_.sense({0x1B, 0, 0, 0, 2});
+  require(told, "the disc cannot be ejected");
+}
+
+}  // namespace trackloom::engines::libburn

@@ -1,0 +1,72 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "engines/disc/DriveSnapshot.h"
+#include "engines/disc/WriteOrder.h"
+#include "engines/libburn/Node.h"
+
+namespace trackloom::engines::libburn {
+
+/// What a recorder is to do with the blocks that come (MMC-3, 6.3.10).
+struct WriteParameters {
+  BlockKind kind = AudioBlocks;
+  std::int32_t pause = standardPause;
+  bool test = false;
+  bool guarded = false;
+  /// What a closed session leaves room for.
+  bool nextSession = true;
+};
+
+/// The commands of a CD recorder that the library has no calls for (MMC-3): looks, reading, closing, the tray, and
+/// tracks that leave their session open. Used by one thread at a time; everything throws EngineError.
+class Drive {
+ public:
+  Drive(const std::string& path, Hold hold) : node_(path, hold) {}
+
+  DriveIdentity identity();
+  /// The drive's own number; empty: it tells none.
+  std::string serialNumber();
+  bool writesDiscs();
+  /// Waits a little for a drive that becomes ready.
+  bool hasDisc();
+  /// All that the tables of the disc say, byte by byte: two equal ones are of discs with the same tracks.
+  Reply tables();
+  DiscState disc();
+
+  void prepare(const WriteParameters& parameters);
+  void setSpeed(std::int16_t multiple);
+  void calibrate();
+  /// Where the next block of a track goes.
+  std::int32_t nextWritable();
+  /// Waits while the drive's buffer is full, but no longer than `goOn` says.
+  void write(std::int32_t block, std::int32_t count, std::span<const std::byte> sectors,
+             const std::function<bool()>& goOn);
+  std::int16_t bufferPercent();
+  /// Everything of the track is on the disc, and the track is closed.
+  void closeTrack();
+  void closeSession();
+  /// Calls `waiting` now and then until the disc is blank.
+  void erase(bool quick, const std::function<void()>& waiting);
+  std::vector<std::byte> read(BlockKind kind, std::int32_t block, std::int32_t count);
+  void lockTray(bool locked);
+  void openTray();
+
+ private:
+  void require(std::int32_t sense, const char* what);
+  /// Until nothing goes on in the background; throws where that fails.
+  void awaitIdle(
+      const char* what, const std::function<void()>& waiting = [] {});
+  Reply trackInformation(std::uint32_t number);
+  DiscTrack trackFrom(const Reply& told) const;
+
+  Node node_;
+};
+
+}  // namespace trackloom::engines::libburn

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <atomic>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "engines/disc/Recorder.h"
+#include "engines/libburn/Drive.h"
+
+namespace trackloom::engines::libburn {
+
+/// A CD recorder of this machine. Each call opens its node and lets go of it, so that other programs can use the drive
+/// while nothing runs; an operation holds it alone, with the tray locked. Safe from any thread.
+///
+/// A write that ended early leaves a disc that nothing can be added to: its session is closed where the drive still
+/// does that, and for as long as the disc is in the drive it is answered as closed in any case.
+class LibburnRecorder : public Recorder {
+ public:
+  LibburnRecorder(std::string path, std::string id) : path_(std::move(path)), id_(std::move(id)) {}
+
+  std::string id() const override { return id_; }
+  bool take() override;
+  void enableWriteGuard(bool on) override { writeGuard_ = on; }
+  std::shared_ptr<const DriveSnapshot> look() override;
+  void check(const WriteOrder& order) override;
+  void write(const WriteOrder& order, SectorSource& source, OperationObserver& observer,
+             const std::stop_token& stop) override;
+  /// Cannot be stopped; a stop is told once the disc is blank.
+  void erase(bool quick, OperationObserver& observer, const std::stop_token& stop) override;
+  void close(bool alsoDisc, OperationObserver& observer, const std::stop_token& stop) override;
+  std::vector<std::byte> read(std::int32_t block, std::int32_t count) override;
+  void eject() override;
+
+ private:
+  struct Looked {
+    Reply tables;
+    std::shared_ptr<const DriveSnapshot> snapshot;
+  };
+
+  /// The drive with a disc in it, alone and with its tray locked, for one operation.
+  class Operation;
+
+  std::shared_ptr<const DriveSnapshot> lookAnew();
+  std::shared_ptr<const DriveSnapshot> withoutDisc(Drive* drive);
+  DiscState discIn(Drive& drive, const Reply& tables) const;
+  DiscState discOrThrow();
+  void writeTracks(const WriteOrder& order, SectorSource& source, OperationObserver& observer,
+                   const std::stop_token& stop);
+  void spoil(Drive& drive, const WriteOrder& order);
+  void requireListed(const WriteOrder& order);
+
+  std::string path_;
+  std::string id_;
+  std::atomic<bool> writeGuard_ = false;
+  std::mutex mutex_;
+  bool working_ = false;
+  DriveIdentity identity_;
+  std::optional<Looked> looked_;
+  /// The tables of a disc that a write has left unusable, though its drive may not say so.
+  Reply spoilt_;
+  /// The tracks that were written last; a drive may count blocks to them that nobody has sent.
+  std::vector<DiscTrack> written_;
+};
+
+}  // namespace trackloom::engines::libburn
