@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QTimer>
 #include <algorithm>
+#include <chrono>
 
 #include "controls/Control.h"
 #include "controls/Form.h"
@@ -11,6 +12,8 @@
 namespace trackloom {
 
 namespace {
+
+constexpr std::chrono::milliseconds windowSystemsTurn{5};
 
 void askForAttention(QWidget& window) {
   QApplication::alert(&window);
@@ -64,8 +67,8 @@ void QtDesk::performHeld() {
 }
 
 void QtDesk::prepare(Form& form) {
-  // In a turn of its own, so that the window system need not wait for both.
-  QTimer::singleShot(0, &faceOf(form).window(), [face = faceOf(form).weak_from_this()] {
+  // A moment later, so that the window system has its turn between both; what is due at once comes before it.
+  QTimer::singleShot(windowSystemsTurn, &faceOf(form).window(), [face = faceOf(form).weak_from_this()] {
     if (const auto ready = face.lock()) ready->prepare();
   });
 }

@@ -7,6 +7,7 @@
 #include <QToolTip>
 #include <QTreeView>
 #include <QUrl>
+#include <QtTest/QTest>
 #include <catch2/catch.hpp>
 
 #include "desktop/ListLook.h"
@@ -254,6 +255,22 @@ TEST_CASE("Columns come, go and take their width in whole pixels, and the user's
   CHECK(view.header()->sectionSize(1) == 77);
   shown.form->List1.RemoveColumn(3);
   CHECK(view.model()->columnCount() == 2);
+}
+
+TEST_CASE("A click on a column's head sorts nothing, since a row's place ties it to its track") {
+  trial::Shown shown;
+  auto& view = shown.widget<QTreeView>("List1");
+  fill(shown, {"b", "c", "a"});
+  for (int column = 0; column < view.header()->count(); ++column) {
+    const QPoint head(view.header()->sectionViewportPosition(column) + 20, view.header()->height() / 2);
+    QTest::mouseClick(view.header()->viewport(), Qt::LeftButton, Qt::NoModifier, head);
+    QTest::mouseDClick(view.header()->viewport(), Qt::LeftButton, Qt::NoModifier, head);
+  }
+  CHECK_FALSE(view.header()->isSortIndicatorShown());
+  CHECK(cell(view, 0, 0) == "b");
+  CHECK(cell(view, 2, 0) == "a");
+  CHECK(shown.form->List1.Item(1).Text == "b");
+  CHECK(shown.form->heard.empty());
 }
 
 TEST_CASE("A list tells its size in twips") {

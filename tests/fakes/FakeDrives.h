@@ -26,6 +26,8 @@ class FakeDrives final : public Drives {
   std::vector<std::string> asked;
   /// Has the last word about what stands in a folder.
   std::function<void(const std::string& folder, std::vector<FindRecord>& records)> onRead;
+  /// Walks in its place, where there is one.
+  Drives* real = nullptr;
 
   void add(const std::string& root) {
     if (roots.empty()) roots.push_back('\0');
@@ -39,6 +41,7 @@ class FakeDrives final : public Drives {
   }
   std::unique_ptr<DriveWalk> walk(const std::string& root) override {
     walked.push_back(root);
+    if (real != nullptr) return real->walk(root);
     return std::make_unique<Walk>(*this);
   }
 

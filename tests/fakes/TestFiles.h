@@ -7,6 +7,8 @@
 #include <iterator>
 #include <string>
 
+#include "fakes/TempFolder.h"
+
 namespace trackloom::fakes {
 
 inline std::string contentOf(const std::filesystem::path& path) {
