@@ -13,6 +13,7 @@
 #include "fakes/FakeFolderListing.h"
 #include "fakes/FakePatience.h"
 #include "fakes/FakePrintControls.h"
+#include "fakes/FakeRipping.h"
 #include "fakes/FakeWorld.h"
 #include "fakes/TempFolder.h"
 #include "shell/Program.h"
@@ -60,15 +61,18 @@ double addingTime(const std::vector<std::string>& files) {
   fakes::FakeOpener opener;
   fakes::FakeHelp help;
   fakes::FakePrintControls prints;
+  fakes::FakeRipping ripping;
   fakes::FakeCommonControls commonControls;
+  fakes::FakeRegistry registry;
+  fakes::FakeFileVersions fileVersions;
   fakes::FakeFolderListing folders;
   fakes::FakeDrives drives;
   NoEvents events;
   fakes::FakePatience patience;
   engines::writer::DiscWriters writers({std::make_shared<engines::writer::FakeRecorder>()},
                                        std::make_shared<engines::audio::AudioFiles>(), events, patience, {});
-  Program program(
-      desk, {desk, desk, folders, drives, pump, process, writers, opener, help, prints, commonControls, Separators{}});
+  Program program(desk, {desk, desk, folders, drives, pump, process, writers, opener, help, prints, ripping.rippers,
+                         ripping.encoders, ripping.databases, commonControls, registry, fileVersions, Separators{}});
   program.start();
   program.forms().shell.frmOpen->Timer1.tick();
   program.session().frmListing().activated();

@@ -21,6 +21,7 @@
 #include "engines/writer/DiscWriters.h"
 #include "fakes/FakeDrives.h"
 #include "fakes/FakePrintControls.h"
+#include "fakes/FakeRipping.h"
 #include "fakes/FakeWorld.h"
 #include "fakes/TempFolder.h"
 #include "shell/Program.h"
@@ -89,7 +90,8 @@ class Desktop {
                      std::make_shared<engines::audio::AudioFiles>(), events_, patience_,
                      engines::writer::WriterSettings{0, HostPath(home)});
     program_.emplace(desk_, Ports{boxes_, dialogs_, folders_, drives_, pump_, process_, *writers_, opener_, help_,
-                                  prints_, commonControls_, registry_, fileVersions_, Separators{}});
+                                  prints_, ripping_.rippers, ripping_.encoders, ripping_.databases, commonControls_,
+                                  registry_, fileVersions_, Separators{}});
     desk_.setTrap([this](const std::function<void()>& event) { program_->run(event); });
     program_->start();
     program_->forms().shell.frmOpen->Timer1.tick();
@@ -139,6 +141,7 @@ class Desktop {
   fakes::FakeOpener opener_;
   fakes::FakeHelp help_;
   fakes::FakePrintControls prints_;
+  fakes::FakeRipping ripping_;
   fakes::FakeCommonControls commonControls_;
   fakes::FakeRegistry registry_;
   fakes::FakeFileVersions fileVersions_;

@@ -19,6 +19,7 @@
 #include "engines/writer/FakeWrite.h"
 #include "fakes/FakeFolderListing.h"
 #include "fakes/FakePrintControls.h"
+#include "fakes/FakeRipping.h"
 #include "fakes/FakeWorld.h"
 #include "fakes/TempFolder.h"
 #include "shell/Program.h"
@@ -83,6 +84,7 @@ class Agreeing final : public MessageBoxes, public FileDialogs {
  public:
   BoxAnswer show(const MessageBox&) override { return BoxAnswer::Ok; }
   std::optional<HostPath> choose(const FileDialog&) override { return std::nullopt; }
+  std::optional<HostPath> browseForFolder(const std::string&) override { return std::nullopt; }
 };
 
 /// The longest time for which the event loop runs nothing.
@@ -141,11 +143,13 @@ class Window {
   fakes::FakeOpener opener_;
   fakes::FakeHelp help_;
   fakes::FakePrintControls prints_;
+  fakes::FakeRipping ripping_;
   fakes::FakeCommonControls commonControls_;
   fakes::FakeRegistry registry_;
   fakes::FakeFileVersions fileVersions_;
   Program program_{desk_, Ports{agreeing_, agreeing_, folders_, drives_, pump_, process_, writers_, opener_, help_,
-                                prints_, commonControls_, registry_, fileVersions_, Separators{}}};
+                                prints_, ripping_.rippers, ripping_.encoders, ripping_.databases, commonControls_,
+                                registry_, fileVersions_, Separators{}}};
 };
 
 double timeOfCommand(const std::string& command) {

@@ -9,6 +9,7 @@
 #include "fakes/FakeDrives.h"
 #include "fakes/FakeFolderListing.h"
 #include "fakes/FakePrintControls.h"
+#include "fakes/FakeRipping.h"
 #include "fakes/FakeWorld.h"
 #include "fakes/FakeWriter.h"
 #include "fakes/TempFolder.h"
@@ -77,9 +78,10 @@ class Installation {
 
  private:
   void start() {
-    program_ = std::make_unique<Program>(
-        desk_, Ports{desk_, desk_, folders_, drives_, pump_, process_, engines_, opener_, help_, prints_,
-                     commonControls_, registry_, fileVersions_, Separators{}});
+    program_ =
+        std::make_unique<Program>(desk_, Ports{desk_, desk_, folders_, drives_, pump_, process_, engines_, opener_,
+                                               help_, prints_, ripping_.rippers, ripping_.encoders, ripping_.databases,
+                                               commonControls_, registry_, fileVersions_, Separators{}});
     program_->start();
     program_->forms().shell.frmOpen->Timer1.tick();
     program_->session().frmListing().activated();
@@ -93,6 +95,7 @@ class Installation {
   fakes::FakeOpener opener_;
   fakes::FakeHelp help_;
   fakes::FakePrintControls prints_;
+  fakes::FakeRipping ripping_;
   fakes::FakeCommonControls commonControls_;
   fakes::FakeRegistry registry_;
   fakes::FakeFileVersions fileVersions_;

@@ -20,6 +20,7 @@ class YieldingDesk : public FormHost, public MessageBoxes, public FileDialogs {
   void repaint(Form&) override {}
 
   std::optional<HostPath> choose(const FileDialog&) override { return std::nullopt; }
+  std::optional<HostPath> browseForFolder(const std::string&) override { return std::nullopt; }
   BoxAnswer show(const MessageBox& box) override {
     switch (box.buttons) {
       case BoxButtons::Ok:

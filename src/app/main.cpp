@@ -2,6 +2,7 @@
 #include <QTimer>
 #include <chrono>
 
+#include "app/NoRipping.h"
 #include "desktop/DesktopOpener.h"
 #include "desktop/FolderLister.h"
 #include "desktop/ForcedEnd.h"
@@ -55,6 +56,9 @@ constexpr std::chrono::milliseconds SplashIsSeen{100};
   NoCommonControls commonControls;
   NoRegistry registry;
   NoFileVersions fileVersions;
+  NoRipEngines rippers;
+  NoEncoders encoders;
+  NoDatabases databases;
   const HostPath programFolder(process.executableFolder());
   QtPrintControls prints(desk, files, programFolder);
   const engines::EngineSettings settings = engines::loadEngineSettings(programFolder);
@@ -71,8 +75,8 @@ constexpr std::chrono::milliseconds SplashIsSeen{100};
       engines::inKnownOrder(drives, present), std::make_shared<engines::audio::AudioFiles>(), events, patience,
       {settings.pause, HostPath(ScratchFolder), settings.verify, std::make_shared<SessionWakefulness>()});
   desk.setFailureDetail(writers.failureDetail());
-  Program program(desk, {boxes, files, folders, hardDrives, pump, process, writers, opener, help, prints,
-                         commonControls, registry, fileVersions, systemSeparators()});
+  Program program(desk, {boxes, files, folders, hardDrives, pump, process, writers, opener, help, prints, rippers,
+                         encoders, databases, commonControls, registry, fileVersions, systemSeparators()});
   PanelDoor panelDoor(engines::virtualrecorder::shelvesOf(programFolder, present), opener,
                       [&desk] { return desk.failureDetail(); });
   desk.setExtras([&panelDoor, &prints](const std::string& form, QWidget& window) {

@@ -45,6 +45,8 @@ class Form : public std::enable_shared_from_this<Form> {
   Signal<> changed;
   Property<std::string> caption;
   Property<Placement> placement{changed, {}};
+  /// Stands above the other windows, from its first show on.
+  Property<bool> Topmost{changed, false};
 
   void load();
   void show();

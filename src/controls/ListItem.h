@@ -33,6 +33,8 @@ struct ListStyle {
   bool checkBoxes = false;
   /// Any number of rows can be selected, instead of one at most.
   bool multiSelect = false;
+  /// The user can change the Text of rows.
+  bool editable = false;
 };
 
 enum class MouseButton { Left, Middle, Right };

@@ -98,13 +98,17 @@ void ListView::Remove(int row) {
   const ListItem& item = Item(row);
   change(ListChange::Kind::Removed, row, [&] {
     if (item.Checked) --checked_;
-    const auto bearers = texts_.find(UCase(item.Text));
-    if (--bearers->second == 0) texts_.erase(bearers);
+    forgetText(item.Text);
     rows_.erase(rows_.begin() + (row - 1));
     const bool wasSelected = selected_.contains(row);
     selected_.rowRemoved(row);
     if (wasSelected && selected_.first() == 0 && Count() > 0) selected_.add(std::min(row, Count()));
   });
+}
+
+void ListView::forgetText(const std::string& text) {
+  const auto bearers = texts_.find(UCase(text));
+  if (--bearers->second == 0) texts_.erase(bearers);
 }
 
 void ListView::Clear() {
@@ -188,6 +192,15 @@ void ListView::check(int row, bool checked) {
   raise([this, row] {
     if (ItemCheck) ItemCheck(row);
   });
+}
+
+void ListView::edit(int row, std::string text) {
+  if (!usable() || !style_.editable) return;
+  ListItem& item = *at(row).item;
+  forgetText(item.Text);
+  item.Text = std::move(text);
+  ++texts_[UCase(item.Text)];
+  tell(ListChange::Kind::RowChanged, row);
 }
 
 void ListView::select(std::vector<int> rows) {

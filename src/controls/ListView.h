@@ -76,6 +76,8 @@ class ListView final : public Control {
   std::function<void()> DblClick;
   std::function<void(const std::vector<std::string>& paths)> FilesDropped;
   void check(int row, bool checked);
+  /// Gives the row another Text; it stays where it is.
+  void edit(int row, std::string text);
   /// Where one row at most can be selected, the first of them counts.
   void select(std::vector<int> rows);
   void doubleClick(int row);
@@ -119,6 +121,7 @@ class ListView final : public Control {
   std::string keyOf(const ListItem& item) const;
   void resort();
   void setSelection(RowSet rows);
+  void forgetText(const std::string& text);
   /// Changes the rows or columns between the announcement and the news of it.
   template <class Deed>
   void change(ListChange::Kind kind, int row, const Deed& deed);

@@ -27,7 +27,7 @@ namespace {
 /// Some compositors never say that a window is active; after this time, in milliseconds, it counts as active.
 constexpr int ActivationPatience = 100;
 
-Qt::WindowFlags flagsOf(const QWidget& window) {
+Qt::WindowFlags designedFlags(const QWidget& window) {
   if (window.property("frameless").toBool()) return Qt::SplashScreen | Qt::FramelessWindowHint;
   if (!window.inherits("QDialog")) return window.windowFlags();
   if (window.property("ownEntry").toBool())
@@ -35,6 +35,10 @@ Qt::WindowFlags flagsOf(const QWidget& window) {
            Qt::WindowMinimizeButtonHint | Qt::WindowCloseButtonHint;
   return Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
          Qt::WindowCloseButtonHint;
+}
+
+Qt::WindowFlags flagsOf(const QWidget& window, const Form& form) {
+  return designedFlags(window) | (form.Topmost ? Qt::WindowStaysOnTopHint : Qt::WindowFlags());
 }
 
 /// A heading stands out from the form's text, whatever size that has.
@@ -94,7 +98,7 @@ Face::~Face() {
 }
 
 void Face::tie() {
-  window_->setWindowFlags(flagsOf(*window_));
+  window_->setWindowFlags(flagsOf(*window_, *form_));
   enlargeHeadings(*window_);
   const auto showCaption = [this] { window_->setWindowTitle(shown(form_->caption.get())); };
   showCaption();

@@ -114,6 +114,7 @@ QVariant ListModel::valueOf(const QModelIndex& index, int role) const {
   const bool first = index.column() == 0;
   switch (role) {
     case Qt::DisplayRole:
+    case Qt::EditRole:
       return shown(cell(index));
     case Qt::DecorationRole:
       return first ? QVariant(icons_.value(item.SmallIcon - 1)) : QVariant();
@@ -131,9 +132,12 @@ QVariant ListModel::valueOf(const QModelIndex& index, int role) const {
 }
 
 bool ListModel::setData(const QModelIndex& index, const QVariant& value, int role) {
-  if (list_ == nullptr || role != Qt::CheckStateRole) return false;
-  entry_([this, row = index.row() + 1, ticked = value.toInt() == Qt::Checked] { list_->check(row, ticked); });
-  return true;
+  if (list_ == nullptr) return false;
+  const int row = index.row() + 1;
+  if (role == Qt::CheckStateRole)
+    entry_([this, row, ticked = value.toInt() == Qt::Checked] { list_->check(row, ticked); });
+  if (role == Qt::EditRole) entry_([this, row, text = entered(value.toString())] { list_->edit(row, text); });
+  return role == Qt::CheckStateRole || role == Qt::EditRole;
 }
 
 QVariant ListModel::headOf(const ListColumn& column, int role) {
@@ -151,6 +155,7 @@ Qt::ItemFlags ListModel::flags(const QModelIndex& index) const {
   if (!index.isValid()) return Qt::NoItemFlags;
   Qt::ItemFlags flags = Qt::ItemIsSelectable | Qt::ItemIsEnabled | Qt::ItemNeverHasChildren;
   if (list_ != nullptr && list_->style().checkBoxes && index.column() == 0) flags |= Qt::ItemIsUserCheckable;
+  if (list_ != nullptr && list_->style().editable && index.column() == 0) flags |= Qt::ItemIsEditable;
   return flags;
 }
 

@@ -197,7 +197,8 @@ void design(QTreeView& view, const ListStyle& style) {
   view.setItemsExpandable(false);
   view.setUniformRowHeights(true);
   view.setAllColumnsShowFocus(true);
-  view.setEditTriggers(QAbstractItemView::NoEditTriggers);
+  view.setEditTriggers(style.editable ? QAbstractItemView::EditKeyPressed | QAbstractItemView::SelectedClicked
+                                      : QAbstractItemView::NoEditTriggers);
   view.setSelectionMode(style.multiSelect ? QAbstractItemView::ExtendedSelection : QAbstractItemView::SingleSelection);
   view.setTextElideMode(Qt::ElideMiddle);
   view.setAcceptDrops(true);

@@ -95,7 +95,8 @@ Face& QtDesk::faceOf(Form& form) {
 }
 
 void QtDesk::show(Form& form) {
-  faceOf(form).show(nullptr, Qt::NonModal);
+  // Some window systems keep a window above others only where it belongs to one of them.
+  faceOf(form).show(form.Topmost ? frontWindow() : nullptr, Qt::NonModal);
   std::erase(shown_, &form);
   shown_.push_back(&form);
 }

@@ -52,10 +52,24 @@ class Chooser final : public QFileDialog {
 std::optional<HostPath> QtFileDialogs::choose(const FileDialog& dialog) {
   QWidget* before = desk_.frontWindow();
   Chooser chooser(dialog, before);
-  desk_.family().join(chooser, before);
-  const Family::Turn turn(desk_.family(), chooser, before);
-  if (chooser.exec() != QDialog::Accepted) return std::nullopt;
-  return HostPath(entered(chooser.selectedFiles().value(0)));
+  return run(chooser, before);
+}
+
+std::optional<HostPath> QtFileDialogs::browseForFolder(const std::string& prompt) {
+  QWidget* before = desk_.frontWindow();
+  QFileDialog browser(before, shown(prompt));
+  browser.setWindowModality(Qt::WindowModal);
+  browser.setOption(QFileDialog::DontUseNativeDialog);
+  browser.setOption(QFileDialog::ShowDirsOnly);
+  browser.setFileMode(QFileDialog::Directory);
+  return run(browser, before);
+}
+
+std::optional<HostPath> QtFileDialogs::run(QFileDialog& dialog, QWidget* before) {
+  desk_.family().join(dialog, before);
+  const Family::Turn turn(desk_.family(), dialog, before);
+  if (dialog.exec() != QDialog::Accepted) return std::nullopt;
+  return HostPath(entered(dialog.selectedFiles().value(0)));
 }
 
 }  // namespace trackloom

@@ -2,6 +2,9 @@
 
 #include "ports/FileDialogs.h"
 
+class QFileDialog;
+class QWidget;
+
 namespace trackloom {
 
 class QtDesk;
@@ -13,8 +16,12 @@ class QtFileDialogs final : public FileDialogs {
   explicit QtFileDialogs(QtDesk& desk) : desk_(desk) {}
 
   std::optional<HostPath> choose(const FileDialog& dialog) override;
+  /// The prompt is the dialog's title; folders alone are shown.
+  std::optional<HostPath> browseForFolder(const std::string& prompt) override;
 
  private:
+  std::optional<HostPath> run(QFileDialog& dialog, QWidget* before);
+
   QtDesk& desk_;
 };
 

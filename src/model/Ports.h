@@ -1,13 +1,16 @@
 #pragma once
 
+#include "ports/CDRipperX.h"
 #include "ports/CDWriterXP.h"
 #include "ports/CommonControls.h"
+#include "ports/DiscDatabase.h"
 #include "ports/Drives.h"
 #include "ports/EventPump.h"
 #include "ports/FileDialogs.h"
 #include "ports/FileVersions.h"
 #include "ports/FolderListing.h"
 #include "ports/HelpEngine.h"
+#include "ports/MP3EncoderX.h"
 #include "ports/MessageBoxes.h"
 #include "ports/Process.h"
 #include "ports/Registry.h"
@@ -29,6 +32,9 @@ struct Ports {
   ShellOpener& opener;
   HelpEngine& help;
   PrintControls& prints;
+  RipEngines& rippers;
+  MP3Encoders& encoders;
+  DiscDatabases& databases;
   CommonControls& commonControls;
   Registry& registry;
   FileVersions& fileVersions;

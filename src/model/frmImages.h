@@ -27,6 +27,8 @@ class frmImages final : public Form {
   PictureBox imgOpenLayout{*this, "imgOpenLayout", "OpenLayout"};
   PictureBox imgOptions{*this, "imgOptions", "Options"};
   PictureBox imgPrint{*this, "imgPrint", "Print"};
+  PictureBox imgReading{*this, "imgReading", "Reading"};
+  PictureBox imgRipOptions{*this, "imgRipOptions", "RipOptions"};
   PictureBox imgRipper{*this, "imgRipper", "Ripper"};
   PictureBox imgSave{*this, "imgSave", "Save"};
   PictureBox imgSearch{*this, "imgSearch", "Search"};

@@ -32,7 +32,7 @@ struct FileDialog {
   FileDialogFlags flags;
 };
 
-/// Lets the user choose a file.
+/// Lets the user choose a file or a folder.
 class FileDialogs {
  public:
   virtual ~FileDialogs() = default;
@@ -40,6 +40,8 @@ class FileDialogs {
   /// Returns once the user has chosen or, with nothing, given up; other events run meanwhile. The name is as the user
   /// gave it, without an extension added, and no file has been touched.
   virtual std::optional<HostPath> choose(const FileDialog& dialog) = 0;
+  /// The same for a folder; `prompt` says what it is wanted for.
+  virtual std::optional<HostPath> browseForFolder(const std::string& prompt) = 0;
 };
 
 }  // namespace trackloom

@@ -23,10 +23,6 @@ std::string upToNul(const std::string& text) {
   return text.substr(0, text.find('\0'));
 }
 
-std::string twoDigits(int number) {
-  return (number < 10 ? "0" : "") + std::to_string(number);
-}
-
 }  // namespace
 
 frmReadStatus::frmReadStatus(Session& session, PrintingForms& forms)
@@ -61,7 +57,7 @@ void frmReadStatus::readTrack(int number, clsMP3Info& info) {
   session_.mod.TrackTimes.push_back(playTime(track));
   session_.mod.TrackTimeCount = ToInt16(session_.mod.TrackTimeCount + 1);
   info.SetFileName(track);
-  forms_.frmPrintList->ListView1.Add({twoDigits(number), {upToNul(info.Artist()), upToNul(info.Title())}});
+  forms_.frmPrintList->ListView1.Add({FormatTwoDigits(number), {upToNul(info.Artist()), upToNul(info.Title())}});
 }
 
 std::string frmReadStatus::playTime(const HostPath& track) {

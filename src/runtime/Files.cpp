@@ -124,6 +124,14 @@ std::string ReadEnd(const HostPath& path, std::size_t length) {
   return file.readUpTo(length);
 }
 
+void WriteEnd(const HostPath& path, std::string_view bytes) {
+  FileDescriptor file = FileDescriptor::open(path.text, O_RDWR | O_CREAT);
+  if (::lseek(file.get(), -static_cast<off_t>(bytes.size()), SEEK_END) == -1)
+    throw errno == EINVAL ? RuntimeError(RuntimeError::BadRecordNumber) : RuntimeError::fromErrno(errno);
+  file.writeAll(bytes);
+  closeWritten(file);
+}
+
 void WriteStart(const HostPath& path, std::string_view bytes) {
   if (!exists(path.text)) return ReplaceFile(path, bytes);
   FileDescriptor file = FileDescriptor::open(path.text, O_WRONLY);

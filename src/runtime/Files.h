@@ -38,6 +38,10 @@ std::string ReadStart(const HostPath& path, std::size_t length);
 /// What the last `length` bytes of the file hold; nothing when the file is shorter. Throws RuntimeError.
 std::string ReadEnd(const HostPath& path, std::size_t length);
 
+/// Writes `bytes` over the last bytes of the file. A missing file comes into being empty; a file that is shorter than
+/// they are stays as it is, and is an error. Throws RuntimeError.
+void WriteEnd(const HostPath& path, std::string_view bytes);
+
 /// Writes `bytes` over the start of the file; a longer file keeps its tail. A missing file comes into being with all of
 /// them or not at all. Throws RuntimeError.
 void WriteStart(const HostPath& path, std::string_view bytes);

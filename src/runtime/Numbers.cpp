@@ -80,6 +80,11 @@ std::string FormatGrouped(std::int64_t value, const Separators& separators) {
   return text;
 }
 
+std::string FormatTwoDigits(std::int64_t value) {
+  const std::string digits = std::to_string(std::abs(value));
+  return std::string(value < 0 ? "-" : "") + (digits.size() < 2 ? "0" : "") + digits;
+}
+
 std::string FormatFixed2(double value, const Separators& separators) {
   std::string digits = plainDecimal(std::abs(value));
   if (digits.find('.') == std::string::npos) digits += '.';

@@ -24,6 +24,8 @@ double Val(std::string_view text);
 
 /// The format "###,###": groups of three digits, and an empty text for 0.
 std::string FormatGrouped(std::int64_t value, const Separators& separators);
+/// The format "0#": at least two digits.
+std::string FormatTwoDigits(std::int64_t value);
 /// The format "#0.00": halves are rounded away from zero on the decimal value.
 std::string FormatFixed2(double value, const Separators& separators);
 

@@ -3,8 +3,10 @@
 #include <unicase.h>
 #include <unistr.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
+#include <iterator>
 
 namespace trackloom {
 
@@ -48,6 +50,13 @@ constexpr ucs4_t windows1252[32] = {0x20AC, 0x81,   0x201A, 0x0192, 0x201E, 0x20
                                     0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0x8D,   0x017D, 0x8F,
                                     0x90,   0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
                                     0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x9D,   0x017E, 0x0178};
+
+std::string windows1252Of(const Character& character) {
+  const auto* const high = std::find(std::begin(windows1252), std::end(windows1252), character.code);
+  if (high != std::end(windows1252)) return std::string(1, static_cast<char>(0x80 + (high - windows1252)));
+  const bool same = character.code < 0x80 || (character.code >= 0xA0 && character.code <= 0xFF);
+  return same ? std::string(1, static_cast<char>(character.code)) : std::string(character.units(), '?');
+}
 
 }  // namespace
 
@@ -114,6 +123,16 @@ std::string UCase(std::string_view text) {
 
 bool isValidUtf8(std::string_view text) {
   return ::u8_check(unitsOf(text), text.size()) == nullptr;
+}
+
+std::string toWindows1252(std::string_view text) {
+  std::string bytes;
+  for (std::size_t at = 0; at < text.size();) {
+    const Character character = characterAt(text, at);
+    bytes += character.isStray() ? std::string(1, text[at]) : windows1252Of(character);
+    at += character.bytes;
+  }
+  return bytes;
 }
 
 std::string displayText(std::string_view text) {

@@ -27,6 +27,9 @@ std::string UCase(std::string_view text);
 
 bool isValidUtf8(std::string_view text);
 
+/// The text in Windows-1252, one byte for each of its UTF-16 units, "?" for what that page lacks.
+std::string toWindows1252(std::string_view text);
+
 /// The text for the eye: as it is when it is valid UTF-8, else read as Windows-1252.
 std::string displayText(std::string_view text);
 

@@ -366,6 +366,34 @@ TEST_CASE("A tick stands before it is told, and ticking what is ticked tells not
   CHECK(heard == "off ");
 }
 
+TEST_CASE("A user changes the text of a row in its place, where the list lets texts be changed") {
+  Desk desk;
+  ListView list(desk.form, "names", {{"a", "A"}, {"b", "B"}}, {.editable = true});
+  for (const char* text : {"one", "two"}) list.Add(item(text, "x"));
+  list.SetSorted(true);
+  std::vector<int> told;
+  const Connection connection = list.listChanged.connect([&](const ListChange& change) {
+    CHECK(change.kind == ListChange::Kind::RowChanged);
+    told.push_back(change.row);
+  });
+  list.edit(1, "Zero");
+  CHECK(list.Item(1).Text == "Zero");
+  CHECK(list.SubItem(1, 1) == "x");
+  CHECK(list.HasText("zero"));
+  CHECK_FALSE(list.HasText("one"));
+  list.edit(2, "zero");
+  list.edit(1, "one");
+  CHECK(list.HasText("ZERO"));
+  CHECK(told == std::vector{1, 2, 1});
+  CHECK(fakes::errorNumberOf([&] { list.edit(3, "x"); }) == RuntimeError::SubscriptOutOfRange);
+  list.Enabled = false;
+  list.edit(1, "x");
+  CHECK(list.Item(1).Text == "one");
+  desk.list.Add(item("one"));
+  desk.list.edit(1, "two");
+  CHECK(desk.list.Item(1).Text == "one");
+}
+
 TEST_CASE("A list without boxes takes no tick from its user") {
   fakes::ScriptedDesk host;
   struct Plain : Form {

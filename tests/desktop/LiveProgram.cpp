@@ -6,8 +6,9 @@
 namespace trackloom::trial {
 
 LiveProgram::LiveProgram(Separators signs)
-    : program(desk, Ports{boxes, files, folders, drives, pump, process, engines, opener, help, prints, commonControls,
-                          registry, fileVersions, std::move(signs)}) {
+    : program(desk,
+              Ports{boxes, files, folders, drives, pump, process, engines, opener, help, prints, ripping.rippers,
+                    ripping.encoders, ripping.databases, commonControls, registry, fileVersions, std::move(signs)}) {
   process.folder = folder.path();
   desk.setExtras([this](const std::string& form, QWidget& window) {
     if (form == "frmPrint") prints.standIn(window);

@@ -13,6 +13,7 @@
 #include "desktop/User.h"
 #include "fakes/FakeDrives.h"
 #include "fakes/FakeFolderListing.h"
+#include "fakes/FakeRipping.h"
 #include "fakes/FakeWorld.h"
 #include "fakes/FakeWriter.h"
 #include "fakes/TempFolder.h"
@@ -33,6 +34,7 @@ class LiveProgram {
   fakes::FakeDrives drives;
   fakes::FakeOpener opener;
   fakes::FakeHelp help;
+  fakes::FakeRipping ripping;
   fakes::FakeCommonControls commonControls;
   fakes::FakeRegistry registry;
   fakes::FakeFileVersions fileVersions;

@@ -10,8 +10,9 @@ Machine::Machine() {
 
 void Machine::showSplash() {
   engines.restart();
-  program_ = std::make_unique<Program>(desk, Ports{desk, desk, folders, hardDrives(), pump, process, writers(), opener,
-                                                   help, prints, commonControls, registry, fileVersions, Separators{}});
+  program_ = std::make_unique<Program>(
+      desk, Ports{desk, desk, folders, hardDrives(), pump, process, writers(), opener, help, prints, ripping.rippers,
+                  ripping.encoders, ripping.databases, commonControls, registry, fileVersions, Separators{}});
   program_->start();
 }
 

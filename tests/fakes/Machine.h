@@ -7,6 +7,7 @@
 #include "fakes/FakeDrives.h"
 #include "fakes/FakeFolderListing.h"
 #include "fakes/FakePrintControls.h"
+#include "fakes/FakeRipping.h"
 #include "fakes/FakeWorld.h"
 #include "fakes/FakeWriter.h"
 #include "fakes/ScriptedDesk.h"
@@ -32,6 +33,7 @@ class Machine {
   FakeOpener opener;
   FakeHelp help;
   FakePrintControls prints;
+  FakeRipping ripping;
   FakeCommonControls commonControls;
   FakeRegistry registry;
   FakeFileVersions fileVersions;

@@ -23,6 +23,10 @@ void ScriptedDesk::expectFile(std::optional<HostPath> answer) {
   expected_.push_back({"file dialog", BoxAnswer::Ok, {}, {}, std::move(answer)});
 }
 
+void ScriptedDesk::expectFolder(std::optional<HostPath> answer) {
+  expected_.push_back({"folder dialog", BoxAnswer::Ok, {}, {}, std::move(answer)});
+}
+
 ScriptedDesk::Expected ScriptedDesk::next(const std::string& what) {
   if (expected_.empty()) FAIL("Nobody expected: " << what);
   Expected expected = expected_.front();
@@ -102,6 +106,11 @@ void ScriptedDesk::judge(const MessageBox& box) {
 std::optional<HostPath> ScriptedDesk::choose(const FileDialog& dialog) {
   fileDialogs.push_back(dialog);
   return next("file dialog").file;
+}
+
+std::optional<HostPath> ScriptedDesk::browseForFolder(const std::string& prompt) {
+  folderPrompts.push_back(prompt);
+  return next("folder dialog").file;
 }
 
 }  // namespace trackloom::fakes

@@ -28,6 +28,8 @@ class ScriptedDesk final : public FormHost, public MessageBoxes, public FileDial
   }
   /// Announces a choice of a file; nothing gives it up.
   void expectFile(std::optional<HostPath> answer);
+  /// The same for a folder.
+  void expectFolder(std::optional<HostPath> answer);
   /// Everything announced has come.
   bool finished() const { return expected_.empty(); }
 
@@ -36,6 +38,8 @@ class ScriptedDesk final : public FormHost, public MessageBoxes, public FileDial
   const MessageBox& lastBox() const { return boxes.back(); }
   /// The file dialogs that have been shown.
   std::vector<FileDialog> fileDialogs;
+  /// The prompts of the folder dialogs that have been shown.
+  std::vector<std::string> folderPrompts;
   /// What was shown, hidden and unloaded, such as "show frmOpen", and painted out of turn. frmImages is left out: no
   /// user ever sees it come or go.
   std::vector<std::string> transcript;
@@ -52,6 +56,7 @@ class ScriptedDesk final : public FormHost, public MessageBoxes, public FileDial
   void repaint(Form& form) override;
   BoxAnswer show(const MessageBox& box) override;
   std::optional<HostPath> choose(const FileDialog& dialog) override;
+  std::optional<HostPath> browseForFolder(const std::string& prompt) override;
 
  private:
   struct Expected {

@@ -13,6 +13,7 @@
 #include "fakes/FakeDrives.h"
 #include "fakes/FakeFolderListing.h"
 #include "fakes/FakePrintControls.h"
+#include "fakes/FakeRipping.h"
 #include "fakes/FakeWorld.h"
 #include "fakes/FakeWriter.h"
 #include "fakes/TempFolder.h"
@@ -106,6 +107,10 @@ class Monkey final : public FormHost, public MessageBoxes, public FileDialogs, p
   std::optional<HostPath> choose(const FileDialog&) override {
     if (chance(3)) return std::nullopt;
     return HostPath(chance(4) ? folder_.path() : chance(2) ? folder_ / "mix.iso" : files_[fileNumber()]);
+  }
+
+  std::optional<HostPath> browseForFolder(const std::string&) override {
+    return chance(3) ? std::nullopt : std::optional(HostPath(folder_.path()));
   }
 
   void pumpEvents() override {
@@ -253,13 +258,15 @@ class Monkey final : public FormHost, public MessageBoxes, public FileDialogs, p
   FakeOpener opener_;
   FakeHelp help_;
   fakes::FakePrintControls prints_;
+  fakes::FakeRipping ripping_;
   FakeCommonControls commonControls_;
   fakes::FakeRegistry registry_;
   fakes::FakeFileVersions fileVersions_;
   fakes::FakeFolderListing folders_;
   fakes::FakeDrives drives_;
   Program program_{*this, Ports{*this, *this, folders_, drives_, *this, process_, engines_, opener_, help_, prints_,
-                                commonControls_, registry_, fileVersions_, Separators{}}};
+                                ripping_.rippers, ripping_.encoders, ripping_.databases, commonControls_, registry_,
+                                fileVersions_, Separators{}}};
   std::vector<std::string> files_;
   std::vector<Form*> shown_;
   std::vector<Form*> modals_;

@@ -70,6 +70,28 @@ TEST_CASE("Writing the start of a file keeps the tail of a longer one") {
   CHECK(ReadStart(HostPath(folder / "file"), 99).size() == 10);
 }
 
+TEST_CASE("Writing the end of a file keeps its length and what stands before") {
+  const TempFolder folder;
+  folder.write("a", "12345");
+  WriteEnd(folder.host("a"), "xyz");
+  CHECK(folder.read("a") == "12xyz");
+  WriteEnd(folder.host("a"), "abcde");
+  CHECK(folder.read("a") == "abcde");
+}
+
+TEST_CASE("An end longer than its file is an error and changes nothing, and a missing file comes into being empty") {
+  const TempFolder folder;
+  folder.write("a", "1234");
+  CHECK(fakes::errorNumberOf([&] { WriteEnd(folder.host("a"), "abcde"); }) == RuntimeError::BadRecordNumber);
+  CHECK(folder.read("a") == "1234");
+  CHECK(fakes::errorNumberOf([&] { WriteEnd(folder.host("none"), "x"); }) == RuntimeError::BadRecordNumber);
+  CHECK(folder.has("none"));
+  CHECK(folder.read("none").empty());
+  CHECK(fakes::errorNumberOf([&] { WriteEnd(folder.host("no folder/a"), "x"); }) != 0);
+  CHECK(fakes::errorNumberOf([&] { WriteEnd(HostPath(folder.path()), "x"); }) != 0);
+  CHECK(fakes::errorNumberOf([&] { WriteEnd(HostPath(), "x"); }) != 0);
+}
+
 TEST_CASE("A file that cannot be made is a path that is not there") {
   TempFolder folder;
   const HostPath path(folder / "none/file");

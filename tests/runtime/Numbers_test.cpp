@@ -78,6 +78,14 @@ TEST_CASE("Val takes no other writing of numbers, and no number that is none") {
   CHECK(Val(std::string(400, '9')) == 0);
 }
 
+TEST_CASE("A number of two digits at least has a zero before a single one") {
+  CHECK(FormatTwoDigits(0) == "00");
+  CHECK(FormatTwoDigits(9) == "09");
+  CHECK(FormatTwoDigits(10) == "10");
+  CHECK(FormatTwoDigits(100) == "100");
+  CHECK(FormatTwoDigits(-5) == "-05");
+}
+
 TEST_CASE("Groups begin where a third digit ends") {
   CHECK(FormatGrouped(999, English) == "999");
   CHECK(FormatGrouped(-1, English) == "-1");

@@ -178,6 +178,15 @@ TEST_CASE("The left and the right of a text end at whole characters, at nothing 
   CHECK(Right("äöü", 2) == "öü");
 }
 
+TEST_CASE("Windows-1252 has one byte for each unit of a text, and a question mark for what the page lacks") {
+  CHECK(toWindows1252("Bj\xC3\xB6rk") == "Bj\xF6rk");
+  CHECK(toWindows1252("\xE2\x82\xAC\xC5\xB8\xC2\xA0\xC3\xBF~") == "\x80\x9F\xA0\xFF~");
+  CHECK(toWindows1252("\xC2\x81") == "\x81");
+  CHECK(toWindows1252("\xC2\x80") == "?");
+  CHECK(toWindows1252("\xD0\x96\xC4\x80" + Clef) == "????");
+  CHECK(toWindows1252("a\xFF") == "a\xFF");
+}
+
 TEST_CASE("A single blank and a single letter are trimmed as they are") {
   CHECK(Trim(" ").empty());
   CHECK(RTrim(" ").empty());

@@ -23,6 +23,7 @@
 #include "engines/writer/DiscWriters.h"
 #include "fakes/FakeDrives.h"
 #include "fakes/FakeFolderListing.h"
+#include "fakes/FakeRipping.h"
 #include "tour/FilledForms.h"
 
 namespace trackloom {
@@ -143,6 +144,7 @@ bool makeSheet(const QString& file) {
   NoCommonControls commonControls;
   NoRegistry registry;
   NoFileVersions fileVersions;
+  fakes::FakeRipping ripping;
   engines::writer::DiscWriters writers(engines::virtualrecorder::findVirtualRecorders(HostPath(home)),
                                        std::make_shared<engines::audio::AudioFiles>(), events, patience,
                                        {0, HostPath(home)});
@@ -156,6 +158,9 @@ bool makeSheet(const QString& file) {
                          nobody,
                          nobody,
                          prints,
+                         ripping.rippers,
+                         ripping.encoders,
+                         ripping.databases,
                          commonControls,
                          registry,
                          fileVersions,

@@ -66,7 +66,8 @@ class Describer final : public ControlVisitor {
     for (const ListColumn& column : list.columns())
       heads += quoted(column.text) + (column.key == column.text ? "" : " key" + quoted(column.key));
     const ListStyle& style = list.style();
-    add("list", list, heads + when(style.checkBoxes, "boxes") + when(style.multiSelect, "many"));
+    add("list", list,
+        heads + when(style.checkBoxes, "boxes") + when(style.multiSelect, "many") + when(style.editable, "editable"));
   }
   void visit(OptionButton& option) override {
     add("option", option, quoted(option.Caption) + when(option.selected(), "chosen"));
