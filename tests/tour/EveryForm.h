@@ -49,7 +49,10 @@ inline std::vector<FormPlace> everyForm() {
           placeOf("frmPrintList", &ProgramForms::printing, &PrintingForms::frmPrintList),
           placeOf("frmEdit", &ProgramForms::printing, &PrintingForms::frmEdit),
           placeOf("frmPrint", &ProgramForms::printing, &PrintingForms::frmPrint),
-          placeOf("frmRipMain", &ProgramForms::ripper, &RipperForms::frmRipMain)};
+          placeOf("frmRipMain", &ProgramForms::ripper, &RipperForms::frmRipMain),
+          placeOf("frmReading", &ProgramForms::ripper, &RipperForms::frmReading),
+          placeOf("frmRipOptions", &ProgramForms::ripper, &RipperForms::frmRipOptions),
+          placeOf("frmRipStatus", &ProgramForms::ripper, &RipperForms::frmRipStatus)};
 }
 
 }  // namespace trackloom

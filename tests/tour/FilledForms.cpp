@@ -93,14 +93,25 @@ void fill(PrintingForms& forms) {
 }
 
 void fill(RipperForms& forms) {
+  forms.mod.DiscArtist = "The Strings of Evening";
   frmRipMain& ripper = forms.frmRipMain.get();
-  ripper.ImageCombo1.AddItem(Drive);
+  ripper.ImageCombo1.Clear();
+  ripper.ImageCombo1.AddItem("D: ACMECORP SUPER READER 52X", 0, 1);
   ripper.ImageCombo1.SetListIndex(0);
-  ripper.cboSpeeds.AddItem("Maximum");
-  ripper.cboSpeeds.SetListIndex(0);
-  ripper.ListView2.Add({"01", {"00:00:00", "00:03:42", "00:03:42"}, 1, 0, true});
-  ripper.ListView2.Add({"02", {"00:03:42", "00:14:50", "00:11:08"}});
+  for (const char* speed : {"AUTO", "52X"}) ripper.cboSpeeds.AddItem(speed);
+  ripper.cboSpeeds.SetListIndex(1);
+  ripper.caption = "Trackloom CD Ripper (The Strings of Evening - Nocturnes)";
+  ripper.ListView2.Add({"Aubade", {"00:02:00", "03:44:18", "03:42:18"}, 1, 0, true});
+  ripper.ListView2.Add({"Nocturne in E minor for two guitars", {"03:44:18", "74:52:21", "71:08:03"}});
   ripper.StatusBar1.SetPanelText(1, "Contents of current inserted CD listed...");
+  // It keeps the window's controls off, and here both stand side by side.
+  forms.frmReading.get();
+  for (Control* control : ripper.controls()) control->Enabled = true;
+  forms.frmRipOptions->txtFolder.Text = "/home/anna/Music/The Strings of Evening/";
+  frmRipStatus& status = forms.frmRipStatus.get();
+  status.StatusBar1.SetPanelText(1, "Ripping Track(s) as MP3 format (320 kbps)...");
+  status.lblTime.Caption = "Track 02     71:08:03 / 71:08:03";
+  for (ProgressBarEx* bar : {&status.prgTrack, &status.prgTotal}) bar->SetValue(bar->Max() / 2);
 }
 
 }  // namespace
