@@ -113,7 +113,8 @@ TEST_CASE(
                       Qt::WindowMinimizeButtonHint | Qt::WindowCloseButtonHint));
     else
       CHECK(flags == (Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
-                      Qt::WindowCloseButtonHint));
+                      Qt::WindowCloseButtonHint |
+                      (form->name() == "frmReading" ? Qt::WindowStaysOnTopHint : Qt::WindowFlags())));
     CHECK(shown.window.windowModality() == Qt::NonModal);
     CHECK(shown.window.windowTitle().toStdString() == form->caption.get());
   }

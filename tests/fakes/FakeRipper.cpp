@@ -11,6 +11,7 @@ namespace trackloom::fakes {
 
 namespace {
 
+constexpr std::int32_t CannotCreate = 10;
 constexpr std::int32_t Cancelled = 14;
 /// The codes behind which nothing of a track is kept.
 const std::set<std::int32_t> Fatal{8, 9, 10, 11, 12, 13};
@@ -55,7 +56,7 @@ std::int16_t FakeRipper::DeviceCount() {
 
 bool FakeRipper::SelectRipDrive(std::int16_t drive) {
   note("SelectRipDrive", "(" + std::to_string(drive) + ")");
-  if (driveAt(drive).refuses) return false;
+  if (busy() || driveAt(drive).refuses) return false;
   selected_ = drive;
   return true;
 }
@@ -72,6 +73,7 @@ bool FakeRipper::DiscPresent() {
 
 bool FakeRipper::ReadTOC() {
   note("ReadTOC");
+  if (busy()) return false;
   contents_.clear();
   if (!stage_.disc || !stage_.contentsReadable) return false;
   contents_ = *stage_.disc;
@@ -100,7 +102,7 @@ void FakeRipper::SetSpeed(std::int16_t multiple) {
 
 bool FakeRipper::AttachEncoder(Mp3Stream& encoder) {
   note("AttachEncoder", "(" + std::to_string(encoder.BitRate()) + ")");
-  return true;
+  return !busy();
 }
 
 void FakeRipper::SetUseEncoder(bool on) {
@@ -135,8 +137,12 @@ bool FakeRipper::StartRip() {
 }
 
 void FakeRipper::tell(std::int32_t code, std::int32_t value) {
+  if (events != nullptr) events->RipStatus(code, value);
+}
+
+void FakeRipper::tellOfTrack(std::int32_t code, std::int32_t value) {
   add([=, this] {
-    if (events != nullptr) events->RipStatus(code, value);
+    if (!aside_.empty()) tell(code, value);
   });
 }
 
@@ -146,10 +152,10 @@ void FakeRipper::rip(const Order& order) {
   const std::vector<std::int32_t> codes =
       trouble == stage_.trouble.end() ? std::vector<std::int32_t>() : trouble->second;
   add([=, this] { begin(order); });
-  tell(RipProgress, track.start);
-  tell(RipProgress, track.start + track.length / 2);
-  for (const std::int32_t code : codes) tell(code, track.start + track.length / 2);
-  if (!spoils(codes)) tell(RipProgress, track.start + track.length);
+  tellOfTrack(RipProgress, track.start);
+  tellOfTrack(RipProgress, track.start + track.length / 2);
+  for (const std::int32_t code : codes) tellOfTrack(code, track.start + track.length / 2);
+  if (!spoils(codes)) tellOfTrack(RipProgress, track.start + track.length);
   add([=, this] { end(order, !spoils(codes)); });
 }
 
@@ -158,20 +164,23 @@ void FakeRipper::begin(const Order& order) {
   aside_ = order.path + "~";
   if (std::ofstream file(aside_, std::ios::binary); !(file << std::string(1000, 'x')).flush()) aside_.clear();
   if (events != nullptr) events->TrackStarted(HostPath(aside_), track.start, track.start + track.length, order.number);
+  if (aside_.empty()) tell(CannotCreate, 0);
 }
 
 void FakeRipper::end(const Order& order, bool whole) {
   if (events != nullptr) events->TrackFinished();
   if (aside_.empty()) return;
   const std::string file = std::exchange(aside_, {});
-  whole ? std::filesystem::rename(file, order.path) : static_cast<void>(std::filesystem::remove(file));
+  std::error_code kept;
+  if (whole) std::filesystem::rename(file, order.path, kept);
+  std::filesystem::remove(file, kept);
 }
 
 void FakeRipper::CancelRip() {
   note("CancelRip");
   if (!busy()) return;
   steps_.clear();
-  tell(Cancelled, 0);
+  add([this] { tell(Cancelled, 0); });
   add([this] {
     if (!aside_.empty()) std::filesystem::remove(std::exchange(aside_, {}));
     if (events != nullptr) events->RipFinished();

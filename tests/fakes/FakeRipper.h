@@ -62,6 +62,8 @@ class FakeRipper final : public CDRipperX {
   }
   void add(std::function<void()> step) { steps_.push_back(std::move(step)); }
   void tell(std::int32_t code, std::int32_t value);
+  /// Unless the track has no file.
+  void tellOfTrack(std::int32_t code, std::int32_t value);
   void rip(const Order& order);
   void begin(const Order& order);
   void end(const Order& order, bool whole);

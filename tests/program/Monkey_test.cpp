@@ -134,6 +134,7 @@ class Monkey final : public FormHost, public MessageBoxes, public FileDialogs, p
     const int row = below(control.Count() + 1);
     if (chance(2)) return control.dropFiles({files_[fileNumber()], files_[fileNumber()], folder_ / "none.mp3"});
     if (row == 0) return;
+    if (control.style().editable && chance(3)) return control.edit(row, chance(2) ? "a/b" : "");
     if (control.style().checkBoxes) return control.check(row, chance(2));
     chance(2) ? control.doubleClick(row) : control.SelectRow(row);
   }
@@ -177,6 +178,7 @@ class Monkey final : public FormHost, public MessageBoxes, public FileDialogs, p
   /// A dialog cannot be left while the drive erases or closes a disc.
   void leave(Form& form) {
     form.closeBox();
+    goOnRipping();
     listen();
     if (form.visible() && doing_ != Doing::Nothing) speak();
   }
@@ -198,8 +200,29 @@ class Monkey final : public FormHost, public MessageBoxes, public FileDialogs, p
       engines_.stage.disc = FakeDisc{chance(4) ? below(3) : 0, chance(4), chance(9) ? below(2) : 20000, 20000};
     if (chance(3)) window().Timer1.tick();
     if (chance(3)) window().Timer2.tick();
+    if (chance(2)) goOnRipping();
     listen();
     if (doing_ != Doing::Nothing) speak();
+  }
+  void goOnRipping() {
+    if (chance(9)) changeRipDisc();
+    RipperForms& forms = program_.forms().ripper;
+    if (!forms.frmRipMain.exists()) return;
+    auto& engine = dynamic_cast<fakes::FakeRipper&>(*forms.frmRipMain->CDRipperX1);
+    if (engine.busy()) engine.step();
+  }
+  void changeRipDisc() {
+    fakes::RipperStage& stage = ripping_.stage;
+    stage.disc.reset();
+    if (chance(4)) return;
+    stage.disc = {{0, 75, chance(2)}, {75, 75}, {150, 0}};
+    stage.matches.clear();
+    if (chance(2)) stage.matches = {{"A/B", "", "rock", "1999", {{"One"}, {"a/b/c"}}}};
+    stage.broken.clear();
+    const char* calls[] = {"ReadTOC", "TrackCount", "MaxSpeed", "SetSpeed"};
+    if (chance(4)) stage.broken = {std::string("CDRipperX1.") + calls[below(4)]};
+    stage.trouble.clear();
+    if (chance(3)) stage.trouble[1] = {below(16)};
   }
   /// What the engine was told to do, and has not yet had its last event of.
   void listen() {

@@ -414,7 +414,6 @@ TEST_CASE("E141: Titles beyond the disc's tracks are not shown, and rows without
 TEST_CASE("E142: A title with two slashes keeps the second, so its file cannot be made, which is told") {
   Ripping machine;
   machine.know("Anna", "Evenings", {"a/b/c"});
-  machine.stage().trouble[1] = {10};
   machine.read();
   CHECK(machine.names().front() == "a-b/c");
   machine.check({1});
