@@ -75,7 +75,7 @@ std::int32_t readOffsetOf(const HostPath& programFolder, const std::string& driv
   if (!file) return 0;
   // The published lists write a plus before the number, which no other setting has.
   const std::string text = file->value("readOffset", drive).value_or("");
-  const char* begin = text.data() + (text.starts_with('+') ? 1 : 0);
+  const char* begin = text.data() + (text.starts_with('+') && !text.starts_with("+-") ? 1 : 0);
   std::int32_t offset = 0;
   const auto [stop, error] = std::from_chars(begin, text.data() + text.size(), offset);
   const bool whole = error == std::errc{} && stop == text.data() + text.size();

@@ -86,6 +86,28 @@ TEST_CASE("A pause may last for a minute and not for a block longer") {
   CHECK(loadEngineSettings(HostPath(folder.path())).pause == 150);
 }
 
+TEST_CASE("A report of rips is left only where that is switched on") {
+  TempFolder folder;
+  explainEngineSettings(HostPath(folder.path()));
+  CHECK_FALSE(loadEngineSettings(HostPath(folder.path())).ripLog);
+  folder.write("Engines.ini", "[Ripping]\nripLog = on\n");
+  CHECK(loadEngineSettings(HostPath(folder.path())).ripLog);
+}
+
+TEST_CASE("A drive's read offset goes by its name, and is 0 where it makes no sense") {
+  TempFolder folder;
+  const HostPath program(folder.path());
+  CHECK(readOffsetOf(program, "PLEXTOR PX-1") == 0);
+  explainEngineSettings(program);
+  CHECK(readOffsetOf(program, "PLEXTOR PX-1") == 0);
+  folder.write("Engines.ini",
+               "[readOffset]\nPlextor PX-1 = +30\nB = -11760\nC = 11761\nD = 6 samples\nE = +-6\nF = 12\nG =\n");
+  CHECK(readOffsetOf(program, "PLEXTOR PX-1") == 30);
+  CHECK(readOffsetOf(program, "B") == -11760);
+  CHECK(readOffsetOf(program, "F") == 12);
+  for (const char* drive : {"C", "D", "E", "G", "H", ""}) CHECK(readOffsetOf(program, drive) == 0);
+}
+
 TEST_CASE("A program folder that cannot be written gives the defaults in silence") {
   explainEngineSettings(HostPath("/no/such/folder"));
   CHECK(loadEngineSettings(HostPath("/no/such/folder")).pause == 150);
