@@ -2,7 +2,7 @@
 #include <QTimer>
 #include <chrono>
 
-#include "app/NoRipping.h"
+#include "app/DiscLooks.h"
 #include "desktop/DesktopOpener.h"
 #include "desktop/FolderLister.h"
 #include "desktop/ForcedEnd.h"
@@ -15,8 +15,12 @@
 #include "desktop/QtMessageBoxes.h"
 #include "desktop/QtPrintControls.h"
 #include "desktop/SessionWakefulness.h"
+#include "engines/discdb/WebDatabases.h"
 #include "engines/drives/LinuxDrives.h"
+#include "engines/encoder/LameEncoders.h"
 #include "engines/ground/EngineSettings.h"
+#include "engines/ripper/DiscRippers.h"
+#include "engines/ripper/RecorderDrive.h"
 #include "engines/virtual/FolderShelf.h"
 #include "engines/virtual/VirtualRecorders.h"
 #include "engines/writer/DiscWriters.h"
@@ -56,9 +60,7 @@ constexpr std::chrono::milliseconds SplashIsSeen{100};
   NoCommonControls commonControls;
   NoRegistry registry;
   NoFileVersions fileVersions;
-  NoRipEngines rippers;
-  NoEncoders encoders;
-  NoDatabases databases;
+  engines::encoder::LameEncoders encoders;
   const HostPath programFolder(process.executableFolder());
   QtPrintControls prints(desk, files, programFolder);
   const engines::EngineSettings settings = engines::loadEngineSettings(programFolder);
@@ -71,9 +73,13 @@ constexpr std::chrono::milliseconds SplashIsSeen{100};
     engines::explainEngineSettings(programFolder);
     engines::saveKnownDrives(programFolder, drives);
   };
-  engines::writer::DiscWriters writers(
-      engines::inKnownOrder(drives, present), std::make_shared<engines::audio::AudioFiles>(), events, patience,
-      {settings.pause, HostPath(ScratchFolder), settings.verify, std::make_shared<SessionWakefulness>()});
+  const engines::RecorderList recorders = engines::inKnownOrder(drives, present);
+  const auto wakefulness = std::make_shared<SessionWakefulness>();
+  engines::writer::DiscWriters writers(recorders, std::make_shared<engines::audio::AudioFiles>(), events, patience,
+                                       {settings.pause, HostPath(ScratchFolder), settings.verify, wakefulness});
+  const engines::ReadingDrives readers = engines::ripper::readingDrives(recorders);
+  engines::ripper::DiscRippers rippers(readers, events, patience, {programFolder, 0, wakefulness});
+  engines::discdb::WebDatabases databases(settings.discServer, programFolder, contentsOf(readers), patience);
   desk.setFailureDetail(writers.failureDetail());
   Program program(desk, {boxes, files, folders, hardDrives, pump, process, writers, opener, help, prints, rippers,
                          encoders, databases, commonControls, registry, fileVersions, systemSeparators()});
