@@ -1,8 +1,11 @@
 #include "desktop/FolderLister.h"
 
+#include <pthread.h>
+
 #include <algorithm>
 #include <catch2/catch.hpp>
 #include <chrono>
+#include <system_error>
 #include <thread>
 #include <utility>
 
@@ -32,6 +35,23 @@ class Notebook final : public FolderReader {
     heard.push_back(word);
     ended = true;
   }
+};
+
+/// While this lives the system has no room for one more thread of this process.
+class NoMoreThreads {
+ public:
+  NoMoreThreads() {
+    REQUIRE(pthread_getattr_default_np(&before_) == 0);
+    pthread_attr_t large = before_;
+    REQUIRE(pthread_attr_setstacksize(&large, std::size_t{1} << 46) == 0);
+    REQUIRE(pthread_setattr_default_np(&large) == 0);
+  }
+  ~NoMoreThreads() { pthread_setattr_default_np(&before_); }
+  NoMoreThreads(const NoMoreThreads&) = delete;
+  NoMoreThreads& operator=(const NoMoreThreads&) = delete;
+
+ private:
+  pthread_attr_t before_{};
 };
 
 /// A lister, and the thread on which it is heard.
@@ -158,6 +178,23 @@ TEST_CASE("Whether a file is there is waited for with patience, and a folder of 
   CHECK_FALSE(to.lister.hasFile(to.folder.host("music")));
   CHECK_FALSE(to.lister.hasFile(to.folder.host("music/b.mp3")));
   CHECK(to.patience.waits == 3);
+}
+
+TEST_CASE("Where the system has no thread to spare, all is looked at on the asker's own, and heard as ever") {
+  Listening to;
+  to.folder.write("a.mp3", "xyz");
+  const NoMoreThreads full;
+  REQUIRE_THROWS_AS(std::thread([] {}).join(), std::system_error);
+  CHECK(to.lister.hasFile(to.folder.host("a.mp3")));
+  CHECK_FALSE(to.lister.hasFile(to.folder.host("b.mp3")));
+  CHECK(to.lister.endOf(to.folder.host("a.mp3"), 2) == "yz");
+  bool found = false;
+  const auto finding = to.lister.find(HostPath(to.folder.path()), [&] { found = true; });
+  const auto hold = to.list(to.folder.path());
+  CHECK(to.notes.heard.empty());
+  REQUIRE(to.hearsTheEnd());
+  CHECK(to.notes.heard == Lines{"a.mp3", "3", "all"});
+  CHECK(found);
 }
 
 }  // namespace trackloom

@@ -1,6 +1,9 @@
 #include <catch2/catch.hpp>
+#include <new>
 #include <sstream>
 
+#include "engines/writer/FakeRecorder.h"
+#include "engines/writer/FormerSession.h"
 #include "engines/writer/VirtualWorld.h"
 
 namespace trackloom::engines::writer {
@@ -56,7 +59,26 @@ class SessionWorld : public VirtualWorld {
   std::string extracted(int track, const std::string& path) const { return isoinfo(track, "-x '" + path + "'"); }
 };
 
+/// A recorder whose disc takes more memory to read than there is.
+class LargeRecorder final : public FakeRecorder {
+ public:
+  std::vector<std::byte> read(std::int32_t /*block*/, std::int32_t /*count*/) override { throw std::bad_alloc(); }
+};
+
 }  // namespace
+
+TEST_CASE("A session continues only on a disc whose reading ends well, whatever it ends in") {
+  DiscState disc;
+  disc.status = DiscOpen;
+  disc.sessions = 1;
+  disc.lastSession = SessionClosed;
+  disc.freeDataBlocks = 300000;
+  disc.tracks = {{DataBlocks, 0, 1000, 1}};
+  const auto session = FormerSession::on(std::make_shared<LargeRecorder>(), disc);
+  REQUIRE(session);
+  CHECK_THROWS_WITH(session->requireReadable(),
+                    "the earlier session of the disc cannot be taken over: std::bad_alloc (3/11/00)");
+}
 
 TEST_CASE("A session that continues another shows the files of both, to every reader") {
   SessionWorld world;
