@@ -5,6 +5,7 @@
 
 #include "engines/disc/Sense.h"
 #include "engines/libburn/SenseWords.h"
+#include "engines/libburn/SessionWrite.h"
 #include "engines/libburn/TrackWrite.h"
 
 namespace trackloom::engines::libburn {
@@ -28,39 +29,46 @@ DiscState closedFor(DiscState disc) {
 
 }  // namespace
 
-class LibburnRecorder::Operation {
+/// Looks answer from the last one for as long as this lives.
+class LibburnRecorder::Work {
  public:
-  explicit Operation(LibburnRecorder& recorder) : recorder_(recorder), drive(recorder.path_, Hold::Alone) {
-    if (!drive.hasDisc()) throw deviceError(sense::noMedium, "no disc is in the drive");
-    work(true);
-    drive.lockTray(true);
-  }
-  ~Operation() {
-    unlock();
-    work(false);
-  }
-  Operation(const Operation&) = delete;
-  Operation& operator=(const Operation&) = delete;
+  explicit Work(LibburnRecorder& recorder) : recorder_(recorder) { set(true); }
+  ~Work() { set(false); }
+  Work(const Work&) = delete;
+  Work& operator=(const Work&) = delete;
 
  private:
-  void work(bool working) {
+  void set(bool working) {
     const std::lock_guard lock(recorder_.mutex_);
     recorder_.working_ = working;
     if (!working) recorder_.looked_.reset();
   }
+
+  LibburnRecorder& recorder_;
+};
+
+/// The drive with a disc in it, alone and with its tray locked.
+class LibburnRecorder::Operation {
+ public:
+  explicit Operation(LibburnRecorder& recorder) : drive(recorder.path_, Hold::Alone), work_(recorder) {
+    if (!drive.hasDisc()) throw deviceError(sense::noMedium, "no disc is in the drive");
+    drive.lockTray(true);
+  }
   /// A drive that was unplugged has no tray to free.
-  void unlock() {
+  ~Operation() {
     try {
       drive.lockTray(false);
     } catch (const EngineError&) {
       return;
     }
   }
+  Operation(const Operation&) = delete;
+  Operation& operator=(const Operation&) = delete;
 
-  LibburnRecorder& recorder_;
-
- public:
   Drive drive;
+
+ private:
+  Work work_;
 };
 
 bool LibburnRecorder::take() {
@@ -122,8 +130,24 @@ void LibburnRecorder::write(const WriteOrder& order, SectorSource& source, Opera
                             const std::stop_token& stop) {
   const DiscState before = discOrThrow();
   requireFits(order, before);
-  writeTracks(order, source, observer, stop);
+  const bool openSession = before.lastSession == SessionIncomplete;
+  if ((order.closeSession || order.closeDisc) && !openSession)
+    writeSession(before.status == DiscEmpty, order, source, observer, stop);
+  else
+    writeTracks(order, source, observer, stop);
   if (!order.test) requireListed(order);
+}
+
+void LibburnRecorder::writeSession(bool blank, const WriteOrder& order, SectorSource& source,
+                                   OperationObserver& observer, const std::stop_token& stop) {
+  const Work work(*this);
+  SessionWrite write(blank, writeGuard_, order, source, observer, stop);
+  try {
+    write.run(path_);
+  } catch (...) {
+    if (write.touched()) spoil(order);
+    throw;
+  }
 }
 
 void LibburnRecorder::writeTracks(const WriteOrder& order, SectorSource& source, OperationObserver& observer,
@@ -135,6 +159,15 @@ void LibburnRecorder::writeTracks(const WriteOrder& order, SectorSource& source,
   } catch (...) {
     if (write.touched()) spoil(operation.drive, order);
     throw;
+  }
+}
+
+void LibburnRecorder::spoil(const WriteOrder& order) {
+  try {
+    Drive drive(path_, Hold::Alone);
+    if (drive.hasDisc()) spoil(drive, order);
+  } catch (const EngineError&) {
+    return;
   }
 }
 

@@ -40,15 +40,18 @@ class LibburnRecorder : public Recorder {
     std::shared_ptr<const DriveSnapshot> snapshot;
   };
 
-  /// The drive with a disc in it, alone and with its tray locked, for one operation.
+  class Work;
   class Operation;
 
   std::shared_ptr<const DriveSnapshot> lookAnew();
   std::shared_ptr<const DriveSnapshot> withoutDisc(Drive* drive);
   DiscState discIn(Drive& drive, const Reply& tables) const;
   DiscState discOrThrow();
+  void writeSession(bool blank, const WriteOrder& order, SectorSource& source, OperationObserver& observer,
+                    const std::stop_token& stop);
   void writeTracks(const WriteOrder& order, SectorSource& source, OperationObserver& observer,
                    const std::stop_token& stop);
+  void spoil(const WriteOrder& order);
   void spoil(Drive& drive, const WriteOrder& order);
   void requireListed(const WriteOrder& order);
 
