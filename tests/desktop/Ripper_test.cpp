@@ -9,6 +9,7 @@
 #include <catch2/catch.hpp>
 
 #include "desktop/LiveProgram.h"
+#include "desktop/Trial.h"
 #include "ripper/RipperForms.h"
 
 namespace trackloom {
