@@ -5,8 +5,11 @@
 #include <QStyle>
 #include <QTemporaryDir>
 #include <QTimer>
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <functional>
+#include <string_view>
 
 #include "desktop/Appearance.h"
 #include "desktop/FrontPanel.h"
@@ -102,6 +105,16 @@ bool paintSheet(std::vector<Portrait> portraits, const QString& file) {
   return sheet.save(file);
 }
 
+/// Each picture as a file of its own, in the width of a page of the help.
+bool savePictures(const std::vector<Portrait>& portraits, const QString& folder) {
+  constexpr int PageWidth = 560;
+  return std::all_of(portraits.begin(), portraits.end(), [&folder](const Portrait& portrait) {
+    QImage picture = portrait.picture.toImage();
+    if (picture.width() > PageWidth) picture = picture.scaledToWidth(PageWidth, Qt::SmoothTransformation);
+    return picture.save(folder + "/" + portrait.name + ".png", "PNG", 0);
+  });
+}
+
 /// A list that stands already shows rows added in a row only after a short rest.
 void showAllRows() {
   constexpr int Rest = 100;
@@ -121,9 +134,11 @@ Portrait portraitOfPanel(const std::string& home, ShellOpener& opener) {
   return {panel.objectName(), std::move(picture), QRect(QPoint(), panel.size())};
 }
 
+using Use = std::function<bool(std::vector<Portrait>)>;
+
 /// Paints every form of a program that works in a folder of its own, and its recorder's front panel, in the palette
 /// that the application has now.
-bool makeSheet(const QString& file) {
+bool usePortraits(const Use& use) {
   const QTemporaryDir folder;
   const std::string home = folder.path().toStdString();
   engines::virtualrecorder::createVirtualRecorder(HostPath(home + "/Virtual Recorder"));
@@ -176,14 +191,20 @@ bool makeSheet(const QString& file) {
   std::vector<Portrait> portraits;
   for (const auto& form : forms) portraits.push_back(portraitOf(desk, *form));
   portraits.push_back(std::move(panel));
-  return paintSheet(std::move(portraits), file);
+  return use(std::move(portraits));
 }
 
 bool makeSheets(const QString& folder) {
-  QApplication::setPalette(QApplication::style()->standardPalette());
-  const bool light = makeSheet(folder + "/sheet-light.png");
+  const auto painted = [&folder](const char* file) {
+    return [path = folder + file](std::vector<Portrait> portraits) { return paintSheet(std::move(portraits), path); };
+  };
+  const bool light = usePortraits(painted("/sheet-light.png"));
   QApplication::setPalette(darkPalette());
-  return makeSheet(folder + "/sheet-dark.png") && light;
+  return usePortraits(painted("/sheet-dark.png")) && light;
+}
+
+bool makePictures(const QString& folder) {
+  return usePortraits([&folder](const std::vector<Portrait>& portraits) { return savePictures(portraits, folder); });
 }
 
 }  // namespace
@@ -191,17 +212,20 @@ bool makeSheets(const QString& folder) {
 }  // namespace trackloom
 
 /// Writes a picture of all forms and the recorder's front panel side by side, one on a light desktop and one on a dark
-/// one: form-sheet <folder>.
+/// one: form-sheet <folder>. With --each before the folder a picture of each, for the pages of the help.
 int main(int argc, char** argv) {
-  if (argc != 2) {
-    std::fputs("usage: form-sheet <folder>\n", stderr);
+  const bool each = argc == 3 && std::string_view(argv[1]) == "--each";
+  if (argc != 2 && !each) {
+    std::fputs("usage: form-sheet [--each] <folder>\n", stderr);
     return 2;
   }
   // The sheets need no screen, and are the same on every one.
   qputenv("QT_QPA_PLATFORM", "offscreen");
   QApplication application(argc, argv);
   trackloom::dress(application);
-  if (trackloom::makeSheets(QString::fromLocal8Bit(argv[1]))) return 0;
-  std::fprintf(stderr, "form-sheet: %s: cannot be written to\n", argv[1]);
+  QApplication::setPalette(QApplication::style()->standardPalette());
+  const QString folder = QString::fromLocal8Bit(argv[argc - 1]);
+  if (each ? trackloom::makePictures(folder) : trackloom::makeSheets(folder)) return 0;
+  std::fprintf(stderr, "form-sheet: %s: cannot be written to\n", argv[argc - 1]);
   return 1;
 }
