@@ -6,6 +6,7 @@
 #include "desktop/DesktopOpener.h"
 #include "desktop/FolderLister.h"
 #include "desktop/ForcedEnd.h"
+#include "desktop/HelpViewer.h"
 #include "desktop/Host.h"
 #include "desktop/Look.h"
 #include "desktop/PanelDoor.h"
@@ -19,6 +20,7 @@
 #include "engines/drives/LinuxDrives.h"
 #include "engines/encoder/LameEncoders.h"
 #include "engines/ground/EngineSettings.h"
+#include "engines/helpfile/HelpBookFile.h"
 #include "engines/ripper/DiscRippers.h"
 #include "engines/ripper/RecorderDrive.h"
 #include "engines/virtual/FolderShelf.h"
@@ -29,13 +31,6 @@
 namespace trackloom {
 
 namespace {
-
-/// Stands in where no help viewer is installed: nothing can be shown.
-class NoHelpViewer final : public HelpEngine {
- public:
-  std::intptr_t HtmlHelp(std::intptr_t, const std::string&, std::uint32_t, std::intptr_t) override { return 0; }
-  void askWhatsThis(std::intptr_t) override {}
-};
 
 /// Caches of tracks can take a whole disc's size, which is too much for a file system in memory.
 constexpr const char* ScratchFolder = "/var/tmp";
@@ -56,7 +51,7 @@ constexpr std::chrono::milliseconds SplashIsSeen{100};
   engines::drives::LinuxDrives hardDrives(patience);
   LinuxProcess process;
   DesktopOpener opener;
-  NoHelpViewer help;
+  HelpViewer help(engines::helpfile::readHelpBook, opener);
   NoCommonControls commonControls;
   NoRegistry registry;
   NoFileVersions fileVersions;

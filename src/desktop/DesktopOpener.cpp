@@ -7,14 +7,14 @@ namespace trackloom {
 
 namespace {
 
-bool isWebPage(const std::string& target) {
-  return target.starts_with("http://") || target.starts_with("https://");
+bool isAddress(const std::string& target) {
+  return target.starts_with("http://") || target.starts_with("https://") || target.starts_with("mailto:");
 }
 
 }  // namespace
 
 QUrl desktopAddress(const std::string& target) {
-  if (isWebPage(target)) return QUrl::fromEncoded(QByteArray::fromStdString(target));
+  if (isAddress(target)) return QUrl::fromEncoded(QByteArray::fromStdString(target));
   const std::string path = std::filesystem::absolute(target).string();
   return QUrl::fromEncoded("file://" + QByteArray::fromStdString(path).toPercentEncoding("/"));
 }

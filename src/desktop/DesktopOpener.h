@@ -7,14 +7,15 @@
 
 namespace trackloom {
 
-/// Hands files and web pages to the desktop's default program. No shell takes part, and the name reaches the desktop as
-/// an address in which every special byte is escaped, so no name can be taken for an option or a command.
+/// Hands files, web pages and addresses of letters to the desktop's default program. No shell takes part, and the name
+/// reaches the desktop as an address in which every special byte is escaped, so no name can be taken for an option or a
+/// command.
 class DesktopOpener final : public ShellOpener {
  public:
   void open(const ShellOrder& order) override;
 };
 
-/// What the desktop is asked to open for a path on this machine or the address of a web page.
+/// What the desktop is asked to open for a path on this machine, the address of a web page or one to write to.
 QUrl desktopAddress(const std::string& target);
 
 }  // namespace trackloom
