@@ -48,7 +48,10 @@ Kind Pages::kind() const {
 Bytes Pages::capabilities(const Settings& settings) const {
   const std::uint32_t most = settings.speed * kilobytesAtOnce;
   Answer page(32);
-  page.put(0, 0x2A, 1).put(2, 0x03, 1).put(3, 0x07, 1).put(4, settings.writeGuard ? 0xF1 : 0x71, 1);
+  page.put(0, 0x2A, 1)
+      .put(2, 0x03, 1)
+      .put(3, settings.writesDiscs ? 0x07 : 0x00, 1)
+      .put(4, settings.writeGuard ? 0xF1 : 0x71, 1);
   page.put(5, 0x57, 1).put(6, 0x29, 1).put(8, most, 2).put(10, 0x100, 2).put(12, 2048, 2).put(14, most, 2);
   page.put(18, most, 2).put(20, speed(settings) * kilobytesAtOnce, 2).put(28, speed(settings) * kilobytesAtOnce, 2);
   std::uint32_t count = 0;

@@ -63,6 +63,7 @@ std::map<std::string, Place> placesOf(Settings& settings) {
           {"revision", &settings.revision},
           {"serial", &settings.serial},
           {"speed", &settings.speed},
+          {"writes discs", &settings.writesDiscs},
           {"write guard", &settings.writeGuard},
           {"tray stuck", &settings.trayStuck},
           {"speed is told", &settings.speedIsTold},

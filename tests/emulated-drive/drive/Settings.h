@@ -32,6 +32,8 @@ struct Settings {
   std::string serial = "0001";
   /// Multiples of 75 blocks a second.
   std::uint32_t speed = 48;
+  /// No: a drive that only reads.
+  bool writesDiscs = true;
   bool writeGuard = true;
   bool trayStuck = false;
   bool speedIsTold = true;

@@ -1,0 +1,168 @@
+#include <chrono>
+#include <thread>
+
+#include "engines/libburn/LibburnWorld.h"
+#include "engines/libburn/Library.h"
+#include "engines/libburn/SenseWords.h"
+
+namespace trackloom::engines::libburn {
+
+using Catch::Matchers::Contains;
+
+namespace {
+
+/// What cd-info says of the disc, which reads it through the emulated node.
+std::string trackList(const LibburnWorld& world) {
+  return fakes::outputOf("EMULATED_DRIVES='" + world.folder.host("drives").text +
+                         "' LD_PRELOAD='" EMULATED_DRIVE_LIBRARY "' cd-info --no-cddb /dev/sr0");
+}
+
+}  // namespace
+
+TEST_CASE("A closed audio disc has its tracks and pauses where the layout has them, sample for sample") {
+  LibburnWorld world;
+  world.queue({310, 400, 305});
+  world.close(true, true);
+  REQUIRE(world.wroteWell());
+  const std::string list = trackList(world);
+  CHECK_THAT(list, Contains("  1: 00:02:00  000000 audio"));
+  CHECK_THAT(list, Contains("  2: 00:08:10  000460 audio"));
+  CHECK_THAT(list, Contains("  3: 00:15:35  001010 audio"));
+  CHECK_THAT(list, Contains("170: 00:19:40  001315 leadout"));
+  CHECK(world.sectors(0, 310) == LibburnWorld::audioOf("a", 310));
+  CHECK(world.sectors(310, 150) == std::string(150 * 2352, '\0'));
+  CHECK(world.sectors(460, 400) == LibburnWorld::audioOf("b", 400));
+  CHECK(world.sectors(1010, 305) == LibburnWorld::audioOf("c", 305));
+}
+
+TEST_CASE("Tracks that leave their session open are added to until it is closed") {
+  LibburnWorld world;
+  world.queue({310});
+  world.close(false, false);
+  REQUIRE(world.wroteWell());
+  CHECK(world.real().LastSessionStatus() == SessionIncomplete);
+  world.queue({320, 330});
+  world.close(true, true);
+  REQUIRE(world.wroteWell());
+  CHECK(world.real().SessionCount() == 1);
+  CHECK(world.sectors(0, 310) == LibburnWorld::audioOf("a", 310));
+  CHECK(world.sectors(462, 320) == LibburnWorld::audioOf("a", 320));
+  CHECK(world.sectors(934, 330) == LibburnWorld::audioOf("b", 330));
+  CHECK_THAT(trackList(world), Contains("  3: 00:14:34  000934 audio"));
+}
+
+TEST_CASE("A second audio session lies behind the first, by tracks at once") {
+  LibburnWorld world;
+  world.queue({310});
+  world.close(true, false);
+  REQUIRE(world.wroteWell());
+  REQUIRE(world.wroteWell());
+  CHECK(world.real().SessionCount() == 2);
+  CHECK(world.sectors(310 + 11400, 310) == LibburnWorld::audioOf("a", 310));
+}
+
+TEST_CASE("A disc of 99 tracks is written at once") {
+  LibburnWorld world;
+  world.queue(std::vector<std::int32_t>(99, 300));
+  world.close(true, true);
+  world.wroteWell();
+  INFO(world.words());
+  REQUIRE(world.lastLine() == "OnOperationComplete");
+  CHECK(world.drive.tracksOnDisc() == 99);
+  CHECK_THAT(trackList(world), Contains(" 99: 09:50:00  044100 audio"));
+}
+
+TEST_CASE("Three data sessions show all their files to other programs") {
+  LibburnWorld world;
+  world.real().SetDiscMode(DataBlocks);
+  for (const char* name : {"a", "b", "c"}) {
+    world.real().ImportLastSession(true);
+    REQUIRE(world.real().AddDataFile(DiscPath(std::string("\\") + name), world.plainFile(name, 200000)));
+    world.close(true, false);
+    REQUIRE(world.wroteWell());
+  }
+  CHECK(world.real().SessionCount() == 3);
+  const std::string list =
+      fakes::outputOf("EMULATED_DRIVES='" + world.folder.host("drives").text +
+                      "' LD_PRELOAD='" EMULATED_DRIVE_LIBRARY "' xorriso -indev /dev/sr0 -find / -type f");
+  for (const char* name : {"'/a'", "'/b'", "'/c'"}) CHECK_THAT(list, Contains(name));
+}
+
+TEST_CASE("A write is cancelled in each of its phases within a moment, and leaves a spoilt disc once it was begun") {
+  for (const bool library : {true, false})
+    for (const std::int32_t position : {0, 1, 200, 309}) {
+      LibburnWorld world;
+      world.queue({310, 320});
+      world.close(library, false);
+      world.drive.configure("pace = 1500\n");
+      world.real().StartWrite();
+      REQUIRE(world.runUntil([&] {
+        const auto& told = world.heard().progress;
+        return position == 0 ? world.heard().has("OnTrackWriteStart 1 310")
+                             : std::ranges::any_of(told, [&](const auto& p) { return p.position >= position; });
+      }));
+      world.real().AbortWrite();
+      const std::string before = world.drive.commands();
+      CHECK(world.real().DiscStatus() == DiscClosed);
+      CHECK(world.real().EjectDisc());
+      CHECK(world.drive.commands().substr(before.size()).find("WRITE ") == std::string::npos);
+    }
+}
+
+TEST_CASE("A cancelled test leaves the disc blank, and the next write is whole") {
+  for (const bool library : {true, false}) {
+    LibburnWorld world;
+    world.queue({310});
+    world.close(library, library);
+    world.real().SetTestMode(true);
+    world.drive.configure("pace = 500\n");
+    world.real().StartWrite();
+    REQUIRE(world.runUntil([&] { return !world.heard().progress.empty(); }));
+    world.real().AbortWrite();
+    CHECK(world.real().DiscStatus() == DiscEmpty);
+    world.real().SetTestMode(false);
+    world.drive.configure("");
+    CHECK(world.wroteWell());
+    CHECK(world.sectors(0, 310) == LibburnWorld::audioOf("a", 310));
+  }
+}
+
+TEST_CASE("The write guard and the speed reach the drive") {
+  LibburnWorld world;
+  CHECK(world.real().HasWriteGuard());
+  CHECK(world.real().MaxWriteSpeed() == 48);
+  world.queue({310});
+  for (const bool library : {true, false}) {
+    world.insert(359849);
+    world.close(library, library);
+    world.real().EnableWriteGuard(true);
+    world.real().SetWriteSpeed(8);
+    REQUIRE(world.wroteWell());
+    const std::string type = library ? " 05 32 42 " : " 05 32 41 ";
+    CHECK_THAT(world.drive.commands(), Contains(type));
+    CHECK_THAT(world.drive.commands(), Contains("SET-CD-SPEED BB 00 "));
+  }
+}
+
+TEST_CASE("Recorders stand in the order of their nodes and are known by their own numbers") {
+  LibburnWorld world;
+  world.folder.write("drives/sr2/drive.ini", "vendor = ACME\nproduct = A|B\nserial = 77\n");
+  world.folder.write("drives/sr1/drive.ini", "writes discs = no\n");
+  const RecorderList found = findRecorders();
+  REQUIRE(found.size() == 2);
+  CHECK(found[0]->id() == "EMULATED CD RECORDER 0001");
+  CHECK(found[1]->id() == "ACME A/B 77");
+  CHECK(found[1]->look()->identity.vendor == "ACME    ");
+  CHECK_FALSE(found[1]->look()->disc);
+}
+
+TEST_CASE("The sense of a drive is found in the library's words, and told in ours") {
+  CHECK(senseIn("SCSI error on write(200,16): [3 0C 00] Medium error. Write error.") == 0x030C00);
+  CHECK(senseIn("no [numbers] here") == 0);
+  CHECK(wordsOf(0x030C00) == "write error");
+  CHECK(wordsOf(0x057204) == "the session has a track that is not complete");
+  CHECK(wordsOf(0x04FF17) == "the drive failed");
+  CHECK(driveError(0x023A00, "no write").words() == "no write: no disc is in the drive (2/3A/00)");
+}
+
+}  // namespace trackloom::engines::libburn
