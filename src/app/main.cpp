@@ -21,6 +21,7 @@
 #include "engines/encoder/LameEncoders.h"
 #include "engines/ground/EngineSettings.h"
 #include "engines/helpfile/HelpBookFile.h"
+#include "engines/libburn/LibburnRecorders.h"
 #include "engines/ripper/DiscRippers.h"
 #include "engines/ripper/RecorderDrive.h"
 #include "engines/virtual/FolderShelf.h"
@@ -60,9 +61,11 @@ constexpr std::chrono::milliseconds SplashIsSeen{100};
   QtPrintControls prints(desk, files, programFolder);
   const engines::EngineSettings settings = engines::loadEngineSettings(programFolder);
   const std::vector<engines::KnownDrive> known = engines::loadKnownDrives(programFolder);
-  const engines::RecorderList present = settings.virtualRecorders
-                                            ? engines::virtualrecorder::findVirtualRecorders(programFolder, known)
-                                            : engines::RecorderList();
+  const engines::RecorderList virtualOnes = settings.virtualRecorders
+                                                ? engines::virtualrecorder::findVirtualRecorders(programFolder, known)
+                                                : engines::RecorderList();
+  engines::RecorderList present = engines::libburn::findRecorders();
+  present.insert(present.end(), virtualOnes.begin(), virtualOnes.end());
   const std::vector<engines::KnownDrive> drives = engines::withPresent(known, present);
   process.whenFirst = [&programFolder, &drives] {
     engines::explainEngineSettings(programFolder);
@@ -78,7 +81,7 @@ constexpr std::chrono::milliseconds SplashIsSeen{100};
   desk.setFailureDetail(writers.failureDetail());
   Program program(desk, {boxes, files, folders, hardDrives, pump, process, writers, opener, help, prints, rippers,
                          encoders, databases, commonControls, registry, fileVersions, systemSeparators()});
-  PanelDoor panelDoor(engines::virtualrecorder::shelvesOf(programFolder, present), opener,
+  PanelDoor panelDoor(engines::virtualrecorder::shelvesOf(programFolder, virtualOnes), opener,
                       [&desk] { return desk.failureDetail(); });
   desk.setExtras([&panelDoor, &prints](const std::string& form, QWidget& window) {
     if (form == "frmListing") panelDoor.standIn(window);

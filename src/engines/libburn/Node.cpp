@@ -16,8 +16,11 @@ namespace trackloom::engines::libburn {
 
 namespace {
 
-/// A drive may think for so long over one command, in milliseconds.
+/// A drive may think for so long over one command, in milliseconds: over those that move the tray, write, close or
+/// erase longer than over all others.
 constexpr unsigned longest = 200'000;
+constexpr unsigned usual = 30'000;
+constexpr std::array slowCommands{0x1B, 0x2A, 0x35, 0x54, 0x5B, 0xA1};
 constexpr int attentions = 4;
 
 EngineError cannotOpen(const std::string& path, int error) {
@@ -65,7 +68,7 @@ std::int32_t Node::run(CommandBlock block, const Transfer& transfer) {
   header.dxfer_len = static_cast<unsigned>(transfer.size);
   header.sbp = told.data();
   header.mx_sb_len = static_cast<unsigned char>(told.size());
-  header.timeout = longest;
+  header.timeout = std::ranges::find(slowCommands, bytes[0]) == slowCommands.end() ? usual : longest;
   if (::ioctl(fd_, SG_IO, &header) != 0)
     throw deviceError(sense::notReady, "the drive " + path_ + " is no longer connected: " + systemWords(errno));
   if (transfer.left != nullptr) *transfer.left = static_cast<std::size_t>(std::max(0, header.resid));
