@@ -22,8 +22,8 @@
 #include "engines/ground/EngineSettings.h"
 #include "engines/helpfile/HelpBookFile.h"
 #include "engines/libburn/LibburnRecorders.h"
+#include "engines/ripper/CdDrive.h"
 #include "engines/ripper/DiscRippers.h"
-#include "engines/ripper/RecorderDrive.h"
 #include "engines/virtual/FolderShelf.h"
 #include "engines/virtual/VirtualRecorders.h"
 #include "engines/writer/DiscWriters.h"
@@ -75,7 +75,7 @@ constexpr std::chrono::milliseconds SplashIsSeen{100};
   const auto wakefulness = std::make_shared<SessionWakefulness>();
   engines::writer::DiscWriters writers(recorders, std::make_shared<engines::audio::AudioFiles>(), events, patience,
                                        {settings.pause, HostPath(ScratchFolder), settings.verify, wakefulness});
-  const engines::ReadingDrives readers = engines::ripper::readingDrives(recorders);
+  const engines::ReadingDrives readers = engines::ripper::drivesInOrder(recorders, engines::ripper::findCdDrives());
   engines::ripper::DiscRippers rippers(readers, events, patience, {programFolder, 0, wakefulness});
   engines::discdb::WebDatabases databases(settings.discServer, programFolder, contentsOf(readers), patience);
   desk.setFailureDetail(writers.failureDetail());
