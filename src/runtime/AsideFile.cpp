@@ -59,7 +59,8 @@ AsideFile::AsideFile(std::string target, AsideNames names) : target_(std::move(t
 }
 
 AsideFile::~AsideFile() {
-  if (!name_.empty()) ::unlink(name_.c_str());
+  // Whoever has removed it may have given its name to another.
+  if (!name_.empty() && isCalled(file_, name_)) ::unlink(name_.c_str());
 }
 
 /// False: the name is another program's.

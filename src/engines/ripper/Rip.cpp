@@ -11,6 +11,8 @@
 #include "engines/ripper/RipTeller.h"
 #include "engines/ripper/TrackReader.h"
 #include "engines/ripper/TrackWorker.h"
+#include "runtime/Files.h"
+#include "runtime/Statements.h"
 
 namespace trackloom::engines::ripper {
 
@@ -98,9 +100,15 @@ void Rip::tell() {
   end(teller.told());
 }
 
+/// A worker that a slow disk keeps removes its file too late for the eyes of who cancelled.
+void Rip::removeFilesLeft() {
+  for (const HostPath& file : board_.filesLeft()) skipOnError([&] { DeleteFile(file); });
+}
+
 void Rip::end(const std::vector<RippedTrack>& told) {
   board_.release();
   board_.awaitThreads(patienceWithThreads);
+  removeFilesLeft();
   if (request_.log) addToRipLog(ripReport(request_, facts_, told), told);
   use_.reset();
   awake_.reset();

@@ -35,6 +35,7 @@ class Rip : public std::enable_shared_from_this<Rip> {
   void takeNames();
   void startThreads();
   void tell();
+  void removeFilesLeft();
   void end(const std::vector<RippedTrack>& told);
 
   RipRequest request_;

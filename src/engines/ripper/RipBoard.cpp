@@ -135,7 +135,16 @@ TrackEnd RipBoard::takeEnd(std::size_t track) {
   TrackEnd end = std::move(*tracks_[track].end);
   // The reader still learns from it that the track has ended.
   tracks_[track].end.emplace();
+  tracks_[track].endTaken = true;
   return end;
+}
+
+std::vector<HostPath> RipBoard::filesLeft() const {
+  const Lock lock(mutex_);
+  std::vector<HostPath> files;
+  for (const Track& track : tracks_)
+    if (track.path && !track.path->text.empty() && !track.endTaken) files.push_back(*track.path);
+  return files;
 }
 
 std::map<std::int32_t, int> RipBoard::troublesOf(std::size_t track) const {

@@ -82,6 +82,8 @@ class RipBoard {
   /// At the latest after that time.
   TrackNews await(std::size_t track, std::chrono::milliseconds atMost);
   TrackEnd takeEnd(std::size_t track);
+  /// Where the files lie whose ends nobody has taken.
+  std::vector<HostPath> filesLeft() const;
   /// What the reader met on the track, by code: how often.
   std::map<std::int32_t, int> troublesOf(std::size_t track) const;
   /// Lasts for that time.
@@ -106,6 +108,7 @@ class RipBoard {
     std::map<std::int32_t, int> troubleCounts;
     std::int32_t done = 0;
     std::optional<TrackEnd> end;
+    bool endTaken = false;
   };
   using Lock = std::unique_lock<std::mutex>;
 
