@@ -136,8 +136,9 @@ bool ListModel::setData(const QModelIndex& index, const QVariant& value, int rol
   const int row = index.row() + 1;
   if (role == Qt::CheckStateRole)
     entry_([this, row, ticked = value.toInt() == Qt::Checked] { list_->check(row, ticked); });
-  if (role == Qt::EditRole) entry_([this, row, text = entered(value.toString())] { list_->edit(row, text); });
-  return role == Qt::CheckStateRole || role == Qt::EditRole;
+  const bool edited = role == Qt::EditRole && list_->style().editable;
+  if (edited) entry_([this, row, text = entered(value.toString())] { list_->edit(row, text); });
+  return edited || role == Qt::CheckStateRole;
 }
 
 QVariant ListModel::headOf(const ListColumn& column, int role) {

@@ -37,7 +37,7 @@ TEST_CASE("The line below the buttons stands in one line with everything above i
       ++lines;
     }
   }
-  CHECK(lines == 2);
+  CHECK(lines == 3);
 }
 
 }  // namespace trackloom

@@ -318,6 +318,16 @@ TEST_CASE("A tick in any row allows the extraction, and the last one that goes t
   CHECK_FALSE(machine.form().cmdExtract.Enabled);
 }
 
+TEST_CASE("A ticked row that is no track allows no extraction") {
+  Ripping machine;
+  machine.read();
+  machine.form().ListView2.Add({"Data", {}, 2});
+  machine.form().ListView2.check(4, true);
+  CHECK_FALSE(machine.form().cmdExtract.Enabled);
+  machine.form().ListView2.check(2, true);
+  CHECK(machine.form().cmdExtract.Enabled);
+}
+
 TEST_CASE("The user can name rows, and nothing sorts them") {
   Ripping machine;
   machine.read();

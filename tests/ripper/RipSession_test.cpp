@@ -238,6 +238,57 @@ TEST_CASE("Rows, ticks, caption and extraction are after a rip as they were befo
   }
 }
 
+TEST_CASE("Both bars are empty when the dialog comes, and the track's has its hundred steps for each row") {
+  Session3 machine;
+  machine.check({1});
+  machine.forms().frmRipStatus->prgTotal.SetValue(50);
+  machine.forms().frmRipStatus->prgTrack.SetValue(50);
+  machine.rip([&](frmRipStatus& status) {
+    CHECK(status.prgTotal.Value() == 0);
+    CHECK(status.prgTrack.Value() == 0);
+    status.prgTrack.SetMax(7);
+    status.prgTrack.SetValue(3);
+    status.prgTotal.SetValue(40);
+    status.activated();
+    CHECK(status.prgTrack.Max() == 100);
+    CHECK(status.prgTrack.Value() == 0);
+    CHECK(status.prgTotal.Value() == 0);
+    machine.complete();
+  });
+}
+
+TEST_CASE("A dialog that is activated once more queues everything anew and counts from the first name") {
+  Session3 machine;
+  machine.check({1, 2});
+  machine.rip([&](frmRipStatus& status) {
+    status.activated();
+    CDRipperEvents* const dialog = machine.engine().events;
+    for (int event = 0; event < 6; ++event) machine.engine().step();
+    machine.engine().events = nullptr;
+    machine.engine().finish();
+    machine.engine().events = dialog;
+    status.activated();
+    CHECK(status.prgTotal.Value() == 0);
+    CHECK(machine.engine().queue() == std::vector<std::int16_t>{1, 2});
+    machine.complete();
+  });
+  CHECK(tagOf(machine.folder.read("rips/One.wav")).first == tagText("One", "Anna", "Evenings", "1999"));
+  CHECK(tagOf(machine.folder.read("rips/Two.wav")).first == tagText("Two", "Anna", "Evenings", "1999"));
+}
+
+TEST_CASE("Behind its end a rip is no running one any more") {
+  Session3 machine;
+  machine.check({1});
+  machine.rip([&](frmRipStatus& status) {
+    status.activated();
+    machine.desk.whileBoxIsOpen = [&](const MessageBox&) {
+      status.closeBox();
+      CHECK_FALSE(status.visible());
+    };
+    machine.complete();
+  });
+}
+
 TEST_CASE("A rip that cannot start says so and takes its dialog away") {
   Session3 machine;
   machine.check({1});
