@@ -1,60 +1,10 @@
 #include <algorithm>
 #include <catch2/catch.hpp>
 
-#include "fakes/FolderLook.h"
-#include "ripper/Ripping.h"
+#include "ripper/RipSession.h"
 #include "ripper/TagText.h"
 
 namespace trackloom {
-
-using fakes::namesIn;
-using Lines = std::vector<std::string>;
-
-namespace {
-
-bool has(const Lines& lines, const std::string& line) {
-  return std::find(lines.begin(), lines.end(), line) != lines.end();
-}
-
-/// Those of the lines that begin so.
-Lines starting(const Lines& lines, const std::string& with) {
-  Lines found;
-  std::copy_if(lines.begin(), lines.end(), std::back_inserter(found),
-               [&](const std::string& line) { return line.starts_with(with); });
-  return found;
-}
-
-/// A machine whose ripper has listed three known tracks.
-class Session3 : public Ripping {
- public:
-  Session3() {
-    know("Anna", "Evenings", {"One", "Two", "Three"}, "Jazz", "1999");
-    read();
-  }
-  /// The dialog of a rip that has been queued; `use` must leave it closed.
-  void rip(const std::function<void(frmRipStatus&)>& use, const std::function<void(frmRipOptions&)>& choose = {}) {
-    expectOptions(choose);
-    expectRip([&, use](frmRipStatus& status) {
-      hearing.heard();
-      use(status);
-    });
-    form().cmdExtract.click();
-    CHECK(desk.finished());
-  }
-  void complete() {
-    desk.expectBox("Operation Complete", BoxAnswer::Ok);
-    engine().finish();
-  }
-  CDRipperEvents& events() { return *engine().events; }
-};
-
-Lines ripsOf(const Ripping& machine) {
-  Lines names = namesIn(machine.folder / "rips");
-  std::erase(names, ".keep");
-  return names;
-}
-
-}  // namespace
 
 TEST_CASE("Every way of naming builds its paths, in the order of the rows and by their places") {
   const auto& [option, second, third] = GENERATE(table<int, std::string, std::string>({
@@ -63,7 +13,7 @@ TEST_CASE("Every way of naming builds its paths, in the order of the rows and by
       {2, "Evenings - Two", "Evenings - Three"},
       {3, "Side02", "Side03"},
   }));
-  Session3 machine;
+  RipSession machine;
   machine.form().ListView2.edit(2, "  Two ");
   machine.check({2, 3});
   machine.stage().take();
@@ -81,7 +31,7 @@ TEST_CASE("Every way of naming builds its paths, in the order of the rows and by
 }
 
 TEST_CASE("The encoder is bound for MP3 before its rate is set, and switched off for WAV") {
-  Session3 machine;
+  RipSession machine;
   machine.check({1});
   machine.stage().take();
   machine.extract([](frmRipOptions& options) {
@@ -99,7 +49,7 @@ TEST_CASE("The encoder is bound for MP3 before its rate is set, and switched off
 }
 
 TEST_CASE("A row is taken with the name that it has when the rip begins") {
-  Session3 machine;
+  RipSession machine;
   machine.check({1});
   machine.rip([&](frmRipStatus& status) {
     status.activated();
@@ -113,7 +63,7 @@ TEST_CASE("A row is taken with the name that it has when the rip begins") {
 
 TEST_CASE("Progress is told in the words of WAV or MP3, in times within the track, and rounded half to even") {
   const bool mp3 = GENERATE(false, true);
-  Session3 machine;
+  RipSession machine;
   machine.check({2});
   machine.rip(
       [&](frmRipStatus& status) {
@@ -141,7 +91,7 @@ TEST_CASE("Progress is told in the words of WAV or MP3, in times within the trac
 }
 
 TEST_CASE("Each trouble has its words, an unknown code has none, and all of them let events run") {
-  Session3 machine;
+  RipSession machine;
   machine.check({1});
   machine.rip([&](frmRipStatus& status) {
     status.activated();
@@ -168,7 +118,7 @@ TEST_CASE("Each trouble has its words, an unknown code has none, and all of them
 }
 
 TEST_CASE("A failed track leaves no file, moves the overall bar, uses up its name, and the rip is complete") {
-  Session3 machine;
+  RipSession machine;
   machine.form().cmdSelectAll.click();
   machine.stage().trouble[1] = {5, 4, 8};
   machine.rip([&](frmRipStatus& status) {
@@ -185,7 +135,7 @@ TEST_CASE("A failed track leaves no file, moves the overall bar, uses up its nam
 
 TEST_CASE(
     "The tag goes into the file that the engine names, also that of a failed track, and none into a missing one") {
-  Session3 machine;
+  RipSession machine;
   machine.form().cmdSelectAll.click();
   machine.rip([&](frmRipStatus& status) {
     status.activated();
@@ -206,7 +156,7 @@ TEST_CASE(
 }
 
 TEST_CASE("A track that nobody queued is finished without a tag") {
-  Session3 machine;
+  RipSession machine;
   machine.check({1});
   machine.rip([&](frmRipStatus& status) {
     status.activated();
@@ -223,7 +173,7 @@ TEST_CASE("A track that nobody queued is finished without a tag") {
 }
 
 TEST_CASE("Rows, ticks, caption and extraction are after a rip as they were before it, and it can be done again") {
-  Session3 machine;
+  RipSession machine;
   machine.check({1, 3});
   const std::string caption = machine.form().caption;
   for (int times = 0; times < 2; ++times) {
@@ -239,7 +189,7 @@ TEST_CASE("Rows, ticks, caption and extraction are after a rip as they were befo
 }
 
 TEST_CASE("Both bars are empty when the dialog comes, and the track's has its hundred steps for each row") {
-  Session3 machine;
+  RipSession machine;
   machine.check({1});
   machine.forms().frmRipStatus->prgTotal.SetValue(50);
   machine.forms().frmRipStatus->prgTrack.SetValue(50);
@@ -258,7 +208,7 @@ TEST_CASE("Both bars are empty when the dialog comes, and the track's has its hu
 }
 
 TEST_CASE("A dialog that is activated once more queues everything anew and counts from the first name") {
-  Session3 machine;
+  RipSession machine;
   machine.check({1, 2});
   machine.rip([&](frmRipStatus& status) {
     status.activated();
@@ -277,7 +227,7 @@ TEST_CASE("A dialog that is activated once more queues everything anew and count
 }
 
 TEST_CASE("Behind its end a rip is no running one any more") {
-  Session3 machine;
+  RipSession machine;
   machine.check({1});
   machine.rip([&](frmRipStatus& status) {
     status.activated();
@@ -290,7 +240,7 @@ TEST_CASE("Behind its end a rip is no running one any more") {
 }
 
 TEST_CASE("A rip that cannot start says so and takes its dialog away") {
-  Session3 machine;
+  RipSession machine;
   machine.check({1});
   machine.stage().disc.reset();
   machine.rip([&](frmRipStatus& status) {
@@ -302,7 +252,7 @@ TEST_CASE("A rip that cannot start says so and takes its dialog away") {
 }
 
 TEST_CASE("A running rip is ended by nothing but its Cancel, and one that waits also by its close box") {
-  Session3 machine;
+  RipSession machine;
   machine.check({1});
   machine.rip([&](frmRipStatus& status) {
     status.activated();
@@ -323,7 +273,7 @@ TEST_CASE("A running rip is ended by nothing but its Cancel, and one that waits 
 TEST_CASE("A rip is cancelled in each of its states, once or twice, and what is whole stays") {
   const int events = GENERATE(range(1, 12));
   const int clicks = GENERATE(1, 2);
-  Session3 machine;
+  RipSession machine;
   machine.check({1, 2});
   machine.rip([&](frmRipStatus& status) {
     status.activated();
@@ -342,7 +292,7 @@ TEST_CASE("A rip is cancelled in each of its states, once or twice, and what is 
 }
 
 TEST_CASE("A cancel that comes in with the events of a report is one") {
-  Session3 machine;
+  RipSession machine;
   machine.check({1});
   machine.rip([&](frmRipStatus& status) {
     status.activated();
@@ -362,7 +312,7 @@ TEST_CASE("A cancel that comes in with the events of a report is one") {
 }
 
 TEST_CASE("A dialog that goes in the pump of its first activation leaves an engine that finds no listener") {
-  Session3 machine;
+  RipSession machine;
   machine.check({1});
   machine.rip([&](frmRipStatus& status) {
     machine.pump.onPump = [&] {
@@ -382,7 +332,7 @@ TEST_CASE("A dialog that goes in the pump of its first activation leaves an engi
 }
 
 TEST_CASE("A dialog that goes in that pump still tells that the rip cannot start") {
-  Session3 machine;
+  RipSession machine;
   machine.check({1});
   machine.stage().disc.reset();
   machine.rip([&](frmRipStatus& status) {
@@ -392,125 +342,6 @@ TEST_CASE("A dialog that goes in that pump still tells that the rip cannot start
     };
     machine.desk.expectBox("Error", BoxAnswer::Ok);
     status.activated();
-  });
-}
-
-TEST_CASE("E154: Rows that bear their numbers give files of those names, or numbered custom ones, and no tags") {
-  Ripping machine;
-  machine.read();
-  machine.extractAll();
-  machine.extractAll([](frmRipOptions& options) {
-    options.optNameCustom.click();
-    options.chkMP3.click();
-  });
-  CHECK(ripsOf(machine) == Lines{"01.wav", "02.wav", "03.wav", "Track01.mp3", "Track02.mp3", "Track03.mp3"});
-  for (const std::string& file : ripsOf(machine)) CHECK(machine.folder.read("rips/" + file) == std::string(1000, 'x'));
-}
-
-TEST_CASE("E155: A named track that begins with the digit 0 gets no tag, and neither does one without a name") {
-  Ripping machine;
-  machine.know("Anna", "Evenings", {"0 Minutes", "", " 1 Minute"});
-  machine.read();
-  machine.extractAll([](frmRipOptions& options) { options.optNameCustom.click(); });
-  CHECK(tagOf(machine.folder.read("rips/Track01.wav")).first == std::string(127, 'x'));
-  CHECK(tagOf(machine.folder.read("rips/Track02.wav")).first == std::string(127, 'x'));
-  CHECK(tagOf(machine.folder.read("rips/Track03.wav")).first == tagText("1 Minute", "Anna", "Evenings"));
-}
-
-TEST_CASE("E156: A row on the place of a data track is not ripped, but its name goes to the next file's tag") {
-  Ripping machine;
-  machine.stage().disc = {{0, 100, false}, {100, 75}, {175, 150}};
-  machine.know("Anna", "Evenings", {"Data", "One", "Two"});
-  machine.read();
-  machine.form().cmdSelectAll.click();
-  machine.stage().take();
-  machine.expectOptions();
-  machine.expectRip([&](frmRipStatus& status) {
-    status.activated();
-    CHECK(status.prgTotal.Max() == 2);
-    machine.desk.expectBox("Operation Complete", BoxAnswer::Ok);
-    machine.desk.whileBoxIsOpen = [&](const MessageBox&) { CHECK(status.prgTotal.Value() == 1); };
-    machine.engine().finish();
-  });
-  machine.form().cmdExtract.click();
-  CHECK(starting(machine.stage().take(), "CDRipperX1.QueueTrack") ==
-        Lines{"CDRipperX1.QueueTrack(2, " + machine.rips() + "Two.wav, 2)"});
-  CHECK(ripsOf(machine) == Lines{"Two.wav"});
-  CHECK(tagOf(machine.folder.read("rips/Two.wav")).first == tagText("One", "Anna", "Evenings"));
-}
-
-TEST_CASE("E157: Cancel before the engine has begun takes the dialog away, and no file is made") {
-  Session3 machine;
-  machine.check({1});
-  machine.rip([&](frmRipStatus& status) {
-    status.activated();
-    status.cmdCancel.click();
-  });
-  CHECK_FALSE(has(machine.hearing.heard(), "CDRipperX1.CancelRip"));
-  machine.engine().finish();
-  CHECK(ripsOf(machine).empty());
-}
-
-TEST_CASE("E158: A rip of an empty list is left to the engine, which has nothing to start with") {
-  Ripping machine;
-  machine.stage().disc = {{0, 100, false}};
-  machine.read();
-  machine.form().cmdSelectAll.click();
-  machine.expectOptions();
-  machine.expectRip([&](frmRipStatus& status) {
-    machine.desk.expectBox("Error", BoxAnswer::Ok);
-    machine.desk.whileBoxIsOpen = [&](const MessageBox&) { CHECK(status.prgTotal.Max() == 0); };
-    status.activated();
-  });
-  machine.form().cmdExtract.click();
-  CHECK(has(machine.hearing.heard(), "CDRipperX1.StartRip"));
-}
-
-TEST_CASE("E159: Progress of an empty track moves no bar and ends nothing") {
-  Session3 machine;
-  machine.check({1});
-  machine.rip([&](frmRipStatus& status) {
-    status.activated();
-    machine.engine().step();
-    machine.events().TrackStarted(HostPath(), 100, 100, 1);
-    status.prgTrack.SetValue(30);
-    machine.events().RipStatus(7, 100);
-    CHECK(status.prgTrack.Value() == 30);
-    CHECK(status.lblTime.Caption == std::string("Track 01     00:00:00 / 00:00:00"));
-    machine.complete();
-  });
-}
-
-TEST_CASE("E160: A name with artist or album has no limit but the thirty characters of those") {
-  Ripping machine;
-  machine.know(std::string(50, 'a'), std::string(50, 'b'), {std::string(150, 'c')});
-  machine.read();
-  machine.check({1});
-  machine.extract([](frmRipOptions& options) { options.optNameListArtist.click(); });
-  machine.extract([](frmRipOptions& options) { options.optNameListAlbum.click(); });
-  CHECK(ripsOf(machine) == Lines{std::string(30, 'a') + " - " + std::string(150, 'c') + ".wav",
-                                 std::string(30, 'b') + " - " + std::string(150, 'c') + ".wav"});
-}
-
-TEST_CASE("E161: A cancelled rip is told by the engine as a status and by the dialog in a box, in other words") {
-  Session3 machine;
-  machine.check({1});
-  machine.rip([&](frmRipStatus& status) {
-    status.activated();
-    machine.engine().step();
-    status.cmdCancel.click();
-    machine.desk.expectBox("Operation Cancelled", BoxAnswer::Ok);
-    machine.engine().finish();
-  });
-  CHECK(has(machine.hearing.heard(), "  StatusBar1 \"Ripping Cancelled...\""));
-  CHECK(machine.desk.lastBox().text == "Ripping operation was cancelled.");
-  // An engine that cancels by itself is no cancel of the user's.
-  machine.rip([&](frmRipStatus& status) {
-    status.activated();
-    machine.engine().step();
-    machine.events().RipStatus(14, 0);
-    CHECK(status.StatusBar1.PanelText(1) == "Ripping Cancelled...");
-    machine.complete();
   });
 }
 
