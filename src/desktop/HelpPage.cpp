@@ -15,8 +15,7 @@ namespace {
 constexpr const char* Scheme = "help";
 constexpr int PageMargin = 16;
 
-/// No page or picture of ours comes near these; whatever is larger is not shown.
-constexpr std::size_t LongestPage = 1U << 20U;
+/// No picture of ours comes near it; whatever is larger is not shown.
 constexpr int WidestPicture = 4096;
 
 QUrl addressOf(const std::string& place) {
@@ -94,7 +93,6 @@ QVariant HelpPage::loadResource(int type, const QUrl& name) {
   const QUrl address = addressOf("").resolved(name);
   if (!isInBook(address)) return QString();
   const std::string& bytes = book_->files.at(fileOf(address));
-  if (bytes.size() > LongestPage) return QString();
   if (type == QTextDocument::ImageResource) return pictureOf(bytes);
   return shown(bytes);
 }

@@ -105,7 +105,7 @@ void HelpViewer::perform(std::uint32_t command, std::intptr_t data) {
 
 void HelpViewer::showTopic(std::int32_t number) {
   const auto topic = book_->topics.find(number);
-  if (topic == book_->topics.end()) return window_->showContents();
+  if (topic == book_->topics.end() || !book_->files.contains(topic->second)) return window_->showContents();
   window_->showPage(topic->second);
 }
 

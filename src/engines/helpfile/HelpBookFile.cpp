@@ -112,6 +112,7 @@ std::string plainText(std::string_view html) {
 HelpBook helpBook(std::string_view bytes) {
   HelpBook book;
   book.files = readChm(bytes);
+  std::erase_if(book.files, [](const auto& file) { return isPage(file.first) && !isShowable(file.second); });
   SystemTexts texts = systemTexts(fileNamed(book.files, "#SYSTEM"));
   book.title = texts[system::Title];
   book.firstPage = texts[system::FirstPage];

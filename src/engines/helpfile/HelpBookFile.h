@@ -11,7 +11,8 @@ namespace trackloom::engines::helpfile {
 /// A HelpBookReader.
 std::shared_ptr<const HelpBook> readHelpBook(const HostPath& path);
 
-/// What the bytes of a help file hold. Throws Damaged, also where there is no page to begin with.
+/// What the bytes of a help file hold, without the pages that cannot be shown. Throws Damaged, also where there is no
+/// page to begin with.
 HelpBook helpBook(std::string_view bytes);
 
 /// A page's words without its marks, each run of blanks and line ends as one blank.

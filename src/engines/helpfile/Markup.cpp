@@ -36,6 +36,40 @@ std::string escaped(std::string_view text) {
   return safe;
 }
 
+/// How deep the marks of a page lie within each other, tables apart.
+class Nesting {
+ public:
+  /// False: too deep.
+  bool meet(std::string_view mark) {
+    constexpr int DeepestMark = 40;
+    constexpr int DeepestTable = 2;
+    const std::string name = markName(mark);
+    if (!standsAlone(name)) depth_ += name.front() == '/' ? -1 : 1;
+    if (name == "table") ++tables_;
+    if (name == "/table") --tables_;
+    return depth_ <= DeepestMark && tables_ <= DeepestTable;
+  }
+
+ private:
+  static bool standsAlone(const std::string& name) {
+    static constexpr std::array<std::string_view, 6> Alone{"br", "hr", "img", "input", "link", "meta"};
+    return name.empty() || name.front() == '!' || std::find(Alone.begin(), Alone.end(), name) != Alone.end();
+  }
+
+  int depth_ = 0;
+  int tables_ = 0;
+};
+
+std::size_t longestWord(std::string_view text) {
+  std::size_t longest = 0;
+  while (!text.empty()) {
+    const std::size_t end = std::min(text.find_first_of(" \n"), text.size());
+    longest = std::max(longest, end);
+    text.remove_prefix(std::min(end + 1, text.size()));
+  }
+  return longest;
+}
+
 /// Puts the lines of a site map together, mark by mark.
 class Map {
  public:
@@ -100,6 +134,20 @@ std::string withoutEntities(std::string_view text) {
     text.remove_prefix(entity == Entities.end() ? 1 : entity->first.size());
   }
   return plain;
+}
+
+bool isShowable(std::string_view html) {
+  constexpr std::size_t LongestPage = 128U << 10U;
+  constexpr std::size_t LongestWord = 1000;
+  constexpr int MostMarks = 5000;
+  if (html.size() > LongestPage) return false;
+  Nesting nesting;
+  int marks = 0;
+  while (const auto piece = takePiece(html)) {
+    if (piece->isMark && (++marks > MostMarks || !nesting.meet(piece->text))) return false;
+    if (!piece->isMark && longestWord(piece->text) > LongestWord) return false;
+  }
+  return true;
 }
 
 std::vector<HelpBook::Line> siteMap(std::string_view html) {

@@ -27,6 +27,10 @@ std::string attribute(std::string_view mark, std::string_view name);
 /// The text with its entities as the characters they stand for.
 std::string withoutEntities(std::string_view text);
 
+/// Whether a page is one that any viewer shows at once. One that is very long, has very many marks or very long words,
+/// or nests them deeply, can keep a viewer busy for hours.
+bool isShowable(std::string_view html);
+
 /// The lines of a contents or index file. Throws Damaged where there are more than anybody reads.
 std::vector<HelpBook::Line> siteMap(std::string_view html);
 

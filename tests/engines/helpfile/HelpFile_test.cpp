@@ -135,6 +135,16 @@ TEST_CASE("A directory that names one file many times holds no more than a whole
   CHECK(readChm(file + bytes).size() == 40);
 }
 
+TEST_CASE("A book comes without the pages that cannot be shown, and without its first one it is none") {
+  HelpBook book = smallBook();
+  book.files["more.htm"] = std::string(2000, 'x');
+  const HelpBook read = helpBook(helpFileBytes(book));
+  CHECK_FALSE(read.files.contains("more.htm"));
+  CHECK(read.pages.size() == 1);
+  book.files["start.htm"] = std::string(2000, 'x');
+  CHECK(isDamaged(helpFileBytes(book)));
+}
+
 TEST_CASE("A file on the disk is read as a book, and what is none as nothing") {
   TempFolder folder;
   const auto book = readHelpBook(folder.file("a.chm", helpFileBytes(smallBook())));

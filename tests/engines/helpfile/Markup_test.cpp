@@ -45,6 +45,27 @@ TEST_CASE("A page's words come without its marks, its head and its broken lines"
   CHECK(plainText("").empty());
 }
 
+TEST_CASE("A page that keeps a viewer busy for hours is not showable") {
+  const auto times = [](const char* text, int count) {
+    std::string all;
+    for (int i = 0; i < count; ++i) all += text;
+    return all;
+  };
+  CHECK(isShowable(""));
+  CHECK(isShowable("<!DOCTYPE html><html><head><meta charset=\"utf-8\"></head><body><p>x<br>y</p></body></html>"));
+  CHECK(isShowable(times("<b>", 40)));
+  CHECK_FALSE(isShowable(times("<b>", 41)));
+  CHECK(isShowable(times("<p>x</p>", 2500)));
+  CHECK_FALSE(isShowable(times("<p>x</p>", 2501)));
+  CHECK(isShowable(times("<br>", 5000)));
+  CHECK(isShowable(times("<table>", 2) + times("</table>", 2) + times("<table>", 2)));
+  CHECK_FALSE(isShowable(times("<table>", 3)));
+  CHECK(isShowable(times("x", 1000) + " " + times("x", 1000) + "\n" + times("x", 1000)));
+  CHECK_FALSE(isShowable(times("x", 1001)));
+  CHECK(isShowable(times("x ", 64 << 10)));
+  CHECK_FALSE(isShowable(times("x ", 64 << 10) + "x"));
+}
+
 TEST_CASE("A site map's lines are as deep as their lists") {
   const std::string map = "<UL><LI>" + object("A", "a.htm") + "<UL><LI>" + object("B &amp; &quot;C&quot;", "b.htm#x") +
                           "</UL><LI>" + object("D", "d.htm") + "</UL>";
