@@ -13,8 +13,8 @@ namespace trackloom::engines::libburn {
 namespace {
 
 constexpr std::chrono::milliseconds nap{20};
-/// A look waits no longer for a drive that becomes ready.
-constexpr int napsOfALook = 40;
+/// Profiles of GET CONFIGURATION: CD-ROM, CD-R, CD-RW (MMC-3, 5.3.1).
+constexpr std::array compactDiscs{0x0008U, 0x0009U, 0x000AU};
 /// Kilobytes that pass in a second at the base speed.
 constexpr std::uint32_t baseSpeed = 176;
 constexpr std::int32_t blocksAtOnce = 16;
@@ -37,6 +37,19 @@ SessionStatusCode stateOfSession(std::uint32_t bits, std::int16_t sessions) {
 DiscTypeCode typeFrom(std::uint32_t code) {
   if (code == DiscTypeCdi || code == DiscTypeXa) return static_cast<DiscTypeCode>(code);
   return DiscTypeCdRom;
+}
+
+bool isBlank(const Reply& track) {
+  return (numberAt(track, 6, 1) & 0x40U) != 0;
+}
+
+DiscTrack trackFrom(const Reply& told) {
+  DiscTrack track;
+  track.kind = (numberAt(told, 5, 1) & 0x04U) != 0 ? DataBlocks : AudioBlocks;
+  track.start = static_cast<std::int32_t>(numberAt(told, 8, 4));
+  track.length = static_cast<std::int32_t>(numberAt(told, 24, 4));
+  track.session = static_cast<std::int16_t>(numberAt(told, 3, 1));
+  return track;
 }
 
 std::uint32_t byteOf(std::int32_t number, unsigned place) {
@@ -74,8 +87,8 @@ bool Drive::writesDiscs() {
   return (numberAt(page, 8 + numberAt(page, 6, 2) + 3, 1) & 0x01U) != 0;
 }
 
-bool Drive::hasDisc() {
-  for (int turn = 0; turn < napsOfALook; ++turn) {
+bool Drive::hasDisc(std::chrono::milliseconds patience) {
+  for (auto waited = std::chrono::milliseconds(0); waited <= patience; waited += nap) {
     const std::int32_t told = node_.sense({0x00});
     if (keyOf(told) <= 1) return true;
     if (keyOf(told) == sensekey::unitAttention) continue;
@@ -83,6 +96,11 @@ bool Drive::hasDisc() {
     std::this_thread::sleep_for(nap);
   }
   return false;
+}
+
+bool Drive::hasCompactDisc() {
+  const Reply told = node_.ask({0x46, 0, 0, 0, 0, 0, 0, 0, 8}, 8, "the drive does not tell what kind of disc it has");
+  return std::ranges::find(compactDiscs, numberAt(told, 6, 2)) != compactDiscs.end();
 }
 
 Reply Drive::trackInformation(std::uint32_t number) {
@@ -104,42 +122,47 @@ Reply Drive::tables() {
   return all;
 }
 
-DiscTrack Drive::trackFrom(const Reply& told) const {
-  DiscTrack track;
-  track.kind = (numberAt(told, 5, 1) & 0x04U) != 0 ? DataBlocks : AudioBlocks;
-  track.start = static_cast<std::int32_t>(numberAt(told, 8, 4));
-  track.length = static_cast<std::int32_t>(numberAt(told, 24, 4));
-  track.session = static_cast<std::int16_t>(numberAt(told, 3, 1));
-  return track;
+std::vector<DiscTrack> Drive::tracksUpTo(std::uint32_t last) {
+  std::vector<DiscTrack> tracks;
+  for (std::uint32_t number = 1; number <= last; ++number) {
+    const Reply told = trackInformation(number);
+    if (!isBlank(told)) tracks.push_back(trackFrom(told));
+  }
+  return tracks;
 }
 
 DiscState Drive::disc() {
-  const Reply told = node_.ask({0x51, 0, 0, 0, 0, 0, 0, 0, 34}, 34, "the disc cannot be read");
   DiscState disc;
+  disc.status = DiscClosed;
+  disc.type = DiscTypeUnknown;
+  if (!hasCompactDisc()) return disc;
+  const Reply told = node_.ask({0x51, 0, 0, 0, 0, 0, 0, 0, 34}, 34, "the disc cannot be read");
   const std::uint32_t bits = numberAt(told, 2, 1);
   const std::uint32_t lastState = bits >> 2U & 3U;
+  const std::uint32_t empty = lastState == 0 ? 1 : 0;
   disc.rewritable = (bits & 0x10U) != 0;
-  disc.sessions = static_cast<std::int16_t>(numberAt(told, 4, 1) - (lastState == 0 ? 1 : 0));
+  disc.sessions = static_cast<std::int16_t>(numberAt(told, 4, 1) - empty);
   disc.lastSession = stateOfSession(lastState, disc.sessions);
   disc.type = typeFrom(numberAt(told, 8, 1));
-  const std::uint32_t last = numberAt(told, 6, 1) - (lastState == 0 ? 1 : 0);
-  for (std::uint32_t number = 1; number <= last; ++number) {
-    const Reply track = trackInformation(number);
-    const bool begun = (numberAt(track, 6, 1) & 0x40U) == 0;
-    if (begun) disc.tracks.push_back(trackFrom(track));
-  }
-  disc.status = (bits & 3U) == 0 ? DiscEmpty : (bits & 3U) == 1 ? DiscOpen : DiscClosed;
-  if (disc.status == DiscClosed) return disc;
+  disc.tracks = tracksUpTo(numberAt(told, 6, 1) - empty);
+  const std::uint32_t status = bits & 3U;
+  if (status < 2) disc.status = status == 0 ? DiscEmpty : DiscOpen;
+  if (status < 2) addRoom(disc);
+  return disc;
+}
+
+/// A track that takes blocks though some were written to it was cut off.
+void Drive::addRoom(DiscState& disc) {
   const Reply next = trackInformation(0xFF);
-  if ((numberAt(next, 7, 1) & 1U) == 0) {
+  const bool writable = (numberAt(next, 7, 1) & 1U) != 0;
+  if (!writable || !isBlank(next)) {
     disc.status = DiscClosed;
-    return disc;
+    return;
   }
   const auto at = static_cast<std::int32_t>(numberAt(next, 12, 4));
   const std::int32_t room = static_cast<std::int32_t>(numberAt(next, 16, 4)) + std::min(0, at);
   disc.nextWritable = std::max(0, at);
   disc.freeAudioBlocks = disc.freeDataBlocks = room;
-  return disc;
 }
 
 void Drive::prepare(const WriteParameters& parameters) {

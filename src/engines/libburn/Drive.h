@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -34,10 +35,13 @@ class Drive {
   /// The drive's own number; empty: it tells none.
   std::string serialNumber();
   bool writesDiscs();
-  /// Waits a little for a drive that becomes ready.
-  bool hasDisc();
+  /// Waits that long for a drive that becomes ready.
+  bool hasDisc(std::chrono::milliseconds patience);
+  /// What lies in it is a CD, and not a disc of another kind that it may know.
+  bool hasCompactDisc();
   /// All that the tables of the disc say, byte by byte: two equal ones are of discs with the same tracks.
   Reply tables();
+  /// A disc whose last write was cut off, and one that is no CD, is closed.
   DiscState disc();
 
   void prepare(const WriteParameters& parameters);
@@ -64,7 +68,8 @@ class Drive {
   void awaitIdle(
       const char* what, const std::function<void()>& waiting = [] {});
   Reply trackInformation(std::uint32_t number);
-  DiscTrack trackFrom(const Reply& told) const;
+  std::vector<DiscTrack> tracksUpTo(std::uint32_t last);
+  void addRoom(DiscState& disc);
 
   Node node_;
 };

@@ -1,6 +1,7 @@
 #include "engines/libburn/LibburnRecorder.h"
 
 #include <algorithm>
+#include <chrono>
 #include <utility>
 
 #include "engines/disc/Sense.h"
@@ -14,6 +15,9 @@ namespace {
 
 /// Most blocks that a drive adds to a track by itself: those that make it 300 long, and the run-out.
 constexpr std::int32_t mostAdded = 302;
+/// How long a look and an operation wait for a drive that becomes ready.
+constexpr std::chrono::milliseconds patienceOfALook{800};
+constexpr std::chrono::milliseconds patienceOfWork{30'000};
 
 bool isSameTrack(const DiscTrack& told, const DiscTrack& written) {
   return told.start == written.start && told.kind == written.kind && told.length >= written.length &&
@@ -51,7 +55,7 @@ class LibburnRecorder::Work {
 class LibburnRecorder::Operation {
  public:
   explicit Operation(LibburnRecorder& recorder) : drive(recorder.path_, Hold::Alone), work_(recorder) {
-    if (!drive.hasDisc()) throw deviceError(sense::noMedium, "no disc is in the drive");
+    if (!drive.hasDisc(patienceOfWork)) throw deviceError(sense::noMedium, "no disc is in the drive");
     drive.lockTray(true);
   }
   /// A drive that was unplugged has no tray to free.
@@ -96,7 +100,7 @@ std::shared_ptr<const DriveSnapshot> LibburnRecorder::look() {
 std::shared_ptr<const DriveSnapshot> LibburnRecorder::lookAnew() {
   Drive drive(path_, Hold::Shared);
   if (identity_.vendor.empty()) identity_ = drive.identity();
-  if (!drive.hasDisc()) {
+  if (!drive.hasDisc(patienceOfALook)) {
     looked_.reset();
     return std::make_shared<DriveSnapshot>(DriveSnapshot{identity_, std::nullopt});
   }
@@ -122,7 +126,7 @@ DiscState LibburnRecorder::discOrThrow() {
 }
 
 void LibburnRecorder::check(const WriteOrder& order) {
-  Drive(path_, Hold::Alone).lockTray(false);
+  const Drive held(path_, Hold::Alone);
   requireFits(order, discOrThrow());
 }
 
@@ -165,7 +169,7 @@ void LibburnRecorder::writeTracks(const WriteOrder& order, SectorSource& source,
 void LibburnRecorder::spoil(const WriteOrder& order) {
   try {
     Drive drive(path_, Hold::Alone);
-    if (drive.hasDisc()) spoil(drive, order);
+    if (drive.hasDisc(patienceOfWork)) spoil(drive, order);
   } catch (const EngineError&) {
     return;
   }

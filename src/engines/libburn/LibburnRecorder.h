@@ -44,7 +44,6 @@ class LibburnRecorder : public Recorder {
   class Operation;
 
   std::shared_ptr<const DriveSnapshot> lookAnew();
-  std::shared_ptr<const DriveSnapshot> withoutDisc(Drive* drive);
   DiscState discIn(Drive& drive, const Reply& tables) const;
   DiscState discOrThrow();
   void writeSession(bool blank, const WriteOrder& order, SectorSource& source, OperationObserver& observer,

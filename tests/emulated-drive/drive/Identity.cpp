@@ -77,7 +77,7 @@ Bytes configuration(const Command& command, const Settings& settings, const Disc
   const std::uint32_t asked = command.number(2, 2);
   const auto which = command[1] & 0x03U;
   Answer answer(8);
-  answer.put(6, profileOf(disc), 2);
+  answer.put(6, settings.profile != 0 ? settings.profile : profileOf(disc), 2);
   for (const Feature& feature : featuresOf(settings, disc)) {
     const bool current = !feature.needsDisc || disc != nullptr;
     if (which == 2 ? feature.code != asked : feature.code < asked || (which == 1 && !current)) continue;

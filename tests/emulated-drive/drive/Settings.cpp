@@ -66,6 +66,7 @@ std::map<std::string, Place> placesOf(Settings& settings) {
           {"writes discs", &settings.writesDiscs},
           {"write guard", &settings.writeGuard},
           {"tray stuck", &settings.trayStuck},
+          {"profile", &settings.profile},
           {"speed is told", &settings.speedIsTold},
           {"pace", &settings.pace},
           {"shortest track", &settings.shortestTrack},

@@ -36,6 +36,8 @@ struct Settings {
   bool writesDiscs = true;
   bool writeGuard = true;
   bool trayStuck = false;
+  /// What kind of disc it says is in it; 0: what there is.
+  std::uint32_t profile = 0;
   bool speedIsTold = true;
   /// Blocks a second that a write takes at most; 0: as fast as they come.
   std::int32_t pace = 0;

@@ -13,7 +13,7 @@ namespace {
 enum class Way { Library, LeftOpen };
 
 void prepare(LibburnWorld& world, Way way) {
-  world.queue({310, 320});
+  world.queueTracks({310, 320});
   world.close(way == Way::Library, way == Way::Library);
 }
 
@@ -159,6 +159,46 @@ TEST_CASE("A disc is exchanged between two looks, whatever the drive remembers o
   CHECK(world.real().DiscRewritable());
   world.takeDiscOut();
   CHECK_FALSE(world.real().MediaLoaded());
+}
+
+TEST_CASE("A disc whose writer was killed in mid-write is closed, in either way of writing") {
+  for (const char* state :
+       {"session open 160\ntrack 1 1 0 0 -150 0 160 0 0\n", "session open 160\ntrack 1 1 0 0 -150 0 400 0 2\n"}) {
+    LibburnWorld world;
+    world.folder.write("drives/sr0/disc/disc", std::string("medium CD-RW\nblocks 5000\n") + state);
+    checkSpoilt(world);
+    prepare(world, Way::LeftOpen);
+    REQUIRE(world.write());
+    CHECK(world.lastLine() == failedWith(0x053005));
+    world.heard().lines.clear();
+    CHECK(world.real().EraseDisc(true));
+    REQUIRE(world.runUntil([&] { return world.heard().ended(); }));
+    CHECK(world.wroteWell());
+  }
+}
+
+TEST_CASE("A disc that is no CD is never written, though the drive could") {
+  LibburnWorld world;
+  world.drive.configure("profile = 27\n");
+  prepare(world, Way::Library);
+  CHECK(world.real().DiscType() == DiscTypeUnknown);
+  checkSpoilt(world);
+  REQUIRE(world.write());
+  CHECK(world.lastLine() == failedWith(0x053005));
+  CHECK(world.drive.commands().find("WRITE ") == std::string::npos);
+  CHECK_FALSE(world.real().EraseDisc(true));
+}
+
+TEST_CASE("The tray is locked while a write runs, and free behind it") {
+  for (const Way way : {Way::Library, Way::LeftOpen}) {
+    LibburnWorld world;
+    prepare(world, way);
+    REQUIRE(world.wroteWell());
+    const std::string log = world.drive.commands();
+    const std::size_t locked = log.find("PREVENT-ALLOW 1E 00 00 00 01");
+    CHECK(locked < log.find("WRITE "));
+    CHECK(log.rfind("PREVENT-ALLOW 1E 00 00 00 00") > log.rfind("WRITE "));
+  }
 }
 
 TEST_CASE("An erase that fails is told, and a spoilt disc is erased") {

@@ -14,7 +14,7 @@ class LibburnWorld : public writer::EngineWorld<EmulatedDrive> {
   bool can(contract::Ability ability) const override { return ability != contract::Ability::Faults; }
 
   /// Tracks in this order, whose sound is that of the letters from "a" on.
-  void queue(const std::vector<std::int32_t>& blocks) {
+  void queueTracks(const std::vector<std::int32_t>& blocks) {
     real().ClearAudioQueue();
     real().SetDiscMode(AudioBlocks);
     for (std::size_t i = 0; i < blocks.size(); ++i)

@@ -21,7 +21,7 @@ std::string trackList(const LibburnWorld& world) {
 
 TEST_CASE("A closed audio disc has its tracks and pauses where the layout has them, sample for sample") {
   LibburnWorld world;
-  world.queue({310, 400, 305});
+  world.queueTracks({310, 400, 305});
   world.close(true, true);
   REQUIRE(world.wroteWell());
   const std::string list = trackList(world);
@@ -37,11 +37,11 @@ TEST_CASE("A closed audio disc has its tracks and pauses where the layout has th
 
 TEST_CASE("Tracks that leave their session open are added to until it is closed") {
   LibburnWorld world;
-  world.queue({310});
+  world.queueTracks({310});
   world.close(false, false);
   REQUIRE(world.wroteWell());
   CHECK(world.real().LastSessionStatus() == SessionIncomplete);
-  world.queue({320, 330});
+  world.queueTracks({320, 330});
   world.close(true, true);
   REQUIRE(world.wroteWell());
   CHECK(world.real().SessionCount() == 1);
@@ -53,7 +53,7 @@ TEST_CASE("Tracks that leave their session open are added to until it is closed"
 
 TEST_CASE("A second audio session lies behind the first, by tracks at once") {
   LibburnWorld world;
-  world.queue({310});
+  world.queueTracks({310});
   world.close(true, false);
   REQUIRE(world.wroteWell());
   REQUIRE(world.wroteWell());
@@ -63,7 +63,7 @@ TEST_CASE("A second audio session lies behind the first, by tracks at once") {
 
 TEST_CASE("A disc of 99 tracks is written at once") {
   LibburnWorld world;
-  world.queue(std::vector<std::int32_t>(99, 300));
+  world.queueTracks(std::vector<std::int32_t>(99, 300));
   world.close(true, true);
   world.wroteWell();
   INFO(world.words());
@@ -92,7 +92,7 @@ TEST_CASE("A write is cancelled in each of its phases within a moment, and leave
   for (const bool library : {true, false})
     for (const std::int32_t position : {0, 1, 200, 309}) {
       LibburnWorld world;
-      world.queue({310, 320});
+      world.queueTracks({310, 320});
       world.close(library, false);
       world.drive.configure("pace = 1500\n");
       world.real().StartWrite();
@@ -112,7 +112,7 @@ TEST_CASE("A write is cancelled in each of its phases within a moment, and leave
 TEST_CASE("A cancelled test leaves the disc blank, and the next write is whole") {
   for (const bool library : {true, false}) {
     LibburnWorld world;
-    world.queue({310});
+    world.queueTracks({310});
     world.close(library, library);
     world.real().SetTestMode(true);
     world.drive.configure("pace = 500\n");
@@ -131,7 +131,7 @@ TEST_CASE("The write guard and the speed reach the drive") {
   LibburnWorld world;
   CHECK(world.real().HasWriteGuard());
   CHECK(world.real().MaxWriteSpeed() == 48);
-  world.queue({310});
+  world.queueTracks({310});
   for (const bool library : {true, false}) {
     world.insert(359849);
     world.close(library, library);
@@ -141,6 +141,27 @@ TEST_CASE("The write guard and the speed reach the drive") {
     const std::string type = library ? " 05 32 42 " : " 05 32 41 ";
     CHECK_THAT(world.drive.commands(), Contains(type));
     CHECK_THAT(world.drive.commands(), Contains("SET-CD-SPEED BB 00 "));
+  }
+}
+
+TEST_CASE("What was written is read back where the user asks for it, block by block") {
+  LibburnWorld world;
+  fakes::WriterTranscript heard;
+  writer::DiscWriters verifying(world.drive.recorders(), std::make_shared<audio::AudioFiles>(), world.queue,
+                                world.patience, writer::WriterSettings{150, world.place("scratch"), true});
+  const auto writer = verifying.create(heard);
+  REQUIRE(writer->SelectDrive(0));
+  REQUIRE(writer->AddAudioTrack(world.audioFile("a", 310), 1));
+  REQUIRE(writer->AddAudioTrack(world.audioFile("b", 35), 2));
+  for (const bool library : {true, false}) {
+    world.insert(359849, false);
+    writer->SetCloseSession(library);
+    heard.lines.clear();
+    writer->StartWrite();
+    REQUIRE(world.runUntil([&] { return heard.ended(); }));
+    INFO(writer->LastDeviceErrorText());
+    CHECK(heard.lines.back() == "OnOperationComplete");
+    CHECK_THAT(world.drive.commands(), Contains("READ-CD BE"));
   }
 }
 
