@@ -5,6 +5,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QStyle>
 #include <QTabBar>
 #include <QTabWidget>
 #include <QTextBrowser>
@@ -297,6 +298,22 @@ TEST_CASE("The letters of a page grow and shrink within bounds, and come back") 
   for (int i = 0; i < 40; ++i) trial.press("smaller");
   CHECK(trial.page().font().pointSize() < usual);
   CHECK(trial.page().font().pointSize() > 0);
+}
+
+TEST_CASE("Links take the colour of a desktop that changes its colours, and the page stays") {
+  Trial trial;
+  trial.show(HelpDisplayTopic);
+  trial.click("on");
+  trial.press("back");
+  QPalette palette = trial.page().palette();
+  palette.setColor(QPalette::Link, Qt::green);
+  QApplication::setPalette(palette);
+  QCoreApplication::processEvents();
+  QTextCursor link = trial.page().document()->find("on");
+  CHECK(link.charFormat().foreground().color().name().toStdString() == "#00ff00");
+  CHECK(trial.title() == "First page");
+  CHECK(trial.part<QAction>("forward").isEnabled());
+  QApplication::setPalette(QApplication::style()->standardPalette());
 }
 
 TEST_CASE("Esc closes the help window and nothing else") {

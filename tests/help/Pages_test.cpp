@@ -2,10 +2,13 @@
 #include <catch2/catch.hpp>
 #include <filesystem>
 #include <set>
+#include <sstream>
 
+#include "engines/ground/EngineSettings.h"
 #include "engines/helpfile/HelpBookFile.h"
 #include "engines/helpfile/HelpSources.h"
 #include "engines/helpfile/Markup.h"
+#include "fakes/TempFolder.h"
 #include "help/HelpLaunch.h"
 #include "words/table/BoxTable.h"
 
@@ -224,6 +227,21 @@ TEST_CASE("Every message box stands in the help's index, and its words on the pa
       return line.name.starts_with(begin) && holds(textOfPlace(line.place), row);
     }));
   }
+}
+
+TEST_CASE("Every setting of Engines.ini is explained on its page") {
+  const fakes::TempFolder folder;
+  engines::explainEngineSettings(HostPath(folder.path()));
+  const std::string page = textOfPage("engines.htm");
+  std::istringstream lines(folder.read("Engines.ini"));
+  int settings = 0;
+  for (std::string line; std::getline(lines, line);) {
+    if (line.empty() || line.front() == ';') continue;
+    INFO(line);
+    ++settings;
+    CHECK(page.find(line.substr(0, line.find(" ="))) != std::string::npos);
+  }
+  CHECK(settings > 10);
 }
 
 }  // namespace trackloom
