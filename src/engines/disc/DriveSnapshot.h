@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "engines/disc/DiscText.h"
 #include "engines/ground/Blocks.h"
 #include "ports/CDWriterXP.h"
 
@@ -41,6 +42,8 @@ struct DiscState {
   /// Address of the first block that the next track's content would take.
   std::int32_t nextWritable = 0;
   std::vector<DiscTrack> tracks;
+  /// The names that it bears.
+  DiscText text = {};
 
   std::int32_t freeBlocks(std::int32_t kind) const { return kind == AudioBlocks ? freeAudioBlocks : freeDataBlocks; }
 };

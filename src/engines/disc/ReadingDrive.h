@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "engines/disc/DiscText.h"
 #include "engines/disc/SectorSource.h"
 #include "engines/ground/Blocks.h"
 #include "engines/ground/EngineError.h"
@@ -34,6 +35,8 @@ struct DiscContents {
   std::vector<ContentsTrack> tracks;
   /// The first sector behind the last track.
   std::int32_t leadOut = 0;
+  /// The names that the disc bears.
+  DiscText text = {};
 
   bool operator==(const DiscContents&) const = default;
 };

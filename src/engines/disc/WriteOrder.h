@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "engines/disc/DiscText.h"
 #include "engines/disc/DriveSnapshot.h"
 
 namespace trackloom::engines {
@@ -18,6 +19,10 @@ struct WriteOrder {
   bool closeDisc = true;
   /// A multiple of the base speed; 0: the recorder's own choice.
   std::int16_t speed = 0;
+  /// What the disc is to say of an audio session that is closed; one that stays open has no place for it.
+  DiscText text = {};
+
+  bool closes() const { return closeSession || closeDisc; }
 };
 
 /// The blocks that an order takes of the room of its kind: all tracks and the pauses between them. The room left begins

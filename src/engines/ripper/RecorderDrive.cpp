@@ -111,6 +111,7 @@ std::optional<DiscContents> RecorderDrive::contents() {
     contents.tracks.push_back({track.kind, track.start, track.length, track.session, false});
     contents.leadOut = track.start + track.length;
   }
+  contents.text = snapshot->disc->text;
   return contents;
 }
 

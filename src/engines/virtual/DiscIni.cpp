@@ -72,12 +72,28 @@ std::size_t countOf(const IniFile& ini, const std::string& what) {
   return count;
 }
 
+DiscName parseName(const IniFile& ini, const std::string& section) {
+  return {ini.value(section, "title").value_or(""), ini.value(section, "performer").value_or("")};
+}
+
+void writeName(IniWriter& ini, const DiscName& name) {
+  if (!name.title.empty()) ini.entry("title", name.title);
+  if (!name.performer.empty()) ini.entry("performer", name.performer);
+}
+
+/// A line of the cue sheet, of which a quote would end the text early; empty: there is no text.
+std::string cueText(const char* command, std::string text) {
+  std::ranges::replace(text, '"', '\'');
+  return text.empty() ? "" : std::string(command) + " \"" + text + "\"\r\n";
+}
+
 VirtualTrack parseTrack(const IniFile& ini, const std::string& section) {
   VirtualTrack track;
   track.kind = wordOf(ini, section, "kind", kinds);
   track.start = numberOf(ini, section, "start", 0, mostBlocks);
   track.length = numberOf(ini, section, "length", 1, mostBlocks);
   track.pregap = numberOf(ini, section, "pregap", 0, mostBlocks);
+  track.name = parseName(ini, section);
   return track;
 }
 
@@ -130,6 +146,7 @@ VirtualDisc VirtualDisc::parse(std::string_view text) {
   const std::int32_t blocks = numberOf(ini, "disc", "blocks", 0, mostBlocks);
   disc.audioBlocks = capacityOf(ini, "audioBlocks", blocks);
   disc.dataBlocks = capacityOf(ini, "dataBlocks", blocks);
+  disc.name = parseName(ini, "disc");
   parseSessions(ini, disc);
   parseTracks(ini, disc);
   requireLaws(disc);
@@ -142,6 +159,7 @@ std::string VirtualDisc::ini() const {
   ini.section("disc").entry("medium", textOf(media, medium)).entry("status", textOf(statuses, status));
   ini.entry("blocks", audioBlocks);
   if (dataBlocks != audioBlocks) ini.entry("dataBlocks", dataBlocks);
+  writeName(ini, name);
   std::int32_t track = 0;
   for (std::size_t at = 0; at < sessions.size(); ++at) {
     const auto session = static_cast<std::int32_t>(at + 1);
@@ -150,19 +168,21 @@ std::string VirtualDisc::ini() const {
       ini.section("track " + std::to_string(++track)).entry("session", session);
       ini.entry("kind", textOf(kinds, each.kind)).entry("start", each.start);
       ini.entry("length", each.length).entry("pregap", each.pregap);
+      writeName(ini, each.name);
     }
   }
   return ini.text();
 }
 
 std::string VirtualDisc::cueSheet() const {
-  std::string sheet = "FILE \"disc.bin\" BINARY\r\n";
+  std::string sheet = cueText("PERFORMER", name.performer) + cueText("TITLE", name.title);
+  sheet += "FILE \"disc.bin\" BINARY\r\n";
   std::int32_t number = 0;
   std::int32_t end = 0;
   for (const VirtualTrack& track : tracks()) {
     std::array<char, 32> heading{};
     std::snprintf(heading.data(), heading.size(), "  TRACK %02d AUDIO\r\n", ++number);
-    sheet += heading.data();
+    sheet += heading.data() + cueText("    TITLE", track.name.title) + cueText("    PERFORMER", track.name.performer);
     // All that lies between two tracks is silence of the later one, also the gap between two sessions.
     if (track.start > end) sheet += "    INDEX 00 " + timeOfBlocks(end) + "\r\n";
     sheet += "    INDEX 01 " + timeOfBlocks(track.start) + "\r\n";

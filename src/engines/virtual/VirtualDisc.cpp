@@ -41,6 +41,15 @@ void requireRoom(const VirtualDisc& disc, BlockKind kind, std::int64_t end) {
                                        ", and the tracks would reach to block " + std::to_string(end));
 }
 
+/// The names of the order's tracks, which are the disc's last, and the disc's own where this is its first session.
+void takeText(VirtualDisc& disc, const WriteOrder& order) {
+  std::vector<VirtualTrack>& tracks = disc.sessions.back().tracks;
+  const std::size_t before = tracks.size() - order.trackBlocks.size();
+  const std::size_t named = std::min(order.text.tracks.size(), order.trackBlocks.size());
+  for (std::size_t at = 0; at < named; ++at) tracks[before + at].name = order.text.tracks[at];
+  if (disc.sessions.size() == 1) disc.name = order.text.disc;
+}
+
 }  // namespace
 
 std::vector<VirtualTrack> VirtualDisc::tracks() const {
@@ -70,11 +79,14 @@ DiscState VirtualDisc::state() const {
   state.rewritable = medium == Medium::CdRw;
   state.sessions = static_cast<std::int16_t>(sessions.size());
   state.lastSession = sessions.empty() ? SessionEmpty : SessionClosed;
+  state.text.disc = name;
   std::int16_t number = 0;
   for (const VirtualSession& session : sessions) {
     ++number;
-    for (const VirtualTrack& track : session.tracks)
+    for (const VirtualTrack& track : session.tracks) {
       state.tracks.push_back({track.kind, track.start, track.length, number});
+      state.text.tracks.push_back(track.name);
+    }
   }
   if (status == Status::Closed || status == Status::Writing) {
     state.status = DiscClosed;
@@ -106,11 +118,12 @@ VirtualDisc VirtualDisc::afterWriting(const WriteOrder& order) const {
   std::int32_t pregap = continuesSession(*this) ? pause : (sessions.empty() ? 0 : standardPause);
   if (!continuesSession(*this)) after.sessions.emplace_back();
   for (const std::int32_t blocks : order.trackBlocks) {
-    after.sessions.back().tracks.push_back({order.kind, static_cast<std::int32_t>(start), blocks, pregap});
+    after.sessions.back().tracks.push_back({order.kind, static_cast<std::int32_t>(start), blocks, pregap, {}});
     start += std::int64_t{blocks} + pause;
     pregap = pause;
   }
-  after.sessions.back().closed = order.closeSession || order.closeDisc;
+  if (order.closes()) takeText(after, order);
+  after.sessions.back().closed = order.closes();
   after.status = order.closeDisc ? Status::Closed : Status::Open;
   return after;
 }
@@ -130,6 +143,7 @@ VirtualDisc VirtualDisc::erased() const {
     throw deviceError(sense::cannotWriteMedium, "the disc cannot be erased: it can be written once only");
   VirtualDisc blank = *this;
   blank.status = Status::Blank;
+  blank.name = {};
   blank.sessions.clear();
   return blank;
 }

@@ -21,6 +21,7 @@ struct VirtualTrack {
   std::int32_t start = 0;
   std::int32_t length = 0;
   std::int32_t pregap = 0;
+  DiscName name = {};
 
   std::int32_t end() const { return start + length; }
   bool operator==(const VirtualTrack&) const = default;
@@ -51,6 +52,7 @@ struct VirtualDisc {
   std::int32_t audioBlocks = blocksOf80Minutes;
   std::int32_t dataBlocks = blocksOf80Minutes;
   Status status = Status::Blank;
+  DiscName name = {};
   std::vector<VirtualSession> sessions;
 
   /// Throws DamagedDisc for whatever does not keep the laws.

@@ -34,7 +34,9 @@ void burn(const WriteRequest& request, const std::shared_ptr<OperationEvents>& e
   Reader reader({request.sources(disc), request.inUse, bytesOfSector(order.kind), request.cached,
                  request.recorder->cacheWatch(), request.scratchFolder, events},
                 std::make_shared<HandOver>(), stop);
-  order.trackBlocks = reader.trackBlocks();
+  const Measured measured = reader.measured();
+  order.trackBlocks = measured.trackBlocks;
+  order.text = measured.text;
   request.recorder->check(order);
   if (request.cached) {
     reader.takeRoom();

@@ -17,9 +17,9 @@ void HandOver::begin() {
   ended_ = false;
 }
 
-void HandOver::tellLengths(std::vector<std::int32_t> trackBlocks) {
+void HandOver::tellMeasured(Measured measured) {
   const std::lock_guard lock(mutex_);
-  lengths_ = std::move(trackBlocks);
+  measured_ = std::move(measured);
   changed_.notify_all();
 }
 
@@ -60,11 +60,11 @@ void HandOver::unlessAbandoned(const std::function<void()>& action) {
   if (!abandoned_) action();
 }
 
-std::vector<std::int32_t> HandOver::lengths(const std::stop_token& stop) {
+Measured HandOver::measured(const std::stop_token& stop) {
   std::unique_lock lock(mutex_);
-  if (!changed_.wait(lock, stop, [&] { return lengths_ || failure_; })) throw Stopped();
-  if (!lengths_) std::rethrow_exception(failure_);
-  return *lengths_;
+  if (!changed_.wait(lock, stop, [&] { return measured_ || failure_; })) throw Stopped();
+  if (!measured_) std::rethrow_exception(failure_);
+  return *measured_;
 }
 
 void HandOver::awaitSectors(std::unique_lock<std::mutex>& lock, const std::stop_token& stop) {

@@ -13,9 +13,16 @@
 #include <stop_token>
 #include <vector>
 
+#include "engines/disc/DiscText.h"
 #include "engines/writer/PieceSource.h"
 
 namespace trackloom::engines::writer {
+
+/// What is known of the sources of a write once they are opened and measured.
+struct Measured {
+  std::vector<std::int32_t> trackBlocks;
+  DiscText text;
+};
 
 /// What passes between the thread that reads the sources of a write and the one that writes the disc. Every wait ends
 /// with Stopped when its token is stopped. Both threads share it, so that either may be gone while the other still
@@ -26,7 +33,7 @@ class HandOver {
 
   /// A reader is at work from here to end().
   void begin();
-  void tellLengths(std::vector<std::int32_t> trackBlocks);
+  void tellMeasured(Measured measured);
   /// The cache is there.
   void tellPrepared();
   /// Waits until the disc is about to take this track, from 1; 0: until the cache is wanted.
@@ -41,7 +48,7 @@ class HandOver {
 
   // The writing side; what made the reader fail is thrown once the sectors before it are used up.
 
-  std::vector<std::int32_t> lengths(const std::stop_token& stop);
+  Measured measured(const std::stop_token& stop);
   /// Wants the cache, and waits until it is there.
   void prepare(const std::stop_token& stop);
   /// Wants a track, and waits for its first sectors.
@@ -58,7 +65,7 @@ class HandOver {
 
   std::mutex mutex_;
   std::condition_variable_any changed_;
-  std::optional<std::vector<std::int32_t>> lengths_;
+  std::optional<Measured> measured_;
   std::deque<Piece> chunks_;
   std::size_t ready_ = 0;
   std::size_t taken_ = 0;

@@ -29,7 +29,7 @@ class Reading {
   void cacheTrack(std::int16_t track);
   void handOverTrack(std::int16_t track);
   std::int64_t blocksOf(std::int16_t track) const {
-    return opened_.trackBlocks.at(static_cast<std::size_t>(track) - 1);
+    return opened_.measured.trackBlocks.at(static_cast<std::size_t>(track) - 1);
   }
   void raise(std::function<void(CDWriterEvents&)> event);
 
@@ -44,9 +44,9 @@ class Reading {
 
 void Reading::run() {
   opened_ = order_.open(order_.inUse, stop_);
-  handOver_.tellLengths(opened_.trackBlocks);
+  handOver_.tellMeasured(opened_.measured);
   if (order_.cached) makeCache();
-  for (std::int16_t track = 1; track <= std::ssize(opened_.trackBlocks); ++track) {
+  for (std::int16_t track = 1; track <= std::ssize(opened_.measured.trackBlocks); ++track) {
     if (order_.cached) cacheTrack(track);
     handOverTrack(track);
   }
@@ -54,7 +54,7 @@ void Reading::run() {
 
 void Reading::makeCache() {
   handOver_.awaitWanted(0, stop_);
-  const auto blocks = std::int64_t{std::ranges::max(opened_.trackBlocks)};
+  const auto blocks = std::int64_t{std::ranges::max(opened_.measured.trackBlocks)};
   cache_.emplace(order_.scratchFolder, blocks * static_cast<std::int64_t>(order_.sectorBytes));
   handOver_.tellPrepared();
 }

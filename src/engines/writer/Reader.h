@@ -15,10 +15,10 @@
 
 namespace trackloom::engines::writer {
 
-/// The sources of a write, opened and measured, with each track's length.
+/// The sources of a write, opened and measured.
 struct OpenedSource {
   std::unique_ptr<PieceSource> sectors;
-  std::vector<std::int32_t> trackBlocks;
+  Measured measured;
 };
 
 /// Opens and looks at all sources. Called on the reader's thread, since the system may let that wait for ever; every
@@ -47,8 +47,8 @@ class Reader final : public SectorSource {
   Reader(ReadOrder order, std::shared_ptr<HandOver> handOver, const std::stop_token& stop);
   ~Reader() override;
 
-  /// Waits until all sources are opened and measured: the blocks of each track.
-  std::vector<std::int32_t> trackBlocks() { return handOver_->lengths(stop_); }
+  /// Waits until all sources are opened and measured.
+  Measured measured() { return handOver_->measured(stop_); }
   /// Lets the cache take its room, of a write that has one.
   void takeRoom() { handOver_->prepare(stop_); }
   void beginTrack(std::int16_t track) override { handOver_->want(track, stop_); }

@@ -2,9 +2,11 @@
 
 #include <utility>
 
+#include "engines/audio/SoundTags.h"
 #include "engines/ground/EngineError.h"
 #include "engines/writer/FinishedImage.h"
 #include "engines/writer/ReadAhead.h"
+#include "engines/writer/TextOfDisc.h"
 
 namespace trackloom::engines::writer {
 
@@ -26,12 +28,15 @@ OpenedSource openAudio(const Files& files, const Tracks& tracks, const std::shar
                        const std::stop_token& stop) {
   OpenedSource opened;
   std::vector<ReadAhead::Track> measured;
+  std::vector<audio::SoundTags> tags;
   for (const auto& track : tracks) {
     if (stop.stop_requested()) throw Stopped();
     const SourcesInUse::Use use(inUse, track->path());
     measured.push_back({track->path(), files->provenBlocks(track)});
-    opened.trackBlocks.push_back(measured.back().blocks);
+    opened.measured.trackBlocks.push_back(measured.back().blocks);
+    tags.push_back(audio::tagsOf(track->path()));
   }
+  opened.measured.text = textOfDisc(tags);
   opened.sectors = std::make_unique<ReadAhead>(measured, openerOf(files, tracks, measured), inUse, stop);
   return opened;
 }
@@ -50,7 +55,7 @@ SourceOpener dataSource(std::vector<DataEntry> entries, ImageTerms terms) {
                                                                   const std::stop_token& stop) {
     auto image = std::make_unique<DataImage>(entries, terms, inUse, stop);
     const std::int32_t blocks = image->blocks();
-    return OpenedSource{std::move(image), {blocks}};
+    return OpenedSource{std::move(image), {{blocks}, {}}};
   };
 }
 
@@ -58,7 +63,7 @@ SourceOpener finishedImage(std::shared_ptr<Source> image) {
   return [image = std::move(image)](const std::shared_ptr<SourcesInUse>& inUse, const std::stop_token&) {
     auto finished = std::make_unique<FinishedImage>(image, inUse);
     const std::int32_t blocks = finished->blocks();
-    return OpenedSource{std::move(finished), {blocks}};
+    return OpenedSource{std::move(finished), {{blocks}, {}}};
   };
 }
 

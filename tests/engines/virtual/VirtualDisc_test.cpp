@@ -170,11 +170,68 @@ TEST_CASE("A disc.ini is written line by line as documented") {
         "\n[track 2]\nsession = 1\nkind = audio\nstart = 450\nlength = 200\npregap = 150\n");
 }
 
+TEST_CASE("A session that is closed takes the names of its tracks, and the first one the disc's") {
+  WriteOrder order = audioOrder({300, 200}, true, false);
+  order.text = {{"Album", "Artist"}, {{"One", ""}, {"Two; 2", "Guest"}}};
+  VirtualDisc disc = VirtualDisc{}.afterWriting(order);
+  CHECK(disc.ini() ==
+        "; A disc of the virtual recorder. Addresses and lengths are blocks of 1/75 second.\n"
+        "\n[disc]\nmedium = CD-R\nstatus = open\nblocks = 359849\ntitle = Album\nperformer = Artist\n"
+        "\n[session 1]\nstatus = closed\n"
+        "\n[track 1]\nsession = 1\nkind = audio\nstart = 0\nlength = 300\npregap = 0\ntitle = One\n"
+        "\n[track 2]\nsession = 1\nkind = audio\nstart = 450\nlength = 200\npregap = 150\ntitle = Two; 2\n"
+        "performer = Guest\n");
+  CHECK(VirtualDisc::parse(disc.ini()) == disc);
+  CHECK(disc.cueSheet() ==
+        "PERFORMER \"Artist\"\r\nTITLE \"Album\"\r\nFILE \"disc.bin\" BINARY\r\n"
+        "  TRACK 01 AUDIO\r\n    TITLE \"One\"\r\n    INDEX 01 00:00:00\r\n"
+        "  TRACK 02 AUDIO\r\n    TITLE \"Two; 2\"\r\n    PERFORMER \"Guest\"\r\n"
+        "    INDEX 00 00:04:00\r\n    INDEX 01 00:06:00\r\n");
+
+  order.text = {{"Later", "Other"}, {{"Three", "A \"B\""}}};
+  disc = disc.afterWriting(order);
+  CHECK(disc.name == DiscName{"Album", "Artist"});
+  CHECK(disc.tracks()[1].name == DiscName{"Two; 2", "Guest"});
+  CHECK(disc.tracks()[2].name == DiscName{"Three", "A \"B\""});
+  CHECK(disc.tracks()[3].name == DiscName{});
+  CHECK(disc.state().text ==
+        DiscText{{"Album", "Artist"}, {{"One", ""}, {"Two; 2", "Guest"}, {"Three", "A \"B\""}, {}}});
+  CHECK(disc.cueSheet().find("    PERFORMER \"A 'B'\"\r\n") != std::string::npos);
+}
+
+TEST_CASE("A session that stays open takes no names, and later ones are those of their own tracks") {
+  WriteOrder order = audioOrder({300}, false, false);
+  order.text = {{"Album", "Artist"}, {{"One", ""}}};
+  VirtualDisc disc = VirtualDisc{}.afterWriting(order);
+  CHECK(disc.name == DiscName{});
+  CHECK(disc.tracks()[0].name == DiscName{});
+  order.closeDisc = true;
+  disc = disc.afterWriting(order);
+  CHECK(disc.name == DiscName{"Album", "Artist"});
+  CHECK(disc.tracks()[0].name == DiscName{});
+  CHECK(disc.tracks()[1].name == DiscName{"One", ""});
+}
+
+TEST_CASE("A blank disc bears no name any more") {
+  VirtualDisc disc = VirtualDisc::parse("[disc]\nmedium = CD-RW\nstatus = blank\nblocks = 359849\n");
+  WriteOrder order = audioOrder({300}, true, true);
+  order.text = {{"Album", "Artist"}, {{"One", ""}}};
+  CHECK(disc.afterWriting(order).erased() == disc);
+}
+
 TEST_CASE("The longest description there can be stays within the size limit of the reader") {
   VirtualDisc disc;
   for (int session = 0; session < 50; ++session) disc = disc.afterWriting(audioOrder({1}, true, false));
   disc = disc.afterWriting(audioOrder(std::vector<std::int32_t>(49, 10), true, true));
   CHECK(disc.tracks().size() == 99);
+  const std::string sign = "\xE2\x99\xAA";
+  std::string longest;
+  for (int count = 0; count < 200; ++count) longest += sign;
+  const DiscName name{longest, "x" + longest};
+  const DiscText text = fitted({name, std::vector<DiscName>(99, name)});
+  disc.name = text.disc;
+  for (VirtualSession& session : disc.sessions)
+    for (VirtualTrack& track : session.tracks) track.name = {longest.substr(0, 30), longest.substr(0, 30)};
   CHECK(disc.ini().size() < IniFile::sizeLimit);
   CHECK(VirtualDisc::parse(disc.ini()) == disc);
 }

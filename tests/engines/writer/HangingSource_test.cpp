@@ -109,7 +109,7 @@ class HangingWorld {
     return [=, decodes = decodes](const std::shared_ptr<SourcesInUse>& inUse, const std::stop_token& stop) {
       const SourcesInUse::Use use(inUse, path);
       if (from->hangsAtOpening) from->hang();
-      OpenedSource opened{nullptr, {lengthOfTrack}};
+      OpenedSource opened{nullptr, {{lengthOfTrack}, {}}};
       if (decodes)
         opened.sectors = std::make_unique<ReadAhead>(
             std::vector<ReadAhead::Track>{{path, lengthOfTrack}},
