@@ -15,6 +15,8 @@ engines::discdb::ContentsOf contentsOf(engines::ReadingDrives drives) {
     engines::discdb::DiscContents contents;
     contents.leadOut = found->leadOut;
     for (const engines::ContentsTrack& track : found->tracks) contents.starts.push_back(track.start);
+    contents.text = {found->text.disc.performer, found->text.disc.title, {}};
+    for (const engines::DiscName& track : found->text.tracks) contents.text.titles.push_back(track.title);
     return contents;
   };
 }
