@@ -37,6 +37,7 @@ const std::vector<Folder>& folders() {
       {"shell",
        Outside::Standard,
        {"runtime", "ports", "controls", "model", "help", "layout", "writing", "search", "printing", "ripper"}},
+      {"launcher", Outside::Host, {}},
       {"engines/ground", Outside::Library, {"runtime", "ports"}},
       {"engines/disc", Outside::Library, {"runtime", "ports", "engines/ground"}},
       {"engines/audio", Outside::Library, {"runtime", "ports", "engines/ground"}},
