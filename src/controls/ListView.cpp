@@ -195,7 +195,8 @@ void ListView::check(int row, bool checked) {
 }
 
 void ListView::edit(int row, std::string text) {
-  if (!usable() || !style_.editable) return;
+  // An edit that was begun ends well, also where a modal form has come over it.
+  if (!Enabled || !Visible || !style_.editable) return;
   ListItem& item = *at(row).item;
   forgetText(item.Text);
   item.Text = std::move(text);

@@ -386,9 +386,12 @@ TEST_CASE("A user changes the text of a row in its place, where the list lets te
   CHECK(list.HasText("ZERO"));
   CHECK(told == std::vector{1, 2, 1});
   CHECK(fakes::errorNumberOf([&] { list.edit(3, "x"); }) == RuntimeError::SubscriptOutOfRange);
-  list.Enabled = false;
-  list.edit(1, "x");
-  CHECK(list.Item(1).Text == "one");
+  for (Property<bool>* state : {&list.Enabled, &list.Visible}) {
+    *state = false;
+    list.edit(1, "x");
+    CHECK(list.Item(1).Text == "one");
+    *state = true;
+  }
   desk.list.Add(item("one"));
   desk.list.edit(1, "two");
   CHECK(desk.list.Item(1).Text == "one");

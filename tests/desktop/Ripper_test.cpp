@@ -38,6 +38,9 @@ class LiveRipper : public trial::LiveProgram {
   void read() {
     press("cmdRead");
     REQUIRE(trial::comesTrue([this] { return list().model()->rowCount() == 3; }));
+    // The screen in memory makes no other window active when one goes.
+    ripper().activateWindow();
+    REQUIRE(trial::comesTrue([this] { return ripper().isActiveWindow(); }));
   }
   /// The user chooses this folder in the browser and agrees to the options.
   void chooseFolder(const std::string& path) {
@@ -102,6 +105,26 @@ TEST_CASE("The name of a row can be changed by key, its times cannot, and the ri
   CHECK(live.cell(0, 0) == "Aubade");
   CHECK(list.model()->index(0, 0).flags().testFlag(Qt::ItemIsEditable));
   CHECK_FALSE(list.model()->index(0, 1).flags().testFlag(Qt::ItemIsEditable));
+}
+
+TEST_CASE("A name that is being typed counts when the extraction is called by its key") {
+  LiveRipper live;
+  live.read();
+  live.press("cmdSelectAll");
+  QTreeView& list = live.list();
+  list.setFocus();
+  list.setCurrentIndex(list.model()->index(0, 0));
+  QTest::keyClick(&list, Qt::Key_F2);
+  auto* editor = list.viewport()->findChild<QLineEdit*>();
+  REQUIRE(editor != nullptr);
+  editor->setText("Aubade");
+  live.user.at("Define CD Ripping Options", [&](QWidget& window) {
+    CHECK(trial::comesTrue([&] { return live.forms().frmRipMain->ListView2.Item(1).Text == "Aubade"; }));
+    QTest::keyClick(&window, Qt::Key_Escape);
+  });
+  QTest::keyClick(editor, Qt::Key_E, Qt::AltModifier);
+  live.user.finish();
+  CHECK(live.cell(0, 0) == "Aubade");
 }
 
 TEST_CASE("An edit that is given up leaves the name and the window as they were") {
