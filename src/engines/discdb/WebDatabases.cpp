@@ -18,6 +18,17 @@ namespace trackloom::engines::discdb {
 
 namespace {
 
+/// "02": what a track is called that nobody has named.
+std::string numberOf(std::size_t track) {
+  return (track < 10 ? "0" : "") + std::to_string(track);
+}
+
+/// Tracks between named ones are often left out on a disc, as files without tags are.
+void numberBlanks(std::vector<DiscTrackRecord>& tracks) {
+  for (std::size_t at = 0; at < tracks.size(); ++at)
+    if (Trim(tracks[at].Title).empty()) tracks[at].Title = numberOf(at + 1);
+}
+
 /// Nothing: the disc bears no name.
 std::optional<DiscRecord> recordOf(const DiscText& text) {
   DiscRecord record;
@@ -25,6 +36,7 @@ std::optional<DiscRecord> recordOf(const DiscText& text) {
   record.Title = plainText(text.title);
   for (const std::string& title : text.titles) record.Tracks.push_back({plainText(title)});
   record.Tracks = withoutTail(std::move(record.Tracks));
+  numberBlanks(record.Tracks);
   const bool bearsName = !Trim(record.Artist + record.Title).empty() || !record.Tracks.empty();
   return bearsName ? std::optional(record) : std::nullopt;
 }

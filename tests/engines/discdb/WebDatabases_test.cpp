@@ -223,15 +223,20 @@ TEST_CASE("The disc's own names are data too, and blanks alone are none") {
   World world;
   world.settings.email.clear();
   world.disc->text = {"Bj\xF6rk\n", std::string("A\0B", 3), {" ", "a/b"}};
-  CHECK(world.lookUp() == "[Bj\xC3\xB6rk|AB||| |a/b]");
+  CHECK(world.lookUp() == "[Bj\xC3\xB6rk|AB|||01|a/b]");
   world.disc->text = {"", " ", {" ", ""}};
   CHECK(world.lookUp().empty());
   world.disc->text = {"", "Title", {" ", ""}};
   CHECK(world.lookUp() == "[|Title||]");
   world.disc->text = {"", "", {"", "Two", ""}};
-  CHECK(world.lookUp() ==
-        "[||||"
-        "|Two]");
+  CHECK(world.lookUp() == "[||||01|Two]");
+}
+
+TEST_CASE("A track that a disc leaves out between named ones has its number") {
+  World world;
+  world.settings.email.clear();
+  world.disc->text.titles = {"", "2nd", "", "", "", "", "", "", " ", "", "11th"};
+  CHECK(world.lookUp() == "[||||01|2nd|03|04|05|06|07|08|09|10|11th]");
 }
 
 TEST_CASE(
