@@ -80,6 +80,7 @@ bool LibburnRecorder::take() {
     const DriveIdentity identity = Drive(path_, Hold::Shared).identity();
     const std::lock_guard lock(mutex_);
     identity_ = identity;
+    taken_ = true;
     return true;
   } catch (const EngineError&) {
     return false;
@@ -100,7 +101,7 @@ std::shared_ptr<const DriveSnapshot> LibburnRecorder::look() {
 std::shared_ptr<const DriveSnapshot> LibburnRecorder::lookAnew() {
   Drive drive(path_, Hold::Shared);
   if (identity_.vendor.empty()) identity_ = drive.identity();
-  if (!drive.hasDisc(patienceOfALook)) {
+  if (!drive.hasDisc(taken_ ? patienceOfALook : std::chrono::milliseconds(0))) {
     looked_.reset();
     return std::make_shared<DriveSnapshot>(DriveSnapshot{identity_, std::nullopt});
   }

@@ -13,7 +13,8 @@
 namespace trackloom::engines::libburn {
 
 /// A CD recorder of this machine. Each call opens its node and lets go of it, so that other programs can use the drive
-/// while nothing runs; an operation holds it alone, with the tray locked. Safe from any thread.
+/// while nothing runs; an operation holds it alone, with the tray locked. Looks at a drive that nobody has taken yet do
+/// not wait until it is ready. Safe from any thread.
 ///
 /// A write that ended early leaves a disc that nothing can be added to: its session is closed where the drive still
 /// does that, and for as long as the disc is in the drive it is answered as closed in any case.
@@ -59,6 +60,7 @@ class LibburnRecorder : public Recorder {
   std::atomic<bool> writeGuard_ = false;
   std::mutex mutex_;
   bool working_ = false;
+  bool taken_ = false;
   DriveIdentity identity_;
   std::optional<Looked> looked_;
   /// The tables of a disc that a write has left unusable, though its drive may not say so.

@@ -49,7 +49,7 @@ GrabbedDrive::GrabbedDrive(const std::string& path) {
   forgetMessages();
   std::string address = path;
   if (burn::burn_drive_scan_and_grab(&infos_, address.data(), 0) != 1)
-    throw lastFailure("the drive " + path + " cannot be used", sense::busy);
+    throw lastFailure("the drive cannot be used", sense::busy);
 }
 
 GrabbedDrive::~GrabbedDrive() {

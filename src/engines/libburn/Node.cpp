@@ -8,8 +8,10 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <fstream>
 
 #include "engines/disc/Sense.h"
+#include "engines/libburn/MountedAt.h"
 #include "engines/libburn/SenseWords.h"
 
 namespace trackloom::engines::libburn {
@@ -23,12 +25,20 @@ constexpr unsigned usual = 30'000;
 constexpr std::array slowCommands{0x1B, 0x2A, 0x35, 0x54, 0x5B, 0xA1};
 constexpr int attentions = 4;
 
+/// A mounted file system holds its drive alone.
+EngineError inUse(const std::string& path) {
+  std::ifstream table("/proc/self/mounts");
+  const std::string place = mountedAt(path, table);
+  if (place.empty()) return deviceError(sense::busy, "the drive is in use by another program");
+  return deviceError(sense::busy, "the disc in the drive is open as " + place + ": unmount it first");
+}
+
 EngineError cannotOpen(const std::string& path, int error) {
+  if (error == EBUSY) return inUse(path);
   if (error == EACCES || error == EPERM)
-    return deviceError(sense::notReady, "you may not use the drive " + path +
-                                            ": your account must belong to the group that owns it, mostly \"cdrom\"");
-  if (error == EBUSY) return deviceError(sense::busy, "the drive " + path + " is in use by another program");
-  return deviceError(sense::notReady, "the drive " + path + " cannot be used: " + systemWords(error));
+    return deviceError(sense::notReady,
+                       "you may not use the drive: your account must belong to the group \"cdrom\" that owns it");
+  return deviceError(sense::notReady, "the drive cannot be used: " + systemWords(error));
 }
 
 std::int32_t numberOf(const std::array<unsigned char, 32>& data) {
@@ -47,7 +57,7 @@ struct Node::Transfer {
 };
 
 Node::Node(const std::string& path, Hold hold)
-    : path_(path), fd_(::open(path.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC | (hold == Hold::Alone ? O_EXCL : 0))) {
+    : fd_(::open(path.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC | (hold == Hold::Alone ? O_EXCL : 0))) {
   if (fd_ < 0) throw cannotOpen(path, errno);
 }
 
@@ -70,7 +80,7 @@ std::int32_t Node::run(CommandBlock block, const Transfer& transfer) {
   header.mx_sb_len = static_cast<unsigned char>(told.size());
   header.timeout = std::ranges::find(slowCommands, bytes[0]) == slowCommands.end() ? usual : longest;
   if (::ioctl(fd_, SG_IO, &header) != 0)
-    throw deviceError(sense::notReady, "the drive " + path_ + " is no longer connected: " + systemWords(errno));
+    throw deviceError(sense::notReady, "the drive is no longer connected: " + systemWords(errno));
   if (transfer.left != nullptr) *transfer.left = static_cast<std::size_t>(std::max(0, header.resid));
   if (header.sb_len_wr > 0) return numberOf(told);
   const bool failed = header.status != 0 || header.host_status != 0;

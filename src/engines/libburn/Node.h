@@ -41,7 +41,6 @@ class Node {
   struct Transfer;
   std::int32_t run(CommandBlock block, const Transfer& transfer);
 
-  std::string path_;
   int fd_;
 };
 

@@ -1,8 +1,8 @@
-#include <chrono>
-#include <thread>
+#include <sstream>
 
 #include "engines/libburn/LibburnWorld.h"
 #include "engines/libburn/Library.h"
+#include "engines/libburn/MountedAt.h"
 #include "engines/libburn/SenseWords.h"
 
 namespace trackloom::engines::libburn {
@@ -175,6 +175,13 @@ TEST_CASE("Recorders stand in the order of their nodes and are known by their ow
   CHECK(found[1]->id() == "ACME A/B 77");
   CHECK(found[1]->look()->identity.vendor == "ACME    ");
   CHECK_FALSE(found[1]->look()->disc);
+}
+
+TEST_CASE("The place of a mounted disc is found in the table of mounts") {
+  std::istringstream table("/dev/sda1 / ext4 rw 0 0\n/dev/sr0 /media/u/My\\040Disc iso9660 ro 0 0\n");
+  CHECK(mountedAt("/dev/sr0", table) == "/media/u/My Disc");
+  std::istringstream other("/dev/sr10 /media/u/other iso9660 ro 0 0\n");
+  CHECK(mountedAt("/dev/sr1", other).empty());
 }
 
 TEST_CASE("The sense of a drive is found in the library's words, and told in ours") {
