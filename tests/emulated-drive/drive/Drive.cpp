@@ -1,5 +1,7 @@
 #include "Drive.h"
 
+#include <fcntl.h>
+
 #include <fstream>
 #include <thread>
 
@@ -137,7 +139,7 @@ void Drive::lookAtSettings() {
 
 /// A test goes on with its copy of the disc; all else looks at what lies in the folder, where others may have written.
 void Drive::lookAtMedium() {
-  HeldFolder now(tray());
+  HeldPath now(tray(), O_PATH | O_DIRECTORY);
   const bool changed = mediumSeen_ && !mediumSeen_->isSame(now);
   if (changed) {
     attention_ = now.there() ? std::optional(sense::mediumChanged) : std::nullopt;
@@ -145,9 +147,9 @@ void Drive::lookAtMedium() {
     writing_.forget();
     medium_.reset();
   }
-  const bool rehearsing = medium_ && !medium_->recorded();
+  const bool known = medium_ && (!medium_->recorded() || medium_->fresh());
   if (!mediumSeen_ || changed) mediumSeen_.emplace(std::move(now));
-  if (rehearsing) return;
+  if (known) return;
   medium_.reset();
   if (mediumSeen_->there()) medium_.emplace(tray());
 }

@@ -10,7 +10,7 @@
 #include <utility>
 
 #include "Command.h"
-#include "HeldFolder.h"
+#include "HeldPath.h"
 #include "Medium.h"
 #include "Pages.h"
 #include "Sense.h"
@@ -110,7 +110,7 @@ class Drive {
   Writing writing_;
   std::optional<Medium> medium_;
   /// Nothing: not looked yet.
-  std::optional<HeldFolder> mediumSeen_;
+  std::optional<HeldPath> mediumSeen_;
   std::optional<Sense> attention_;
   bool mediumNews_ = false;
   bool locked_ = false;

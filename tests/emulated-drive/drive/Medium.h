@@ -1,8 +1,11 @@
 #pragma once
 
+#include <fcntl.h>
+
 #include <filesystem>
 
 #include "Disc.h"
+#include "HeldPath.h"
 #include "Sectors.h"
 
 namespace emulated {
@@ -11,12 +14,16 @@ namespace emulated {
 class Medium {
  public:
   explicit Medium(const std::filesystem::path& folder)
-      : disc(Disc::load(folder / "disc")), sectors(folder), folder_(folder) {}
+      : disc(Disc::load(folder / "disc")), sectors(folder), folder_(folder), seen_(folder / "disc", O_RDONLY) {}
 
   void rehearse() { recorded_ = false; }
   bool recorded() const { return recorded_; }
-  void save() const {
-    if (recorded_) disc.save(folder_ / "disc");
+  /// Nobody else has written the disc since.
+  bool fresh() const { return HeldPath(folder_ / "disc", O_RDONLY).isSame(seen_); }
+  void save() {
+    if (!recorded_) return;
+    disc.save(folder_ / "disc");
+    seen_ = HeldPath(folder_ / "disc", O_RDONLY);
   }
   void write(std::int32_t block, View content, const Mark& mark) const {
     if (recorded_) sectors.write(block, content, mark);
@@ -30,6 +37,8 @@ class Medium {
 
  private:
   std::filesystem::path folder_;
+  /// A disc's description is replaced whole, by another file.
+  HeldPath seen_;
   bool recorded_ = true;
 };
 

@@ -118,11 +118,13 @@ void Writing::writeSession(const Command& command, std::int32_t block, std::int3
   requireShape(command.sent.size(), block, count);
   beginSession(medium);
   View sent = command.sent;
-  for (std::int32_t at = block; at < block + count; ++at) {
+  for (std::int32_t at = block; at < block + count;) {
     const CueSegment& segment = *sheet_->segmentAt(at);
-    const std::size_t size = bytesOf(segment.kind);
+    const std::int32_t step = std::min(block + count, segment.end) - at;
+    const std::size_t size = static_cast<std::size_t>(step) * bytesOf(segment.kind);
     medium.write(at, sent.first(size), markOf(segment, medium.disc.sessionNumber()));
     sent = sent.subspan(size);
+    at += step;
   }
   next_ += count;
   passEmptyBlocks(medium);

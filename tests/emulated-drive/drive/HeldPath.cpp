@@ -1,4 +1,4 @@
-#include "HeldFolder.h"
+#include "HeldPath.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -6,13 +6,12 @@
 
 namespace emulated {
 
-HeldFolder::HeldFolder(const std::filesystem::path& folder)
-    : fd_(::open(folder.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC)) {
+HeldPath::HeldPath(const std::filesystem::path& path, int flags) : fd_(::open(path.c_str(), flags | O_CLOEXEC)) {
   struct stat status {};
   if (fd_ >= 0 && ::fstat(fd_, &status) == 0) number_ = static_cast<std::uint64_t>(status.st_ino);
 }
 
-HeldFolder::~HeldFolder() {
+HeldPath::~HeldPath() {
   if (fd_ >= 0) ::close(fd_);
 }
 
