@@ -88,6 +88,10 @@ void AsideFile::writeAtStart(std::string_view bytes) {
   if (::lseek(file_.get(), 0, SEEK_END) < 0) throw RuntimeError::fromErrno(errno);
 }
 
+void AsideFile::startSync() {
+  ::sync_file_range(file_.get(), 0, 0, SYNC_FILE_RANGE_WRITE);
+}
+
 void AsideFile::sync() {
   if (::fsync(file_.get()) != 0) throw RuntimeError::fromErrno(errno);
 }

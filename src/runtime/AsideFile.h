@@ -33,6 +33,8 @@ class AsideFile {
   void write(std::string_view bytes);
   /// Overwrites the file's beginning, and appends go on behind its end. Throws RuntimeError.
   void writeAtStart(std::string_view bytes);
+  /// Lets the disk begin with what was written, so that sync() has little to wait for.
+  void startSync();
   /// Returns when all bytes are on the disk. Throws RuntimeError.
   void sync();
   /// Takes the place of this file of the same folder instead.

@@ -17,6 +17,8 @@ namespace {
 constexpr std::size_t longestName = 255;
 /// As many as a disc has tracks, for several rips into one folder.
 constexpr AsideNames asideNames{".trackloom-rip", 512};
+/// The disk is set to work after so many bytes.
+constexpr std::size_t syncEach = std::size_t{4} << 20;
 constexpr unsigned char continuation = 0x80;
 
 std::string_view nameOf(const HostPath& path) {
@@ -111,6 +113,10 @@ void RipFile::requireRoom(std::int64_t bytes) const {
 
 void RipFile::append(std::span<const std::byte> bytes) {
   attempt(status::cannotWrite, [&] { aside_.write(textOf(bytes)); });
+  unsynced_ += bytes.size();
+  if (unsynced_ < syncEach) return;
+  unsynced_ = 0;
+  aside_.startSync();
 }
 
 void RipFile::putAtStart(std::span<const std::byte> bytes) {

@@ -49,6 +49,7 @@ class RipFile {
  private:
   HostPath target_;
   AsideFile aside_;
+  std::size_t unsynced_ = 0;
 };
 
 }  // namespace trackloom::engines::ripper

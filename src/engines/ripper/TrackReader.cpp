@@ -1,6 +1,7 @@
 #include "engines/ripper/TrackReader.h"
 
 #include <algorithm>
+#include <chrono>
 #include <exception>
 #include <new>
 #include <utility>
@@ -12,8 +13,20 @@ namespace trackloom::engines::ripper {
 
 namespace {
 
-/// A bit less than a second of sound, so that bars move and a cancel is felt.
-constexpr std::int32_t sectorsAtOnce = 64;
+/// As many sectors at once as a drive reads in a moment, so that bars move and a quick one is not kept by small pieces.
+class PieceSize {
+ public:
+  std::int32_t sectors() const { return sectors_; }
+  void learn(std::chrono::steady_clock::duration taken) {
+    if (taken < std::chrono::milliseconds(20)) sectors_ = std::min(2 * sectors_, most);
+    if (taken > std::chrono::milliseconds(100)) sectors_ = std::max(sectors_ / 2, fewest);
+  }
+
+ private:
+  static constexpr std::int32_t fewest = 15;
+  static constexpr std::int32_t most = 240;
+  std::int32_t sectors_ = 30;
+};
 
 std::shared_ptr<DiscReading> beginReading(const RipRequest& request) {
   std::shared_ptr<DiscReading> reading = request.drive->begin(request.speed);
@@ -34,10 +47,12 @@ class TracksInOrder {
 
  private:
   void readSound(std::size_t track);
+  std::vector<std::byte> readPiece(std::size_t track, std::int32_t at, std::int32_t count);
 
   const RipRequest& request_;
   RipBoard& board_;
   std::shared_ptr<DiscReading> reading_;
+  PieceSize pieceSize_;
 };
 
 void TracksInOrder::read(std::size_t track) {
@@ -61,19 +76,28 @@ void TracksInOrder::read(std::size_t track) {
 
 void TracksInOrder::readSound(std::size_t track) {
   const ContentsTrack& place = request_.tracks[track].place;
+  std::int32_t at = place.start;
+  while (at < place.end()) {
+    const std::int32_t count = std::min(pieceSize_.sectors(), place.end() - at);
+    try {
+      if (!board_.put(track, readPiece(track, at, count))) return;
+    } catch (const EngineError& error) {
+      if (at == place.start && isGone(error)) throw TrackFailed{status::noDrive};
+      board_.met(track, {status::readFailed, 0});
+      throw;
+    }
+    at += count;
+  }
+}
+
+std::vector<std::byte> TracksInOrder::readPiece(std::size_t track, std::int32_t at, std::int32_t count) {
+  const auto begun = std::chrono::steady_clock::now();
   const auto watch = [&](ReadTrouble what, std::int32_t sector) {
     board_.met(track, {static_cast<std::int32_t>(what), sector});
   };
-  for (std::int32_t at = place.start; at < place.end(); at += sectorsAtOnce) {
-    const std::int32_t count = std::min(sectorsAtOnce, place.end() - at);
-    try {
-      if (!board_.put(track, reading_->read(at, count, watch, board_.stopToken()))) return;
-    } catch (const EngineError& error) {
-      if (at == place.start && isGone(error)) throw TrackFailed{status::noDrive};
-      board_.met(track, {status::readFailed, at});
-      throw;
-    }
-  }
+  auto sound = reading_->read(at, count, watch, board_.stopToken());
+  pieceSize_.learn(std::chrono::steady_clock::now() - begun);
+  return sound;
 }
 
 }  // namespace

@@ -28,7 +28,7 @@ void fill(RipFile& file, Checksums& sums, const RipRequest& request, std::size_t
   file.requireRoom(roomFor(sectors, request.kbps));
   TrackSink sink(file, beginEncoding(request, board), sectors);
   while (const auto sound = board.take(track)) {
-    sums.add(*sound);
+    if (request.log) sums.add(*sound);
     sink.put(*sound);
     board.advance(track, static_cast<std::int32_t>(sound->size() / audioSectorBytes));
   }
