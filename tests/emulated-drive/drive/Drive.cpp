@@ -92,6 +92,8 @@ Outcome Drive::answer(const Command& command) {
     require(entry != entries().end(), sense::unknownCommand);
     return {sense::none, perform(command, entry->second), 0};
   } catch (const CheckCondition& check) {
+    // What a refused command began counts for nothing.
+    if (medium_ && medium_->recorded()) medium_.reset();
     return {check.sense, {}, 0};
   }
 }

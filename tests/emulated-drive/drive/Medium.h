@@ -1,11 +1,12 @@
 #pragma once
 
-#include <fcntl.h>
+#include <sys/stat.h>
 
+#include <cstdint>
 #include <filesystem>
+#include <tuple>
 
 #include "Disc.h"
-#include "HeldPath.h"
 #include "Sectors.h"
 
 namespace emulated {
@@ -14,16 +15,16 @@ namespace emulated {
 class Medium {
  public:
   explicit Medium(const std::filesystem::path& folder)
-      : disc(Disc::load(folder / "disc")), sectors(folder), folder_(folder), seen_(folder / "disc", O_RDONLY) {}
+      : disc(Disc::load(folder / "disc")), sectors(folder), folder_(folder), seen_(stamp()) {}
 
   void rehearse() { recorded_ = false; }
   bool recorded() const { return recorded_; }
   /// Nobody else has written the disc since.
-  bool fresh() const { return HeldPath(folder_ / "disc", O_RDONLY).isSame(seen_); }
+  bool fresh() const { return stamp() == seen_; }
   void save() {
     if (!recorded_) return;
     disc.save(folder_ / "disc");
-    seen_ = HeldPath(folder_ / "disc", O_RDONLY);
+    seen_ = stamp();
   }
   void write(std::int32_t block, View content, const Mark& mark) const {
     if (recorded_) sectors.write(block, content, mark);
@@ -36,9 +37,16 @@ class Medium {
   Sectors sectors;
 
  private:
+  /// Of the disc's description: which file it is, when it was last written, and how many bytes it has.
+  using Stamp = std::tuple<ino_t, std::int64_t, std::int64_t, off_t>;
+  Stamp stamp() const {
+    struct stat now {};
+    ::stat((folder_ / "disc").c_str(), &now);
+    return {now.st_ino, now.st_mtim.tv_sec, now.st_mtim.tv_nsec, now.st_size};
+  }
+
   std::filesystem::path folder_;
-  /// A disc's description is replaced whole, by another file.
-  HeldPath seen_;
+  Stamp seen_;
   bool recorded_ = true;
 };
 
