@@ -11,6 +11,7 @@
 
 #include "engines/disc/Sense.h"
 #include "engines/ripper/FullContents.h"
+#include "engines/ripper/LeadInText.h"
 #include "engines/ripper/ParanoiaReading.h"
 #include "engines/ripper/RecorderDrive.h"
 
@@ -23,6 +24,8 @@ constexpr int mostNodes = 16;
 constexpr unsigned patience = 30'000;
 constexpr std::size_t inquiryBytes = 36;
 constexpr std::size_t largestToc = 2048;
+/// Eight languages of 256 packs each.
+constexpr std::size_t largestText = 4 + 8 * 256 * 18;
 /// Kilobytes of sound that pass in a second at the base speed.
 constexpr int baseRate = 176;
 
@@ -41,6 +44,11 @@ std::vector<std::uint8_t> readTocCommand() {
   constexpr std::uint8_t fullToc = 2;
   constexpr std::uint8_t msf = 2;
   return {0x43, msf, fullToc, 0, 0, 0, 0, largestToc >> 8U, largestToc & 0xFFU, 0};
+}
+
+std::vector<std::uint8_t> readTextCommand() {
+  constexpr std::uint8_t cdText = 5;
+  return {0x43, 0, cdText, 0, 0, 0, 0, largestText >> 8U, largestText & 0xFFU, 0};
 }
 
 }  // namespace
@@ -114,7 +122,18 @@ std::optional<DiscContents> CdDrive::contents() {
     return std::nullopt;
   }
   const std::size_t length = (std::size_t{toc[0]} << 8U | toc[1]) + 2;
-  return contentsFrom(std::span(toc).first(std::min(length, toc.size())));
+  auto contents = contentsFrom(std::span(toc).first(std::min(length, toc.size())));
+  if (contents) contents->text = text(contents->tracks.size());
+  return contents;
+}
+
+DiscText CdDrive::text(std::size_t tracks) const {
+  try {
+    return textFrom(ask(readTextCommand(), largestText), tracks);
+  } catch (const EngineError&) {
+    // Many drives refuse where a disc bears none.
+    return {};
+  }
 }
 
 std::int16_t CdDrive::maxSpeed() {

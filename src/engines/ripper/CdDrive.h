@@ -30,6 +30,7 @@ class CdDrive final : public ReadingDrive {
  private:
   std::vector<std::uint8_t> ask(const std::vector<std::uint8_t>& command, std::size_t most) const;
   DriveNames inquire() const;
+  DiscText text(std::size_t tracks) const;
 
   std::string path_;
   LibraryLock library_;
