@@ -9,6 +9,7 @@
 #include "drive/Disc.h"
 #include "drive/Sectors.h"
 #include "engines/disc/Sense.h"
+#include "engines/libburn/LibburnRecorders.h"
 #include "engines/ripper/FullContents.h"
 #include "engines/ripper/RipWorld.h"
 #include "runtime/RuntimeError.h"
@@ -209,6 +210,16 @@ TEST_CASE("Drives stand in the places of the recorders, and those that only read
   CHECK(drives[1]->id() == "EMULATED CD RECORDER 0001");
   CHECK(drives[1]->names().vendor == "EMULATED");
   CHECK(drivesInOrder(recorders, {}).size() == 1);
+}
+
+TEST_CASE("A recorder of the machine is one drive, whether it writes or reads") {
+  const CdWorld world;
+  const RecorderList recorders = libburn::findRecorders();
+  REQUIRE(recorders.size() == 1);
+  const ReadingDrives drives = drivesInOrder(recorders, findCdDrives());
+  REQUIRE(drives.size() == 1);
+  CHECK(drives[0]->id() == recorders[0]->id());
+  CHECK(dynamic_cast<CdDrive*>(drives[0].get()) != nullptr);
 }
 
 TEST_CASE("A table of contents of any bytes is read without harm") {
