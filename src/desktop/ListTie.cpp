@@ -19,6 +19,7 @@
 #include "desktop/Make.h"
 #include "desktop/RowDrag.h"
 #include "desktop/Shown.h"
+#include "desktop/TextEditing.h"
 
 namespace trackloom {
 
@@ -246,6 +247,7 @@ void tieList(Face& face, QTreeView& view, ListView& list) {
   auto& model = make<ListModel>(view, list, face.entry(), rowIcons(view, list));
   design(view, list.style());
   view.setModel(&model);
+  if (list.style().editable) view.setItemDelegate(&make<TextEditing>(view));
   const auto tie = std::make_shared<ListTie>(ListTie{view, list, model, make<QTimer>(view), face.entry()});
   stretchWidestColumn(view);
   tie->showColumns();

@@ -107,17 +107,19 @@ TEST_CASE("The name of a row can be changed by key, its times cannot, and the ri
   CHECK_FALSE(list.model()->index(0, 1).flags().testFlag(Qt::ItemIsEditable));
 }
 
-TEST_CASE("A name that is being typed counts when the extraction is called by its key") {
+TEST_CASE("A name that is being typed counts when rows are ticked and the extraction is called by its key") {
   LiveRipper live;
   live.read();
-  live.press("cmdSelectAll");
   QTreeView& list = live.list();
   list.setFocus();
   list.setCurrentIndex(list.model()->index(0, 0));
   QTest::keyClick(&list, Qt::Key_F2);
   auto* editor = list.viewport()->findChild<QLineEdit*>();
   REQUIRE(editor != nullptr);
-  editor->setText("Aubade");
+  QTest::keyClicks(editor, "Aubade");
+  QTest::keyClick(editor, Qt::Key_A, Qt::AltModifier);
+  REQUIRE(trial::comesTrue([&] { return live.forms().frmRipMain->ListView2.CheckedCount() == 3; }));
+  CHECK(editor->text() == "Aubade");
   live.user.at("Define CD Ripping Options", [&](QWidget& window) {
     CHECK(trial::comesTrue([&] { return live.forms().frmRipMain->ListView2.Item(1).Text == "Aubade"; }));
     QTest::keyClick(&window, Qt::Key_Escape);
