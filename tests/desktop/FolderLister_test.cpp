@@ -5,6 +5,9 @@
 #include <algorithm>
 #include <catch2/catch.hpp>
 #include <chrono>
+#include <cstddef>
+#include <filesystem>
+#include <iterator>
 #include <system_error>
 #include <thread>
 #include <utility>
@@ -54,11 +57,31 @@ class NoMoreThreads {
   pthread_attr_t before_{};
 };
 
+std::ptrdiff_t threadsOfProcess() {
+  return std::distance(std::filesystem::directory_iterator("/proc/self/task"), {});
+}
+
+/// At its end all threads are over that began after it, since one that lists a folder speaks to the queue until it has
+/// seen that nobody wants to know.
+struct ThreadsEnd {
+  ThreadsEnd() = default;
+  ~ThreadsEnd() {
+    const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+    while (threadsOfProcess() > before && std::chrono::steady_clock::now() < limit)
+      std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  }
+  ThreadsEnd(const ThreadsEnd&) = delete;
+  ThreadsEnd& operator=(const ThreadsEnd&) = delete;
+
+  std::ptrdiff_t before = threadsOfProcess();
+};
+
 /// A lister, and the thread on which it is heard.
 struct Listening {
   fakes::TempFolder folder;
   fakes::FakeEventQueue events;
   fakes::FakePatience patience;
+  ThreadsEnd threads = {};
   FolderLister lister{events, patience};
   Notebook notes;
 
