@@ -11,6 +11,7 @@
 #include "engines/disc/Sense.h"
 #include "engines/libburn/LibburnRecorders.h"
 #include "engines/ripper/FullContents.h"
+#include "engines/ripper/LeadInPacks.h"
 #include "engines/ripper/RipWorld.h"
 #include "runtime/RuntimeError.h"
 
@@ -144,6 +145,16 @@ TEST_CASE("Pre-emphasis is seen in the table of contents") {
   const auto contents = findCdDrives().front()->contents();
   REQUIRE(contents);
   CHECK(contents->tracks.front().preEmphasis);
+}
+
+TEST_CASE("A drive of the machine tells the names in its disc's lead-in, and a disc without any is read too") {
+  CdWorld world;
+  world.insert({{true, 0, 40}, {true, 190, 40}});
+  CHECK(findCdDrives().front()->contents().value().text == DiscText{});
+  const auto packs = LeadInPacks().add(0x80, {"Album", "One", "Two"}).add(0x81, {"Artist", "Artist", "Guest"}).packs(2);
+  emulated::Sectors(world.folder / "drives/sr0/disc").writeText(packs);
+  CHECK(findCdDrives().front()->contents().value().text ==
+        DiscText{{"Album", "Artist"}, {{"One", "Artist"}, {"Two", "Guest"}}});
 }
 
 TEST_CASE("While a drive of the machine is read its tray is locked, and free afterwards") {

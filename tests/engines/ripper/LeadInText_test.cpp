@@ -1,80 +1,16 @@
 #include "engines/ripper/LeadInText.h"
 
-#include <array>
 #include <catch2/catch.hpp>
-#include <string>
-#include <vector>
+
+#include "engines/ripper/LeadInPacks.h"
 
 namespace trackloom::engines::ripper {
 
-namespace {
-
-using Bytes = std::vector<std::uint8_t>;
-
-/// The packs of a lead-in's only block (MMC-3, annex J), in ISO 8859-1 and English.
-class Packs {
- public:
-  /// The texts of the disc and of its tracks, in their order.
-  Packs& add(std::uint8_t type, const std::vector<std::string>& texts) {
-    std::string all;
-    for (const std::string& text : texts) all += text + '\0';
-    put(type, all);
-    return *this;
-  }
-  /// The reply of a drive.
-  Bytes reply(std::uint8_t tracks) {
-    std::string sizes(36, '\0');
-    sizes[1] = 1;
-    sizes[2] = static_cast<char>(tracks);
-    for (int type = 0; type < 16; ++type)
-      sizes[static_cast<std::size_t>(4 + type)] = static_cast<char>(counts_[static_cast<std::size_t>(type)]);
-    sizes[4 + 15] = 3;
-    sizes[20] = static_cast<char>(sequence_ + 2);
-    sizes[28] = 9;
-    put(0x8F, sizes);
-    const std::size_t length = packs_.size() + 2;
-    Bytes bytes{static_cast<std::uint8_t>(length >> 8U), static_cast<std::uint8_t>(length), 0, 0};
-    bytes.insert(bytes.end(), packs_.begin(), packs_.end());
-    return bytes;
-  }
-
- private:
-  void put(std::uint8_t type, std::string content) {
-    content.resize((content.size() + 11) / 12 * 12, '\0');
-    std::uint8_t track = 0;
-    for (std::size_t at = 0; at < content.size(); at += 12) {
-      Bytes pack{type, type == 0x8F ? static_cast<std::uint8_t>(at / 12) : track, sequence_++, 0};
-      for (std::size_t place = at; place < at + 12; ++place) {
-        pack.push_back(static_cast<std::uint8_t>(content[place]));
-        if (content[place] == '\0') ++track;
-      }
-      const std::uint16_t sum = checksum(pack);
-      pack.push_back(static_cast<std::uint8_t>(sum >> 8U));
-      pack.push_back(static_cast<std::uint8_t>(sum));
-      packs_.insert(packs_.end(), pack.begin(), pack.end());
-      ++counts_[type - 0x80U];
-    }
-  }
-  static std::uint16_t checksum(const Bytes& bytes) {
-    std::uint16_t sum = 0;
-    for (const std::uint8_t byte : bytes) {
-      sum = static_cast<std::uint16_t>(sum ^ byte << 8U);
-      for (int bit = 0; bit < 8; ++bit)
-        sum = static_cast<std::uint16_t>((sum & 0x8000U) != 0 ? sum << 1U ^ 0x1021U : sum << 1U);
-    }
-    return static_cast<std::uint16_t>(~sum);
-  }
-
-  Bytes packs_;
-  std::uint8_t sequence_ = 0;
-  std::array<std::uint8_t, 16> counts_{};
-};
-
-}  // namespace
-
 TEST_CASE("The names in a lead-in are those of the disc and of its tracks") {
-  const Bytes reply =
-      Packs().add(0x80, {"Album of some length", "One", "Bj\xF6rk"}).add(0x81, {"Artist", "Artist", "Guest"}).reply(2);
+  const std::vector<std::uint8_t> reply = LeadInPacks()
+                                              .add(0x80, {"Album of some length", "One", "Bj\xF6rk"})
+                                              .add(0x81, {"Artist", "Artist", "Guest"})
+                                              .reply(2);
   CHECK(textFrom(reply, 2) ==
         DiscText{{"Album of some length", "Artist"}, {{"One", "Artist"}, {"Bj\xC3\xB6rk", "Guest"}}});
   CHECK(textFrom(reply, 3).tracks.at(2) == DiscName{});
@@ -82,9 +18,9 @@ TEST_CASE("The names in a lead-in are those of the disc and of its tracks") {
 
 TEST_CASE("A lead-in that bears no names, or none that make sense, is a disc without") {
   CHECK(textFrom({}, 2) == DiscText{});
-  CHECK(textFrom(Bytes{0, 2, 0, 0}, 2) == DiscText{});
-  CHECK(textFrom(Bytes{0xFF, 0xFF, 0, 0, 0x80}, 2) == DiscText{});
-  const Bytes noise(4 + 18 * 5, 0xA5);
+  CHECK(textFrom(std::vector<std::uint8_t>{0, 2, 0, 0}, 2) == DiscText{});
+  CHECK(textFrom(std::vector<std::uint8_t>{0xFF, 0xFF, 0, 0, 0x80}, 2) == DiscText{});
+  const std::vector<std::uint8_t> noise(4 + 18 * 5, 0xA5);
   CHECK(textFrom(noise, 1).tracks.size() <= 1);
 }
 
