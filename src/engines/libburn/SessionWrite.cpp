@@ -4,6 +4,7 @@
 #include <array>
 #include <chrono>
 #include <cstdlib>
+#include <mutex>
 #include <thread>
 #include <utility>
 
@@ -17,14 +18,16 @@ constexpr std::int32_t blocksAtOnce = 16;
 constexpr std::chrono::milliseconds patience{20};
 constexpr int kilobytesAtBaseSpeed = 176;
 
-/// What the library asks for the sectors of one track.
+/// What the library asks for the sectors of one track, on its thread, and frees on ours; the lock stands between the
+/// two.
 struct TrackSource {
+  std::mutex mutex;
   std::shared_ptr<Supply> supply;
   std::int16_t track = 1;
   /// The bytes that there are still to be had.
   off_t left = 0;
   /// As the library has it, which sets it higher where it fills the track up.
-  off_t size = left;
+  off_t size = 0;
 };
 
 TrackSource& sourceOf(burn::burn_source* source) {
@@ -36,6 +39,7 @@ extern "C" {
 /// The library asks beyond the end of a track that it fills up.
 static int readTrack(burn::burn_source* source, unsigned char* buffer, int size) {
   TrackSource& track = sourceOf(source);
+  const std::lock_guard lock(track.mutex);
   const auto step = static_cast<int>(std::min<off_t>(size, track.left));
   track.left -= step;
   const bool more =
@@ -44,16 +48,19 @@ static int readTrack(burn::burn_source* source, unsigned char* buffer, int size)
 }
 
 static off_t sizeOfTrack(burn::burn_source* source) {
+  const std::lock_guard lock(sourceOf(source).mutex);
   return sourceOf(source).size;
 }
 
 static int setSizeOfTrack(burn::burn_source* source, off_t size) {
+  const std::lock_guard lock(sourceOf(source).mutex);
   sourceOf(source).size = size;
   return 1;
 }
 
 static void freeTrackSource(burn::burn_source* source) {
   const std::unique_ptr<TrackSource> owned(&sourceOf(source));
+  const std::lock_guard lock(owned->mutex);
 }
 
 }  // extern "C"
@@ -67,7 +74,11 @@ burn::burn_source* newSource(std::shared_ptr<Supply> supply, std::int16_t track,
   source->get_size = sizeOfTrack;
   source->set_size = setSizeOfTrack;
   source->free_data = freeTrackSource;
-  source->data = std::make_unique<TrackSource>(TrackSource{std::move(supply), track, size}).release();
+  auto owned = std::make_unique<TrackSource>();
+  owned->supply = std::move(supply);
+  owned->track = track;
+  owned->left = owned->size = size;
+  source->data = owned.release();
   return source;
 }
 
