@@ -1,5 +1,7 @@
 #include "engines/ripper/Rip.h"
 
+#include <malloc.h>
+
 #include <algorithm>
 #include <chrono>
 #include <functional>
@@ -112,6 +114,8 @@ void Rip::end(const std::vector<RippedTrack>& told) {
   if (request_.log) addToRipLog(ripReport(request_, facts_, told), told);
   use_.reset();
   awake_.reset();
+  // The threads that held the sound have gone, and their memory would stay with the process.
+  ::malloc_trim(0);
   board_.endTelling();
   events_->finish();
 }

@@ -9,7 +9,7 @@ namespace trackloom::engines::ripper {
 namespace {
 
 /// Sound that waits for the workers, in bytes: a song of four minutes, so that the next one can be worked at too.
-constexpr std::size_t mostBuffered = std::size_t{40} << 20;
+constexpr std::size_t mostBuffered = std::size_t{36} << 20;
 
 }  // namespace
 
