@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "engines/disc/Sense.h"
+#include "engines/libburn/CdText.h"
 
 namespace trackloom::engines::libburn {
 
@@ -131,6 +132,7 @@ void SessionWrite::burnTracks(burn::burn_drive* drive) {
     tracks.push_back(trackOf(number));
     burn::burn_session_add_track(session.get(), tracks.back().get(), BURN_POS_END);
   }
+  if (atOnce()) nameSession(session.get(), tracks, order_.text);
   const OwnedOptions options = optionsFor(drive);
   start(drive, options, disc);
   attend(drive);

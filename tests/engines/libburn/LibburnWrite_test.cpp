@@ -17,6 +17,18 @@ std::string trackList(const LibburnWorld& world) {
                          "' LD_PRELOAD='" EMULATED_DRIVE_LIBRARY "' cd-info --no-cddb /dev/sr0");
 }
 
+struct Silence final : SectorSource {
+  void beginTrack(std::int16_t /*track*/) override {}
+  void read(std::span<std::byte> sectors) override { std::ranges::fill(sectors, std::byte{0}); }
+  std::int16_t bufferPercent() override { return 100; }
+};
+
+void writeSilence(const WriteOrder& order) {
+  Silence silence;
+  OperationObserver nobody;
+  findRecorders().front()->write(order, silence, nobody, {});
+}
+
 }  // namespace
 
 TEST_CASE("A closed audio disc has its tracks and pauses where the layout has them, sample for sample") {
@@ -33,6 +45,32 @@ TEST_CASE("A closed audio disc has its tracks and pauses where the layout has th
   CHECK(world.sectors(310, 150) == std::string(150 * 2352, '\0'));
   CHECK(world.sectors(460, 400) == LibburnWorld::audioOf("b", 400));
   CHECK(world.sectors(1010, 305) == LibburnWorld::audioOf("c", 305));
+}
+
+TEST_CASE("The names of a disc that is written at once stand on it where other programs read them") {
+  LibburnWorld world;
+  WriteOrder order{.trackBlocks = {310, 320, 330}};
+  const char* const russian = "\xD0\x9F\xD0\xB5\xD1\x81\xD0\xBD\xD1\x8F";
+  order.text = {{"Evening", "The \xE2\x80\x9CStrings\xE2\x80\x9D"},
+                {{"Pr\xC3\xA9lude", ""}, {russian, "Somebody"}, {"It\xE2\x80\x99s over", ""}}};
+  SECTION("closed") {
+    writeSilence(order);
+    const std::string list = trackList(world);
+    const auto told = [&list](const std::string& of) {
+      const std::size_t begin = list.find("CD-TEXT for " + of + ":");
+      REQUIRE(begin != std::string::npos);
+      return list.substr(begin, list.find("CD-TEXT", begin + 1) - begin);
+    };
+    CHECK_THAT(told("Disc"), Contains("TITLE: Evening") && Contains("PERFORMER: The \"Strings\""));
+    CHECK_THAT(told("Track  1"), Contains("TITLE: Pr\xC3\xA9lude") && Contains("PERFORMER: The \"Strings\""));
+    CHECK_THAT(told("Track  2"), Contains("TITLE: ?????") && Contains("PERFORMER: Somebody"));
+    CHECK_THAT(told("Track  3"), Contains("TITLE: It's over") && Contains("PERFORMER: The \"Strings\""));
+  }
+  SECTION("without names") {
+    order.text = {};
+    writeSilence(order);
+    CHECK_THAT(trackList(world), !Contains("TITLE"));
+  }
 }
 
 TEST_CASE("Tracks that leave their session open are added to until it is closed") {
