@@ -1,5 +1,6 @@
 #include <atomic>
 #include <thread>
+#include <utility>
 
 #include "engines/disc/Sense.h"
 #include "engines/ripper/RipWorld.h"
@@ -40,6 +41,13 @@ class Watch final : public Wakefulness {
 };
 
 constexpr const char* paced = "[recorder]\nrealTimePacing = yes\nmaximumSpeed = 1\n";
+
+/// The sector that a line of progress tells; -1 for any other line. Behind the first one of a track its reading is
+/// under way, and what becomes of the disc is no longer a drive that cannot be begun with.
+std::int32_t positionOf(const std::string& line) {
+  const std::string progress = "RipStatus 7 ";
+  return line.starts_with(progress) ? std::stoi(line.substr(progress.size())) : -1;
+}
 
 }  // namespace
 
@@ -110,7 +118,7 @@ TEST_CASE("A disc that is pulled out costs its track, and the later ones find no
   world.configure(paced);
   insertAndQueue(world, {{true, 0, 10}, {true, 10, 300}, {true, 310, 20}});
   world.heard().onLine = [&](const std::string& line) {
-    if (line == "TrackStarted 10-310 2") world.takeDiscOut();
+    if (positionOf(line) > 10) world.takeDiscOut();
   };
   const Lines lines = rip(world);
   CHECK(std::count(lines.begin(), lines.end(), "RipStatus 8 0") == 1);
@@ -123,8 +131,8 @@ TEST_CASE("Another disc in midst of a rip is never taken for the one that was as
   RipWorld world;
   world.configure(paced);
   insertAndQueue(world, {{true, 0, 300}});
-  world.heard().onLine = [&](const std::string& line) {
-    if (line != "TrackStarted 0-300 1") return;
+  world.heard().onLine = [&, swapped = false](const std::string& line) mutable {
+    if (positionOf(line) <= 0 || std::exchange(swapped, true)) return;
     std::filesystem::rename(world.folder / HandMadeDisc::place(), world.folder / "another place");
     world.insert({{true, 0, 300}});
   };
