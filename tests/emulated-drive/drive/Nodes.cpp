@@ -1,6 +1,7 @@
 #include "Nodes.h"
 
 #include <fcntl.h>
+#include <pthread.h>
 #include <sys/file.h>
 #include <unistd.h>
 
@@ -45,6 +46,12 @@ std::optional<std::string> nameIn(const char* path) {
 Nodes& Nodes::instance() {
   static Nodes& nodes = *std::make_unique<Nodes>().release();
   return nodes;
+}
+
+Nodes::Nodes() : owner_(::getpid()) {
+  // A fork must not catch the lock in the hands of a thread that the child does not have.
+  ::pthread_atfork([] { instance().mutex_.lock(); }, [] { instance().mutex_.unlock(); },
+                   [] { instance().mutex_.unlock(); });
 }
 
 Nodes::Sight Nodes::sightOf(const char* path) const {
@@ -108,7 +115,8 @@ void Nodes::closed(int fd) {
     open_.erase(found);
     if (std::ranges::any_of(open_, [&](const auto& other) { return other.second == drive; })) return;
   }
-  drive->letGo();
+  // A child gives back its copy alone; the drive may be at work for its parent.
+  if (::getpid() == owner_) drive->letGo();
 }
 
 unsigned numberOf(const std::string& path) {

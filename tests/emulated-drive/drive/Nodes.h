@@ -1,5 +1,7 @@
 #pragma once
 
+#include <sys/types.h>
+
 #include <filesystem>
 #include <map>
 #include <memory>
@@ -13,10 +15,12 @@
 namespace emulated {
 
 /// The device nodes of the drives that the folder in EMULATED_DRIVES holds: its folder sr0 is the drive /dev/sr0. Real
-/// drives cannot be seen while that variable is set. Safe from any thread.
+/// drives cannot be seen while that variable is set. Safe from any thread, and in a child that was forked beside other
+/// threads.
 class Nodes {
  public:
   static Nodes& instance();
+  Nodes();
 
   /// How a path of /dev counts.
   enum class Sight { Other, Hidden, Drive };
@@ -32,6 +36,7 @@ class Nodes {
  private:
   std::shared_ptr<Drive> driveIn(const std::filesystem::path& folder);
 
+  pid_t owner_;
   std::mutex mutex_;
   std::map<std::string, std::shared_ptr<Drive>> drives_;
   std::map<int, std::shared_ptr<Drive>> open_;
