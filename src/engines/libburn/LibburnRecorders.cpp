@@ -1,10 +1,10 @@
 #include "engines/libburn/LibburnRecorders.h"
 
-#include <algorithm>
 #include <memory>
 #include <optional>
 #include <string>
 
+#include "engines/disc/DriveId.h"
 #include "engines/libburn/Drive.h"
 #include "engines/libburn/LibburnRecorder.h"
 
@@ -18,13 +18,9 @@ std::string trimmed(const std::string& text) {
   return text.substr(0, text.find_last_not_of(' ') + 1);
 }
 
-/// What the drive calls itself, with its number where it has one, else with its place.
 std::string idOf(Drive& drive, const std::string& path) {
   const DriveIdentity identity = drive.identity();
-  const std::string number = drive.serialNumber();
-  std::string id = trimmed(identity.vendor) + " " + trimmed(identity.product) + " " + (number.empty() ? path : number);
-  std::ranges::replace(id, '|', '/');
-  return id;
+  return driveId(trimmed(identity.vendor), trimmed(identity.product), drive.serialNumber(), path);
 }
 
 std::shared_ptr<Recorder> recorderAt(const std::string& path) {

@@ -9,6 +9,7 @@
 #include <set>
 #include <utility>
 
+#include "engines/disc/DriveId.h"
 #include "engines/disc/Sense.h"
 #include "engines/ripper/FullContents.h"
 #include "engines/ripper/LeadInText.h"
@@ -84,9 +85,7 @@ std::string CdDrive::id() const {
     number.clear();
   }
   const DriveNames names = inquire();
-  std::string id = names.vendor + " " + names.product + " " + (number.empty() ? path_ : number);
-  std::ranges::replace(id, '|', '/');
-  return id;
+  return driveId(names.vendor, names.product, number, path_);
 }
 
 /// As they were told last, where the drive cannot tell them now.
