@@ -15,6 +15,7 @@
 #include "desktop/QtFileDialogs.h"
 #include "desktop/QtMessageBoxes.h"
 #include "desktop/QtPrintControls.h"
+#include "desktop/ServiceMounts.h"
 #include "desktop/SessionWakefulness.h"
 #include "engines/discdb/WebDatabases.h"
 #include "engines/drives/LinuxDrives.h"
@@ -64,7 +65,7 @@ constexpr std::chrono::milliseconds SplashIsSeen{100};
   const engines::RecorderList virtualOnes = settings.virtualRecorders
                                                 ? engines::virtualrecorder::findVirtualRecorders(programFolder, known)
                                                 : engines::RecorderList();
-  engines::RecorderList present = engines::libburn::findRecorders();
+  engines::RecorderList present = engines::libburn::findRecorders(std::make_shared<ServiceMounts>());
   present.insert(present.end(), virtualOnes.begin(), virtualOnes.end());
   const std::vector<engines::KnownDrive> drives = engines::withPresent(known, present);
   process.whenFirst = [&programFolder, &drives] {

@@ -75,9 +75,11 @@ void eventsOfACachedWrite(WriterWorld& world) {
   world.real().SetCacheDataTrack(false);
   world.real().SetCloseSession(true);
   world.real().SetCloseDisc(true);
-  CHECK(linesOfWrite(world) == Lines{"OnWriteStarting", "OnTrackCacheStart 1 40", "OnTrackWriteStart 1 40",
-                                     "OnTrackClosing 1", "OnTrackCacheStart 2 20", "OnTrackWriteStart 2 20",
-                                     "OnTrackClosing 2", "OnSessionClosing", "OnDiscClosing", "OnOperationComplete"});
+  Lines expected{"OnWriteStarting",        "OnTrackCacheStart 1 40", "OnTrackWriteStart 1 40", "OnTrackClosing 1",
+                 "OnTrackCacheStart 2 20", "OnTrackWriteStart 2 20", "OnTrackClosing 2",       "OnSessionClosing",
+                 "OnDiscClosing",          "OnOperationComplete"};
+  if (world.cachesAllFirst()) std::rotate(expected.begin() + 2, expected.begin() + 4, expected.begin() + 5);
+  CHECK(linesOfWrite(world) == expected);
   REQUIRE_FALSE(world.heard().cachePositions.empty());
   CHECK(world.heard().cachePositions.back() == 20);
 }

@@ -36,6 +36,8 @@ class WriterWorld {
   virtual ~WriterWorld() = default;
 
   virtual bool can(Ability ability) const = 0;
+  /// All tracks of a cached write are in the cache before the first is written, not each when its turn comes.
+  virtual bool cachesAllFirst() const { return false; }
 
   /// The instance that has the drive, with nothing queued and nothing set.
   virtual CDWriterXP& real() = 0;

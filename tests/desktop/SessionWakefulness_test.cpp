@@ -8,13 +8,11 @@
 #include <QDBusObjectPath>
 #include <QDBusUnixFileDescriptor>
 #include <QDBusVirtualObject>
-#include <QProcess>
-#include <QtTest/QTest>
 #include <array>
 #include <atomic>
-#include <catch2/catch.hpp>
 #include <vector>
 
+#include "PrivateBus.h"
 #include "runtime/FileDescriptor.h"
 
 namespace trackloom {
@@ -23,35 +21,10 @@ namespace {
 
 using Lines = std::vector<std::string>;
 
-/// Buses wake up slowly on a machine at work.
-template <class Condition>
-bool comes(Condition condition) {
-  return QTest::qWaitFor(condition, 30000);
-}
-
-/// A bus of its own.
-class Daemon {
- public:
-  Daemon() {
-    process_.start("dbus-daemon", {"--session", "--nofork", "--print-address"});
-    REQUIRE(process_.waitForReadyRead());
-    address_ = QString::fromUtf8(process_.readLine()).trimmed();
-  }
-  ~Daemon() {
-    process_.kill();
-    process_.waitForFinished();
-  }
-  QDBusConnection connect(const QString& name) const { return QDBusConnection::connectToBus(address_, name); }
-
- private:
-  QProcess process_;
-  QString address_;
-};
-
 /// The login manager and the portal, which write down what they are asked and what still stands.
 class Desktop final : public QDBusVirtualObject {
  public:
-  explicit Desktop(const Daemon& daemon) : bus_(daemon.connect("desktop")) {
+  explicit Desktop(const PrivateBus& daemon) : bus_(daemon.connect("desktop")) {
     REQUIRE(bus_.registerVirtualObject("/", this, QDBusConnection::SubPath));
     REQUIRE(bus_.registerService("org.freedesktop.login1"));
     REQUIRE(bus_.registerService("org.freedesktop.portal.Desktop"));
@@ -114,7 +87,7 @@ struct Session {
   }
   ~Session() { QDBusConnection::disconnectFromBus("program"); }
 
-  Daemon daemon;
+  PrivateBus daemon;
   Desktop desktop{daemon};
   std::optional<SessionWakefulness> wakefulness;
 

@@ -59,6 +59,9 @@ class Recorder {
   virtual std::shared_ptr<const DriveSnapshot> look() = 0;
   /// Throws EngineError where write() would refuse the order before it touches the disc.
   virtual void check(const WriteOrder& order) = 0;
+  /// A cached write has all its tracks in the cache before the first block goes out, since the drive may not bear a gap
+  /// between two of them; else each track is cached when its turn comes.
+  virtual bool cachesAllFirst() const { return false; }
   /// For the next write; empty: the cache is no concern of this recorder.
   virtual CacheWatch cacheWatch() { return {}; }
   /// Writes all tracks, pulling them from `source`, and closes what the order says. A write that does not end leaves

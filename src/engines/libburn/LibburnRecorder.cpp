@@ -4,6 +4,7 @@
 #include <chrono>
 #include <utility>
 
+#include "engines/disc/NodeFailure.h"
 #include "engines/disc/Sense.h"
 #include "engines/libburn/SenseWords.h"
 #include "engines/libburn/SessionWrite.h"
@@ -52,28 +53,49 @@ class LibburnRecorder::Work {
 };
 
 /// The drive with a disc in it, alone and with its tray locked.
-class LibburnRecorder::Operation {
+class LibburnRecorder::HeldDrive {
  public:
-  explicit Operation(LibburnRecorder& recorder) : drive(recorder.path_, Hold::Alone), work_(recorder) {
+  explicit HeldDrive(const LibburnRecorder& recorder) : drive(recorder.alone()) {
     if (!drive.hasDisc(patienceOfWork)) throw deviceError(sense::noMedium, "no disc is in the drive");
     drive.lockTray(true);
   }
   /// A drive that was unplugged has no tray to free.
-  ~Operation() {
+  ~HeldDrive() {
     try {
       drive.lockTray(false);
     } catch (const EngineError&) {
       return;
     }
   }
-  Operation(const Operation&) = delete;
-  Operation& operator=(const Operation&) = delete;
+  HeldDrive(const HeldDrive&) = delete;
+  HeldDrive& operator=(const HeldDrive&) = delete;
 
   Drive drive;
-
- private:
-  Work work_;
 };
+
+struct LibburnRecorder::Operation {
+  explicit Operation(LibburnRecorder& recorder) : held(recorder), work(recorder) {}
+
+  HeldDrive held;
+  Drive& drive = held.drive;
+  Work work;
+};
+
+/// The drive for this program alone, also where the desktop has mounted its disc.
+Drive LibburnRecorder::alone() const {
+  try {
+    return {path_, Hold::Alone};
+  } catch (const EngineError& failure) {
+    if (failure.number() != sense::busy || !mounts_) throw;
+  }
+  const std::string said = mounts_->unmount(path_);
+  try {
+    return {path_, Hold::Alone};
+  } catch (const EngineError& failure) {
+    if (failure.number() != sense::busy) throw;
+    throw driveInUse(path_, said);
+  }
+}
 
 bool LibburnRecorder::take() {
   try {
@@ -127,7 +149,7 @@ DiscState LibburnRecorder::discOrThrow() {
 }
 
 void LibburnRecorder::check(const WriteOrder& order) {
-  const Drive held(path_, Hold::Alone);
+  const Drive held = alone();
   requireFits(order, discOrThrow());
 }
 
@@ -146,6 +168,11 @@ void LibburnRecorder::write(const WriteOrder& order, SectorSource& source, Opera
 void LibburnRecorder::writeSession(bool blank, const WriteOrder& order, SectorSource& source,
                                    OperationObserver& observer, const std::stop_token& stop) {
   const Work work(*this);
+  {
+    // The disc stays in the drive while its tracks are cached.
+    const HeldDrive held(*this);
+    source.beginTrack(1);
+  }
   SessionWrite write(blank, writeGuard_, order, source, observer, stop);
   try {
     write.run(path_);
@@ -169,7 +196,7 @@ void LibburnRecorder::writeTracks(const WriteOrder& order, SectorSource& source,
 
 void LibburnRecorder::spoil(const WriteOrder& order) {
   try {
-    Drive drive(path_, Hold::Alone);
+    Drive drive = alone();
     if (drive.hasDisc(patienceOfWork)) spoil(drive, order);
   } catch (const EngineError&) {
     return;
@@ -252,7 +279,7 @@ void LibburnRecorder::eject() {
     const std::lock_guard lock(mutex_);
     if (working_) throw deviceError(sense::busy, "the drive is busy: an operation runs");
   }
-  Drive(path_, Hold::Alone).openTray();
+  alone().openTray();
 }
 
 }  // namespace trackloom::engines::libburn

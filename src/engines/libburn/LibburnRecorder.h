@@ -9,24 +9,28 @@
 
 #include "engines/disc/Recorder.h"
 #include "engines/libburn/Drive.h"
+#include "ports/DiscMounts.h"
 
 namespace trackloom::engines::libburn {
 
 /// A CD recorder of this machine. Each call opens its node and lets go of it, so that other programs can use the drive
 /// while nothing runs; an operation holds it alone, with the tray locked. Looks at a drive that nobody has taken yet do
-/// not wait until it is ready. Safe from any thread.
+/// not wait until it is ready; a disc that the desktop has mounted is unmounted before anything is done to it. Safe
+/// from any thread.
 ///
 /// A write that ended early leaves a disc that nothing can be added to: its session is closed where the drive still
 /// does that, and for as long as the disc is in the drive it is answered as closed in any case.
 class LibburnRecorder : public Recorder {
  public:
-  LibburnRecorder(std::string path, std::string id) : path_(std::move(path)), id_(std::move(id)) {}
+  LibburnRecorder(std::string path, std::string id, std::shared_ptr<DiscMounts> mounts)
+      : path_(std::move(path)), id_(std::move(id)), mounts_(std::move(mounts)) {}
 
   std::string id() const override { return id_; }
   bool take() override;
   void enableWriteGuard(bool on) override { writeGuard_ = on; }
   std::shared_ptr<const DriveSnapshot> look() override;
   void check(const WriteOrder& order) override;
+  bool cachesAllFirst() const override { return true; }
   void write(const WriteOrder& order, SectorSource& source, OperationObserver& observer,
              const std::stop_token& stop) override;
   /// Cannot be stopped; a stop is told once the disc is blank.
@@ -42,8 +46,10 @@ class LibburnRecorder : public Recorder {
   };
 
   class Work;
-  class Operation;
+  class HeldDrive;
+  struct Operation;
 
+  Drive alone() const;
   std::shared_ptr<const DriveSnapshot> lookAnew();
   DiscState discIn(Drive& drive, const Reply& tables) const;
   DiscState discOrThrow();
@@ -57,6 +63,8 @@ class LibburnRecorder : public Recorder {
 
   std::string path_;
   std::string id_;
+  /// None: there is no such service.
+  std::shared_ptr<DiscMounts> mounts_;
   std::atomic<bool> writeGuard_ = false;
   std::mutex mutex_;
   bool working_ = false;

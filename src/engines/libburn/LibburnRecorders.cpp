@@ -23,10 +23,10 @@ std::string idOf(Drive& drive, const std::string& path) {
   return driveId(trimmed(identity.vendor), trimmed(identity.product), drive.serialNumber(), path);
 }
 
-std::shared_ptr<Recorder> recorderAt(const std::string& path) {
+std::shared_ptr<Recorder> recorderAt(const std::string& path, const std::shared_ptr<DiscMounts>& mounts) {
   try {
     Drive drive(path, Hold::Shared);
-    if (drive.writesDiscs()) return std::make_shared<LibburnRecorder>(path, idOf(drive, path));
+    if (drive.writesDiscs()) return std::make_shared<LibburnRecorder>(path, idOf(drive, path), mounts);
   } catch (const EngineError&) {
     return nullptr;
   }
@@ -35,10 +35,11 @@ std::shared_ptr<Recorder> recorderAt(const std::string& path) {
 
 }  // namespace
 
-RecorderList findRecorders() {
+RecorderList findRecorders(const std::shared_ptr<DiscMounts>& mounts) {
   RecorderList recorders;
   for (int number = 0; number < mostNodes; ++number)
-    if (auto recorder = recorderAt("/dev/sr" + std::to_string(number))) recorders.push_back(std::move(recorder));
+    if (auto recorder = recorderAt("/dev/sr" + std::to_string(number), mounts))
+      recorders.push_back(std::move(recorder));
   return recorders;
 }
 

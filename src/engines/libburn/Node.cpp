@@ -8,10 +8,9 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <fstream>
 
+#include "engines/disc/NodeFailure.h"
 #include "engines/disc/Sense.h"
-#include "engines/libburn/MountedAt.h"
 #include "engines/libburn/SenseWords.h"
 
 namespace trackloom::engines::libburn {
@@ -24,22 +23,6 @@ constexpr unsigned longest = 200'000;
 constexpr unsigned usual = 30'000;
 constexpr std::array slowCommands{0x1B, 0x2A, 0x35, 0x54, 0x5B, 0xA1};
 constexpr int attentions = 4;
-
-/// A mounted file system holds its drive alone.
-EngineError inUse(const std::string& path) {
-  std::ifstream table("/proc/self/mounts");
-  const std::string place = mountedAt(path, table);
-  if (place.empty()) return deviceError(sense::busy, "the drive is in use by another program");
-  return deviceError(sense::busy, "the disc in the drive is open as " + place + ": unmount it first");
-}
-
-EngineError cannotOpen(const std::string& path, int error) {
-  if (error == EBUSY) return inUse(path);
-  if (error == EACCES || error == EPERM)
-    return deviceError(sense::notReady,
-                       "you may not use the drive: your account must belong to the group \"cdrom\" that owns it");
-  return deviceError(sense::notReady, "the drive cannot be used: " + systemWords(error));
-}
 
 std::int32_t numberOf(const std::array<unsigned char, 32>& data) {
   const bool fixed = (data[0] & 0x7EU) == 0x70U;
@@ -58,7 +41,7 @@ struct Node::Transfer {
 
 Node::Node(const std::string& path, Hold hold)
     : fd_(::open(path.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC | (hold == Hold::Alone ? O_EXCL : 0))) {
-  if (fd_ < 0) throw cannotOpen(path, errno);
+  if (fd_ < 0) throw cannotOpenNode(path, errno);
 }
 
 Node::~Node() {

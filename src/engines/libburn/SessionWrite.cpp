@@ -90,7 +90,6 @@ SessionWrite::SessionWrite(bool blankDisc, bool guarded, const WriteOrder& order
     : blankDisc_(blankDisc), guarded_(guarded), order_(order), source_(source), observer_(observer), stop_(stop) {}
 
 void SessionWrite::run(const std::string& path) {
-  source_.beginTrack(1);
   if (stop_.stop_requested()) throw Stopped();
   const GrabbedDrive drive(path);
   burnTracks(drive.get());

@@ -17,7 +17,7 @@ namespace trackloom::engines::libburn {
 /// all else as tracks at once.
 class SessionWrite {
  public:
-  /// All of them outlive the write.
+  /// All of them outlive the write; the source has begun its first track.
   SessionWrite(bool blankDisc, bool guarded, const WriteOrder& order, SectorSource& source, OperationObserver& observer,
                const std::stop_token& stop);
 

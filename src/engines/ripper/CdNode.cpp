@@ -6,28 +6,13 @@
 
 #include <cerrno>
 
-#include "engines/disc/Sense.h"
+#include "engines/disc/NodeFailure.h"
 
 namespace trackloom::engines::ripper {
 
-namespace {
-
-EngineError cannotOpen(const std::string& path, int error) {
-  if (error == EACCES || error == EPERM)
-    return deviceError(sense::notReady, "you may not use the drive " + path +
-                                            ": your account must belong to the group that owns it, mostly \"cdrom\"");
-  if (error == EBUSY)
-    return deviceError(sense::busy, "the disc in " + path +
-                                        " is in use: it is mounted, or another program has the drive. Unmount the disc "
-                                        "or close that program");
-  return deviceError(sense::notReady, "the drive " + path + " cannot be used: " + systemWords(error));
-}
-
-}  // namespace
-
 CdNode::CdNode(const std::string& path, Hold hold)
     : node_(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | (hold == Hold::Alone ? O_EXCL : 0))), hold_(hold) {
-  if (!node_) throw cannotOpen(path, errno);
+  if (!node_) throw cannotOpenNode(path, errno);
   if (hold_ == Hold::Alone) ::ioctl(node_.get(), CDROM_LOCKDOOR, 1);
 }
 

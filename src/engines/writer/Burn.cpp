@@ -20,6 +20,11 @@ DiscState discFor(const WriteRequest& request) {
   return *disc;
 }
 
+Caching cachingOf(const WriteRequest& request) {
+  if (!request.cached) return Caching::None;
+  return request.recorder->cachesAllFirst() ? Caching::AllTracks : Caching::EachTrack;
+}
+
 void awaitFormerReader(const WriteRequest& request, const std::stop_token& stop) {
   if (const auto file = request.inUse->awaitFree(request.files, patience, stop))
     throw fileError(*file, "the recording that was cancelled still waits for an answer");
@@ -31,7 +36,7 @@ void burn(const WriteRequest& request, const std::shared_ptr<OperationEvents>& e
   const DiscState disc = discFor(request);
   awaitFormerReader(request, stop);
   WriteOrder order = request.order;
-  Reader reader({request.sources(disc), request.inUse, bytesOfSector(order.kind), request.cached,
+  Reader reader({request.sources(disc), request.inUse, bytesOfSector(order.kind), cachingOf(request),
                  request.recorder->cacheWatch(), request.scratchFolder, events},
                 std::make_shared<HandOver>(), stop);
   const Measured measured = reader.measured();

@@ -43,15 +43,15 @@ CacheFile::CacheFile(const HostPath& folder, std::int64_t most) : file_(nameless
 
 void CacheFile::fill(SectorSource& source, std::int64_t bytes, const std::function<void(std::int64_t)>& progress) {
   constexpr std::int64_t step = std::int64_t{128} * 2352;
-  position_ = 0;
   std::vector<std::byte> buffer(static_cast<std::size_t>(std::min(bytes, step)));
   for (std::int64_t done = 0; done < bytes;) {
     const std::span<std::byte> part(buffer.data(), static_cast<std::size_t>(std::min(bytes - done, step)));
     source.read(part);
-    if (writeAt(file_, part, done) != part.size()) throw cacheError("the cache cannot be written", errno);
+    if (writeAt(file_, part, filled_ + done) != part.size()) throw cacheError("the cache cannot be written", errno);
     done += static_cast<std::int64_t>(part.size());
     progress(done);
   }
+  filled_ += bytes;
 }
 
 void CacheFile::read(std::span<std::byte> sectors) {

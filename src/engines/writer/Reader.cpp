@@ -1,6 +1,7 @@
 #include "engines/writer/Reader.h"
 
 #include <algorithm>
+#include <numeric>
 #include <optional>
 #include <thread>
 #include <utility>
@@ -26,6 +27,8 @@ class Reading {
 
  private:
   void makeCache();
+  void cacheAll(std::int16_t tracks);
+  void cacheAnew(std::int16_t track);
   void cacheTrack(std::int16_t track);
   void handOverTrack(std::int16_t track);
   std::int64_t blocksOf(std::int16_t track) const {
@@ -45,16 +48,21 @@ class Reading {
 void Reading::run() {
   opened_ = order_.open(order_.inUse, stop_);
   handOver_.tellMeasured(opened_.measured);
-  if (order_.cached) makeCache();
-  for (std::int16_t track = 1; track <= std::ssize(opened_.measured.trackBlocks); ++track) {
-    if (order_.cached) cacheTrack(track);
+  if (order_.caching != Caching::None) makeCache();
+  const auto tracks = static_cast<std::int16_t>(opened_.measured.trackBlocks.size());
+  if (order_.caching == Caching::AllTracks) cacheAll(tracks);
+  for (std::int16_t track = 1; track <= tracks; ++track) {
+    if (order_.caching == Caching::EachTrack) cacheAnew(track);
     handOverTrack(track);
   }
 }
 
 void Reading::makeCache() {
   handOver_.awaitWanted(0, stop_);
-  const auto blocks = std::int64_t{std::ranges::max(opened_.measured.trackBlocks)};
+  const auto& lengths = opened_.measured.trackBlocks;
+  const bool all = order_.caching == Caching::AllTracks;
+  const std::int64_t blocks =
+      all ? std::accumulate(lengths.begin(), lengths.end(), std::int64_t{0}) : std::int64_t{std::ranges::max(lengths)};
   cache_.emplace(order_.scratchFolder, blocks * static_cast<std::int64_t>(order_.sectorBytes));
   handOver_.tellPrepared();
 }
@@ -63,8 +71,18 @@ void Reading::raise(std::function<void(CDWriterEvents&)> event) {
   handOver_.unlessAbandoned([&] { order_.events->raise(std::move(event)); });
 }
 
-void Reading::cacheTrack(std::int16_t track) {
+void Reading::cacheAll(std::int16_t tracks) {
+  handOver_.awaitWanted(1, stop_);
+  for (std::int16_t track = 1; track <= tracks; ++track) cacheTrack(track);
+}
+
+void Reading::cacheAnew(std::int16_t track) {
   handOver_.awaitWanted(track, stop_);
+  cache_->empty();
+  cacheTrack(track);
+}
+
+void Reading::cacheTrack(std::int16_t track) {
   const std::int64_t blocks = blocksOf(track);
   const auto sector = static_cast<std::int64_t>(order_.sectorBytes);
   raise([=](CDWriterEvents& listener) { listener.OnTrackCacheStart(track, static_cast<std::int32_t>(blocks)); });

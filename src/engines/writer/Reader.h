@@ -26,13 +26,15 @@ struct OpenedSource {
 using SourceOpener =
     std::function<OpenedSource(const std::shared_ptr<SourcesInUse>& inUse, const std::stop_token& stop)>;
 
+/// What goes into the cache as a whole before its first sector is handed out.
+enum class Caching { None, EachTrack, AllTracks };
+
 /// What the reader of one write needs; it outlives everything else of the write where a source hangs.
 struct ReadOrder {
   SourceOpener open;
   std::shared_ptr<SourcesInUse> inUse;
   std::size_t sectorBytes = 0;
-  /// Each track goes into the cache as a whole before its first sector is handed out.
-  bool cached = false;
+  Caching caching = Caching::None;
   CacheWatch cacheWatch;
   HostPath scratchFolder;
   std::shared_ptr<OperationEvents> events;

@@ -1,19 +1,44 @@
 #pragma once
 
+#include <fcntl.h>
 #include <stdlib.h>
 
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <map>
+#include <memory>
 #include <string>
+#include <vector>
 
 #include "contract/WriterWorld.h"
 #include "engines/libburn/LibburnRecorders.h"
 #include "fakes/TempFolder.h"
 #include "fakes/TestFiles.h"
+#include "ports/DiscMounts.h"
+#include "runtime/FileDescriptor.h"
 
 namespace trackloom::engines::libburn {
+
+/// The desktop's disc service, and the disc that it has mounted.
+class FakeMounts final : public DiscMounts {
+ public:
+  void mount() { held_ = FileDescriptor(::open("/dev/sr0", O_RDONLY | O_NONBLOCK | O_EXCL)); }
+  bool mounted() const { return static_cast<bool>(held_); }
+
+  std::string unmount(const std::string& node) override {
+    asked.push_back(node);
+    if (says.empty()) held_ = FileDescriptor();
+    return says;
+  }
+
+  /// What it says where it does not unmount.
+  std::string says;
+  std::vector<std::string> asked;
+
+ private:
+  FileDescriptor held_;
+};
 
 /// A recorder of this machine in the hands of a test: an emulated one, which alone can be seen. Its tracks may be as
 /// short as those of the contract are.
@@ -29,7 +54,7 @@ class EmulatedDrive {
   EmulatedDrive(const EmulatedDrive&) = delete;
   EmulatedDrive& operator=(const EmulatedDrive&) = delete;
 
-  RecorderList recorders() const { return findRecorders(); }
+  RecorderList recorders() const { return findRecorders(mounts); }
   void slowDown() const { configure("pace = 75\n"); }
   void insert(std::int32_t blocks, bool rewritable) const {
     takeDiscOut();
@@ -59,6 +84,8 @@ class EmulatedDrive {
   }
   std::string commands() const { return folder_.read("drives/sr0/commands"); }
   std::filesystem::path place() const { return folder_ / "drives/sr0"; }
+
+  std::shared_ptr<FakeMounts> mounts = std::make_shared<FakeMounts>();
 
  private:
   const fakes::TempFolder& folder_;

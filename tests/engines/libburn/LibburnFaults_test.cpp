@@ -1,7 +1,9 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include "engines/disc/NodeFailure.h"
 #include "engines/libburn/LibburnWorld.h"
+#include "fakes/SleepingProgram.h"
 
 namespace trackloom::engines::libburn {
 
@@ -111,6 +113,73 @@ TEST_CASE("A drive that another program holds is not written, and the disc is st
   CHECK_FALSE(world.real().EjectDisc());
   ::close(other);
   CHECK(world.wroteWell());
+}
+
+TEST_CASE("A disc that the desktop has mounted is unmounted before it is written, erased, closed or ejected") {
+  LibburnWorld world;
+  world.insert(5000, true);
+  FakeMounts& mounts = *world.drive.mounts;
+  prepare(world, Way::LeftOpen);
+  const auto mounted = [&](const auto& deed) {
+    mounts.mount();
+    REQUIRE(mounts.mounted());
+    mounts.asked.clear();
+    world.heard().lines.clear();
+    CHECK(deed());
+    CHECK(mounts.asked == std::vector<std::string>{"/dev/sr0"});
+  };
+  const auto ends = [&] { return world.runUntil([&] { return world.heard().ended(); }); };
+  mounted([&] { return world.wroteWell(); });
+  mounted([&] { return world.real().CloseLastSession(false) && ends(); });
+  mounted([&] { return world.real().EraseDisc(true) && ends() && world.lastLine() == "OnEraseComplete"; });
+  prepare(world, Way::Library);
+  mounted([&] { return world.wroteWell(); });
+  mounted([&] { return world.real().EjectDisc(); });
+}
+
+TEST_CASE("A disc that cannot be unmounted is left alone, and what the service says is told") {
+  for (const Way way : {Way::Library, Way::LeftOpen}) {
+    LibburnWorld world;
+    prepare(world, way);
+    world.drive.mounts->says = "target is busy";
+    world.drive.mounts->mount();
+    REQUIRE(world.write());
+    CHECK(world.lastLine() == failedWith(0x020408));
+    CHECK(world.words() == "the drive /dev/sr0 is in use by another program (target is busy) (2/04/08)");
+    CHECK_FALSE(world.real().EjectDisc());
+    CHECK(world.drive.commands().find("WRITE ") == std::string::npos);
+    CHECK(world.drive.commands().find("START-STOP") == std::string::npos);
+  }
+}
+
+TEST_CASE("A drive that is held for another reason is told as it is, whether there is a disc service or not") {
+  LibburnWorld world;
+  const fakes::TempFolder empty;
+  const int other = ::open("/dev/sr0", O_RDWR | O_EXCL | O_NONBLOCK);
+  REQUIRE(other >= 0);
+  const auto eject = [](const RecorderList& recorders) {
+    try {
+      recorders.front()->eject();
+    } catch (const EngineError& error) {
+      return error.words();
+    }
+    return std::string("ejected");
+  };
+  CHECK_THAT(eject(findRecorders()), Contains("in use by another program"));
+  CHECK_THAT(eject(world.drive.recorders()), Contains("in use by another program"));
+  ::close(other);
+  CHECK(eject(findRecorders()) == "ejected");
+}
+
+TEST_CASE("Those who use a disc are named, and nobody else") {
+  const fakes::TempFolder disc;
+  CHECK(usersOf(disc.path()).empty());
+  fakes::SleepingProgram inside(disc.path());
+  const std::string one = "sleep (" + std::to_string(inside.id()) + ")";
+  CHECK(usersOf(disc.path()) == one);
+  CHECK(usersOf(disc.path() + "2").empty());
+  fakes::SleepingProgram another(disc.path());
+  CHECK_THAT(usersOf(disc.path()), Contains(" and ") && Contains(one));
 }
 
 TEST_CASE("A drive is free for other programs whenever nothing runs") {

@@ -13,6 +13,8 @@ class LibburnWorld : public writer::EngineWorld<EmulatedDrive> {
  public:
   bool can(contract::Ability ability) const override { return ability != contract::Ability::Faults; }
 
+  bool cachesAllFirst() const override { return true; }
+
   /// Tracks in this order, whose sound is that of the letters from "a" on.
   void queueTracks(const std::vector<std::int32_t>& blocks) {
     real().ClearAudioQueue();

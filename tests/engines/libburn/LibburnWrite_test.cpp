@@ -1,8 +1,8 @@
 #include <sstream>
 
+#include "engines/disc/MountedAt.h"
 #include "engines/libburn/LibburnWorld.h"
 #include "engines/libburn/Library.h"
-#include "engines/libburn/MountedAt.h"
 #include "engines/libburn/SenseWords.h"
 
 namespace trackloom::engines::libburn {
@@ -17,7 +17,7 @@ std::string trackList(const LibburnWorld& world) {
                          "' LD_PRELOAD='" EMULATED_DRIVE_LIBRARY "' cd-info --no-cddb /dev/sr0");
 }
 
-struct Silence final : SectorSource {
+struct Silence : SectorSource {
   void beginTrack(std::int16_t /*track*/) override {}
   void read(std::span<std::byte> sectors) override { std::ranges::fill(sectors, std::byte{0}); }
   std::int16_t bufferPercent() override { return 100; }
@@ -162,6 +162,48 @@ TEST_CASE("A cancelled test leaves the disc blank, and the next write is whole")
     world.drive.configure("");
     CHECK(world.wroteWell());
     CHECK(world.sectors(0, 310) == LibburnWorld::audioOf("a", 310));
+  }
+}
+
+TEST_CASE("All tracks are cached before the first is written, and lie on the disc as without it") {
+  for (const bool library : {true, false}) {
+    LibburnWorld world;
+    world.queueTracks({310, 320, 330});
+    world.close(library, library);
+    world.real().SetCacheAudioTracks(true);
+    REQUIRE(world.wroteWell());
+    const std::vector<std::string> begin{"OnWriteStarting", "OnTrackCacheStart 1 310", "OnTrackCacheStart 2 320",
+                                         "OnTrackCacheStart 3 330", "OnTrackWriteStart 1 310"};
+    CHECK(std::vector<std::string>(world.heard().lines.begin(), world.heard().lines.begin() + 5) == begin);
+    const std::int32_t apart = library ? 150 : 152;
+    CHECK(world.sectors(0, 310) == LibburnWorld::audioOf("a", 310));
+    CHECK(world.sectors(310 + apart, 320) == LibburnWorld::audioOf("b", 320));
+    CHECK(world.sectors(630 + 2 * apart, 330) == LibburnWorld::audioOf("c", 330));
+  }
+}
+
+TEST_CASE("While tracks are cached the tray is locked, no block goes out, and a source that fails costs no disc") {
+  for (const bool library : {true, false}) {
+    LibburnWorld world;
+    struct FailingSource final : Silence {
+      explicit FailingSource(const EmulatedDrive& of) : drive(of) {}
+      void beginTrack(std::int16_t /*track*/) override {
+        log = drive.commands();
+        throw fileError(HostPath("/a"), "smoke");
+      }
+      const EmulatedDrive& drive;
+      std::string log;
+    } source(world.drive);
+    OperationObserver nobody;
+    WriteOrder order;
+    order.trackBlocks = {310, 320};
+    order.closeSession = order.closeDisc = library;
+    const RecorderList recorders = world.drive.recorders();
+    CHECK_THROWS_WITH(recorders.front()->write(order, source, nobody, {}), "/a: smoke");
+    CHECK_THAT(source.log, Contains("PREVENT-ALLOW 1E 00 00 00 01") && !Contains("PREVENT-ALLOW 1E 00 00 00 00"));
+    CHECK_THAT(world.drive.commands(), !Contains("WRITE ") && !Contains("SEND-CUE-SHEET"));
+    CHECK(recorders.front()->look()->disc->status == DiscEmpty);
+    recorders.front()->eject();
   }
 }
 

@@ -1,9 +1,9 @@
-#include "engines/libburn/MountedAt.h"
+#include "engines/disc/MountedAt.h"
 
 #include <istream>
 #include <sstream>
 
-namespace trackloom::engines::libburn {
+namespace trackloom::engines {
 
 namespace {
 
@@ -31,4 +31,4 @@ std::string mountedAt(const std::string& node, std::istream& table) {
   return {};
 }
 
-}  // namespace trackloom::engines::libburn
+}  // namespace trackloom::engines

@@ -1,0 +1,80 @@
+#include "engines/disc/NodeFailure.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <filesystem>
+#include <fstream>
+#include <vector>
+
+#include "engines/disc/MountedAt.h"
+#include "engines/disc/Sense.h"
+
+namespace trackloom::engines {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+bool isWithin(const std::string& path, const fs::path& link) {
+  std::error_code gone;
+  const std::string target = fs::read_symlink(link, gone).string();
+  return target == path || target.starts_with(path + "/");
+}
+
+bool uses(const fs::path& process, const std::string& path) {
+  if (isWithin(path, process / "cwd") || isWithin(path, process / "root") || isWithin(path, process / "exe"))
+    return true;
+  std::error_code gone;
+  const fs::directory_iterator files(process / "fd", gone);
+  return std::any_of(begin(files), end(files), [&](const auto& file) { return isWithin(path, file.path()); });
+}
+
+std::string nameOf(const fs::path& process) {
+  std::string name;
+  std::getline(std::ifstream(process / "comm") >> std::ws, name);
+  return name + " (" + process.filename().string() + ")";
+}
+
+bool isProcess(const std::string& name) {
+  return std::ranges::all_of(name, [](char c) { return c >= '0' && c <= '9'; }) && name != std::to_string(::getpid());
+}
+
+}  // namespace
+
+std::string usersOf(const std::string& path) {
+  std::vector<std::string> names;
+  std::error_code gone;
+  for (const auto& process : fs::directory_iterator("/proc", gone))
+    if (isProcess(process.path().filename()) && uses(process.path(), path)) names.push_back(nameOf(process.path()));
+  std::string all;
+  for (std::size_t i = 0; i < names.size(); ++i)
+    all += (i == 0 ? "" : i + 1 == names.size() ? " and " : ", ") + names[i];
+  return all;
+}
+
+std::string rightsWords(const std::string& node) {
+  return "you may not use the drive " + node +
+         ": your account must belong to the group \"cdrom\" (sudo adduser YOUR-NAME cdrom, then log in anew)";
+}
+
+/// A mounted file system holds its drive alone.
+EngineError driveInUse(const std::string& node, const std::string& said) {
+  std::ifstream table("/proc/self/mounts");
+  const std::string place = mountedAt(node, table);
+  const std::string users = usersOf(place.empty() ? node : place);
+  std::string words = "the drive " + node + " is in use by " + (users.empty() ? "another program" : users);
+  if (!place.empty())
+    words = "the disc in " + node + " is open as " + place + ": " +
+            (users.empty() ? "unmount it first" : "close " + users + ", and unmount it");
+  return deviceError(sense::busy, said.empty() ? words : words + " (" + said + ")");
+}
+
+EngineError cannotOpenNode(const std::string& node, int error) {
+  if (error == EBUSY) return driveInUse(node, "");
+  if (error == EACCES || error == EPERM) return deviceError(sense::notReady, rightsWords(node));
+  return deviceError(sense::notReady, "the drive " + node + " cannot be used: " + systemWords(error));
+}
+
+}  // namespace trackloom::engines
