@@ -16,10 +16,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Sectors of one reading.
+/// Sectors of one reading. Files are holes, so a whole disc costs nothing, but to read one takes its time: of each
+/// track the beginning and the end.
 constexpr std::int32_t atOnce = 64;
-/// Files are holes, so a whole disc costs nothing, but to read one takes its time.
-constexpr std::int32_t mostRead = 4096;
 
 void require(bool holds) {
   if (!holds) std::abort();
@@ -53,9 +52,8 @@ void layOutSectors(const fs::path& disc, std::string_view ini) {
 }
 
 void readTrack(engines::DiscReading& reading, const engines::ContentsTrack& track) {
-  const std::int32_t end = std::min(track.end(), track.start + mostRead);
-  for (std::int32_t at = track.start; at < end; at += atOnce) {
-    const std::int32_t count = std::min(atOnce, end - at);
+  const std::int32_t count = std::min(atOnce, track.length);
+  for (const std::int32_t at : {track.start, track.end() - count}) {
     const auto sound = reading.read(at, count, [](engines::ReadTrouble, std::int32_t) {}, {});
     require(sound.size() == static_cast<std::size_t>(count) * 2352);
   }
