@@ -122,8 +122,9 @@ void Rip::end(const std::vector<RippedTrack>& told) {
 
 void Rip::cancel() {
   if (over()) return;
-  board_.cancel();
+  // Before any thread hears of it, since the first one that does may tell the end.
   events_->cut(status::cancelled);
+  board_.cancel();
   try {
     std::thread([self = shared_from_this()] {
       self->board_.awaitEndOfTelling(patienceWithEnd);

@@ -31,7 +31,7 @@ void RipTeller::tellTrack(std::size_t track) {
     tellCode(end.code);
   else if (mine.place.length > 0)
     events_.progress(mine.place.end());
-  if (!tellFinished()) throw Stopped();
+  tellUntilHeard([](CDRipperEvents& listener) { listener.TrackFinished(); });
   const HostPath file = settle(end);
   told_.push_back({mine, file, end.code, *end.sums, board_.troublesOf(track)});
 }
@@ -47,15 +47,14 @@ void RipTeller::tellReading(std::size_t track) {
 }
 
 void RipTeller::tellCode(std::int32_t code) {
-  events_.status(code, 0);
+  tellUntilHeard([code](CDRipperEvents& listener) { listener.RipStatus(code, 0); });
   board_.pause(readable);
 }
 
-bool RipTeller::tellFinished() {
+void RipTeller::tellUntilHeard(RipEvents::Tell event) {
   const auto fate = std::make_shared<std::promise<EventFate>>();
-  events_.raise([](CDRipperEvents& listener) { listener.TrackFinished(); },
-                [fate](EventFate what) { fate->set_value(what); });
-  return fate->get_future().get() != EventFate::Dropped;
+  events_.raise(std::move(event), [fate](EventFate what) { fate->set_value(what); });
+  if (fate->get_future().get() == EventFate::Dropped) throw Stopped();
 }
 
 /// The name of a whole track's file; empty: there is none, and what was made of it goes.

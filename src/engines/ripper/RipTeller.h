@@ -27,8 +27,8 @@ class RipTeller {
   void tellTrack(std::size_t track);
   void tellReading(std::size_t track);
   void tellCode(std::int32_t code);
-  /// Whether the handler was reached, or nobody is there any more.
-  bool tellFinished();
+  /// Until its handler has returned, or nobody is there any more. Throws Stopped where it is never told.
+  void tellUntilHeard(RipEvents::Tell event);
   HostPath settle(TrackEnd& end);
 
   const RipRequest& request_;
