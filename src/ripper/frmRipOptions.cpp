@@ -55,9 +55,10 @@ void frmRipOptions::takeSavedFolder() {
   const HostPath file = folderFile(session_);
   if (!FileExists(file)) return;
   const std::string folder = Trim(ValueReader(ReadStart(file, LargestFolderFile)).next());
-  if (!FolderExists(HostPath(folder))) return;
-  txtFolder.Text = folder;
-  forms_.mod.RipFolder = folder;
+  seeking_ = session_.ports.folders.find(HostPath(folder), [this, folder] {
+    txtFolder.Text = folder;
+    forms_.mod.RipFolder = folder;
+  });
 }
 
 void frmRipOptions::optNameCustom_Click() {
@@ -66,6 +67,8 @@ void frmRipOptions::optNameCustom_Click() {
 }
 
 void frmRipOptions::cmdFolder_Click() {
+  // The saved folder is not heard of any more, however late it is found.
+  seeking_.reset();
   const auto chosen = session_.ports.files.browseForFolder("Select Folder to Store Extracted Tracks to:");
   // What the box shows stays, but a cancelled choice is none.
   if (!chosen) return forms_.mod.RipFolder.clear();

@@ -11,6 +11,7 @@
 #include "controls/OptionButton.h"
 #include "controls/PictureBox.h"
 #include "controls/TextBox.h"
+#include "ports/FolderListing.h"
 
 namespace trackloom {
 
@@ -62,6 +63,8 @@ class frmRipOptions final : public Form {
 
   Session& session_;
   RipperForms& forms_;
+  /// The look at the saved folder, which may lie on a network that is slow.
+  FolderListing::Hold seeking_;
 };
 
 }  // namespace trackloom

@@ -240,6 +240,48 @@ TEST_CASE("E148: A saved folder that is gone opens empty, and OK wants a folder 
   });
 }
 
+TEST_CASE("A saved folder that is slow to answer holds up nothing, and comes in when it has answered") {
+  Choosing machine;
+  machine.extract();
+  machine.folders.slow = true;
+  machine.choose(
+      [&](frmRipOptions& options) {
+        CHECK(options.txtFolder.Text.get().empty());
+        machine.desk.expectBox("No Folder", BoxAnswer::Ok);
+        options.cmdOK.click();
+        machine.folders.step();
+        CHECK(options.txtFolder.Text == machine.rips());
+        CHECK(machine.rip().RipFolder == machine.rips());
+        options.cmdOK.click();
+      },
+      true);
+}
+
+TEST_CASE("A saved folder that answers behind a choice of the user's, or behind the dialog's end, changes nothing") {
+  Choosing machine;
+  machine.extract();
+  machine.folders.slow = true;
+  machine.choose([&](frmRipOptions& options) {
+    machine.browse(options, machine.folder.host("."));
+    const std::string chosen = options.txtFolder.Text;
+    machine.folders.step();
+    CHECK(options.txtFolder.Text == chosen);
+    machine.browse(options, std::nullopt);
+    CHECK(machine.rip().RipFolder.empty());
+    options.cmdCancel.click();
+  });
+  const bool cancelled = GENERATE(true, false);
+  machine.folder.write("Folder.dat", "\"" + machine.rips() + "\"\r\n");
+  machine.choose([&](frmRipOptions& options) {
+    if (cancelled)
+      options.cmdCancel.click();
+    else
+      options.closeBox();
+  });
+  machine.folders.step();
+  CHECK(machine.rip().RipFolder.empty());
+}
+
 TEST_CASE("E149: A cancelled browser leaves the folder in sight, but OK writes none and nothing is ripped") {
   Choosing machine;
   machine.extract();
