@@ -53,7 +53,7 @@ constexpr std::chrono::milliseconds SplashIsSeen{100};
   engines::drives::LinuxDrives hardDrives(patience);
   LinuxProcess process;
   DesktopOpener opener;
-  HelpViewer help(engines::helpfile::readHelpBook, opener);
+  HelpViewer help(engines::helpfile::patientReader(patience), opener);
   NoCommonControls commonControls;
   NoRegistry registry;
   NoFileVersions fileVersions;

@@ -1,10 +1,12 @@
 #include "engines/helpfile/HelpBookFile.h"
 
 #include <algorithm>
+#include <system_error>
 
 #include "engines/helpfile/ByteReader.h"
 #include "engines/helpfile/ChmFormat.h"
 #include "engines/helpfile/Markup.h"
+#include "runtime/Aside.h"
 #include "runtime/Files.h"
 #include "runtime/RuntimeError.h"
 
@@ -133,6 +135,17 @@ std::shared_ptr<const HelpBook> readHelpBook(const HostPath& path) {
   } catch (const RuntimeError&) {
     return nullptr;
   }
+}
+
+HelpBookReader patientReader(Patience& patience) {
+  const auto aside = std::make_shared<Aside>([&patience](const Aside::Wait& wait) { patience.until(wait); });
+  return [aside](const HostPath& path) {
+    try {
+      return (*aside)([path] { return readHelpBook(path); });
+    } catch (const std::system_error&) {
+      return readHelpBook(path);
+    }
+  };
 }
 
 }  // namespace trackloom::engines::helpfile

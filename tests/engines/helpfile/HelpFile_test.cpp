@@ -5,6 +5,7 @@
 #include "engines/helpfile/Damaged.h"
 #include "engines/helpfile/HelpBookFile.h"
 #include "engines/helpfile/HelpSources.h"
+#include "fakes/FakePatience.h"
 #include "fakes/TempFolder.h"
 
 namespace trackloom::engines::helpfile {
@@ -163,6 +164,17 @@ TEST_CASE("A file larger than any help file of ours is not read") {
   CHECK(readHelpBook(path) != nullptr);
   std::filesystem::resize_file(path.text, LargestHelpFile + 1);
   CHECK(readHelpBook(path) == nullptr);
+}
+
+TEST_CASE("A file that is read aside is waited for with patience, and is the same book") {
+  const fakes::TempFolder folder;
+  fakes::FakePatience patience;
+  const HelpBookReader read = patientReader(patience);
+  const auto book = read(folder.file("a.chm", helpFileBytes(smallBook())));
+  REQUIRE(book != nullptr);
+  CHECK(book->title == readHelpBook(folder.host("a.chm"))->title);
+  CHECK(read(folder.host("gone.chm")) == nullptr);
+  CHECK(patience.waits == 2);
 }
 
 TEST_CASE("The sources of a book are pages beside three lists") {
