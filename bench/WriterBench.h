@@ -16,6 +16,7 @@
 #include <string>
 #include <utility>
 
+#include "Cost.h"
 #include "engines/virtual/VirtualRecorders.h"
 #include "engines/writer/DiscWriters.h"
 #include "ports/CDWriterEvents.h"
@@ -23,17 +24,6 @@
 #include "ports/Patience.h"
 
 namespace trackloom::bench {
-
-inline double secondsOf(const std::function<void()>& work) {
-  using Clock = std::chrono::steady_clock;
-  const auto start = Clock::now();
-  work();
-  return std::chrono::duration<double>(Clock::now() - start).count();
-}
-
-inline void row(const std::string& name, double figure, const char* unit) {
-  std::printf("%s\t%.2f\t%s\n", name.c_str(), figure, unit);
-}
 
 inline void run(const std::string& command) {
   if (std::system(("{ " + command + "; } > /dev/null 2>&1").c_str()) == 0) return;

@@ -3,7 +3,6 @@
 
 #include <sys/resource.h>
 
-#include <algorithm>
 #include <string>
 
 #include "WriterBench.h"
@@ -37,18 +36,16 @@ void decodeWithFfmpeg(const Workplace& place) {
 void writeAudio() {
   const Workplace place("trackloom-bench-audio");
   makeTracks(place);
-  double ours = 1e9;
-  double theirs = 1e9;
+  Cost ours;
+  Cost theirs;
   for (int turn = 0; turn < 4; ++turn) {
-    ours = std::min(ours, secondsOf([&] { place.writeDisc([&](CDWriterXP& writer) { queueTracks(place, writer); }); }));
+    ours.measure([&] { place.writeDisc([&](CDWriterXP& writer) { queueTracks(place, writer); }); });
     place.clearShelf();
-    theirs = std::min(theirs, secondsOf([&] { decodeWithFfmpeg(place); }));
+    theirs.measure([&] { decodeWithFfmpeg(place); });
   }
   rusage used{};
   ::getrusage(RUSAGE_SELF, &used);
-  row("Writing 70 minutes of MP3 files onto a virtual disc", ours, "s");
-  row("Decoding the same files with ffmpeg", theirs, "s");
-  row("Ratio of the two", ours / theirs, "x");
+  compare("Writing 70 minutes of MP3 files onto a virtual disc", ours, "Decoding the same files with ffmpeg", theirs);
   row("Most memory while writing", static_cast<double>(used.ru_maxrss) / 1024, "MiB");
 }
 
