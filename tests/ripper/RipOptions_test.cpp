@@ -319,7 +319,11 @@ TEST_CASE("E151: A custom name of blanks is none, blanks around one go, and only
         const Connection focus = options.txtName.focusRequested.connect([&] { focused = true; });
         options.txtName.type("   ");
         machine.desk.expectBox("No Name", BoxAnswer::Ok);
+        bool focusedBefore = true;
+        machine.desk.whileBoxIsOpen = [&](const MessageBox&) { focusedBefore = focused; };
         options.cmdOK.click();
+        machine.desk.whileBoxIsOpen = nullptr;
+        CHECK_FALSE(focusedBefore);
         CHECK(focused);
         CHECK(options.visible());
         CHECK(options.txtName.maxLength() == 25);

@@ -54,8 +54,7 @@ bool isFolder(int folder, const dirent& entry) {
 /// Bytes of the regular file, or of the one to which the link leads; nothing for all else.
 std::optional<std::int64_t> sizeOfFile(int folder, const dirent& entry) {
   struct stat seen {};
-  const bool mayBeFile = entry.d_type == DT_REG || entry.d_type == DT_LNK || entry.d_type == DT_UNKNOWN;
-  if (!mayBeFile || ::fstatat(folder, entry.d_name, &seen, 0) != 0 || !S_ISREG(seen.st_mode)) return std::nullopt;
+  if (::fstatat(folder, entry.d_name, &seen, 0) != 0 || !S_ISREG(seen.st_mode)) return std::nullopt;
   return seen.st_size;
 }
 

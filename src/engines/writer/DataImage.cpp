@@ -92,9 +92,7 @@ DataImage::DataImage(std::vector<DataEntry> entries, const ImageTerms& terms, st
   openSource(terms);
 }
 
-DataImage::~DataImage() {
-  state_.cancelled = true;
-}
+DataImage::~DataImage() = default;
 
 FileContent* DataImage::addContent(const std::shared_ptr<Source>& source, Missing missing) {
   std::error_code error;

@@ -78,7 +78,6 @@ int FileContent::close() {
 }
 
 int FileContent::read(void* target, std::size_t count) {
-  if (state_.cancelled) return static_cast<int>(ISO_CANCELED);
   try {
     const std::size_t got = reading_->readAt(position_, std::span(static_cast<std::uint8_t*>(target), count));
     position_ += static_cast<std::int64_t>(got);

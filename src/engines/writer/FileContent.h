@@ -25,7 +25,6 @@ class ReadingState {
   const std::shared_ptr<SourcesInUse> inUse;
   std::atomic<std::size_t> file = 0;
   std::atomic<std::int64_t> bytesOfFile = 0;
-  std::atomic<bool> cancelled = false;
 
   /// Keeps the first failure.
   void fail(const std::string& words);

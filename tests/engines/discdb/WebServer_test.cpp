@@ -141,6 +141,15 @@ TEST_CASE("A server that keeps silent, breaks off without hanging up, or drips, 
   for (const DatabaseServer::Script& script : scripts) CHECK(failed(got(script, Short)));
 }
 
+TEST_CASE("The words of a failure tell a status from a server elsewhere and from one without end") {
+  CHECK(got(saying("HTTP/1.1 503 Busy\r\nContent-Length: 0\r\n\r\n")) ==
+        "failed: The disc database answered with status 503");
+  CHECK(got([](Wire& wire, const std::string&) { wire.redirect("http://elsewhere.invalid/x"); }) ==
+        "failed: The disc database leads to another server");
+  CHECK(got([](Wire& wire, const std::string&) { wire.redirect("/again"); }) ==
+        "failed: The disc database leads in circles");
+}
+
 TEST_CASE("The deadline is one for all requests, and behind it nothing is sent") {
   DatabaseServer server([](Wire& wire, const std::string&) { wire.answer("ab"); });
   WebServer web("127.0.0.1", server.port(), in(milliseconds(0)));

@@ -152,6 +152,20 @@ TEST_CASE("Network, optical and memory drives, loops and what the kernel tells o
   for (const char* unknown : {"/snap/x", "/proc"}) CHECK(system.typeOf(unknown) == 0);
 }
 
+TEST_CASE("Every file system that comes over a network is known for one") {
+  System system;
+  // The network file systems of the kernel's own documentation, and those of user space that Debian packs.
+  const std::vector<std::string> kinds{"9p",          "afs",        "ceph", "cifs",   "fuse.glusterfs",
+                                       "fuse.rclone", "fuse.sshfs", "gfs2", "lustre", "ncpfs",
+                                       "nfs",         "nfs4",       "smb3", "smbfs",  "virtiofs"};
+  int number = 50;
+  for (const std::string& kind : kinds) system.mount("/" + kind, "0:" + std::to_string(number++), kind, "server");
+  for (const std::string& kind : kinds) {
+    INFO(kind);
+    CHECK(system.typeOf("/" + kind) == 4);
+  }
+}
+
 TEST_CASE("A system whose root comes over the network or lives in memory has no hard drive there") {
   System network;
   network.mount("/", "0:50", "nfs", "server:/root");

@@ -131,6 +131,20 @@ TEST_CASE("A second report stands behind the first, and tells of tracks that fai
   CHECK(valuesOf(both, "CRC-32").size() == 2);
 }
 
+TEST_CASE("What is too long for a report under its name is none of ours and stays as it is") {
+  constexpr std::uintmax_t Longest = std::uintmax_t{16} << 20;
+  RipWorld world(logging);
+  rip(world, {{true, 0, 20}});
+  const std::filesystem::path log = world.folder / "out/Rip.log";
+  std::filesystem::resize_file(log, Longest - 1);
+  rip(world, {{true, 0, 20}});
+  CHECK(std::filesystem::file_size(log) == Longest - 1);
+  // A report and the empty line before it still fit behind one that is shorter.
+  std::filesystem::resize_file(log, Longest - 2);
+  rip(world, {{true, 0, 20}});
+  CHECK(std::filesystem::file_size(log) > Longest);
+}
+
 TEST_CASE("The report of MP3 files tells the encoder, its rate and the sums of the disc's sound") {
   RipWorld world(logging);
   world.ripper().AttachEncoder(world.encoder());

@@ -279,8 +279,8 @@ TEST_CASE("A disc.ini that breaks a law is damaged, and the words say where") {
 
 TEST_CASE("A disc that is said to be open or closed without a session is damaged") {
   for (const char* status : {"open", "closed"})
-    CHECK_THROWS_AS(VirtualDisc::parse("[disc]\nmedium = CD-R\nblocks = 9\nstatus = " + std::string(status)),
-                    DamagedDisc);
+    CHECK_THROWS_WITH(VirtualDisc::parse("[disc]\nmedium = CD-R\nblocks = 9\nstatus = " + std::string(status)),
+                      "disc.ini, [disc]: a disc that is not blank must have a session");
   CHECK_THROWS_AS(VirtualDisc::parse(""), DamagedDisc);
   CHECK_THROWS_AS(VirtualDisc::parse(std::string(1 << 20, '[')), DamagedDisc);
 }

@@ -192,6 +192,16 @@ TEST_CASE(
   CHECK(world.heard.lines.back() == "OnOperationComplete");
 }
 
+TEST_CASE("An image that is the hanging source of a cancelled write waits for it as well") {
+  HangingWorld world;
+  cancelAHangingWrite(world);
+  REQUIRE(world.writer->WriteIsoImage(world.file));
+  REQUIRE(world.runToEnd());
+  CHECK(world.heard.lines == Lines{"OnWriteError 2 0"});
+  CHECK(world.detail->lastFailure() ==
+        world.file.text + ": the recording that was cancelled still waits for an answer");
+}
+
 TEST_CASE("A write of other files goes on beside a source that hangs") {
   HangingWorld world;
   cancelAHangingWrite(world);
