@@ -12,6 +12,19 @@ option(TRACKLOOM_BENCH "Build the benchmarks" OFF)
 option(TRACKLOOM_FUZZ "Build the fuzzers (needs clang)" OFF)
 set(TRACKLOOM_SANITIZE "" CACHE STRING "Sanitizers for the whole build, such as address,undefined")
 
+# What the builds with and without sanitizers share is compiled once where there is a cache, which both of them name by the same
+# words; the linker is the quicker one where there is one. What users run is built by Debian's own tools alone.
+find_program(TRACKLOOM_CACHE ccache)
+find_program(TRACKLOOM_LINKER mold)
+if(CMAKE_BUILD_TYPE STREQUAL Debug)
+  if(TRACKLOOM_CACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+    set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env CCACHE_NOHASHDIR=1 ${TRACKLOOM_CACHE})
+  endif()
+  if(TRACKLOOM_LINKER)
+    add_link_options(-fuse-ld=mold)
+  endif()
+endif()
+
 add_library(trackloom-flags INTERFACE)
 target_include_directories(trackloom-flags INTERFACE ${CMAKE_SOURCE_DIR}/src)
 target_compile_options(trackloom-flags INTERFACE -Wall -Wextra -Wshadow -Wconversion
