@@ -6,17 +6,18 @@
 
 namespace trackloom {
 
-engines::discdb::ContentsOf contentsOf(engines::ReadingDrives drives) {
-  return [drives = std::move(drives)](const std::string& letter) -> std::optional<engines::discdb::DiscContents> {
-    const std::size_t place = letter.empty() ? drives.size() : static_cast<std::size_t>(letter.front() - 'D');
-    if (place >= drives.size()) return std::nullopt;
-    const auto found = drives[place]->contents();
-    if (!found) return std::nullopt;
+engines::discdb::ContentsOf contentsOf(std::shared_future<engines::ReadingDrives> drives) {
+  return [found = std::move(drives)](const std::string& letter) -> std::optional<engines::discdb::DiscContents> {
+    const engines::ReadingDrives& all = found.get();
+    const std::size_t place = letter.empty() ? all.size() : static_cast<std::size_t>(letter.front() - 'D');
+    if (place >= all.size()) return std::nullopt;
+    const auto told = all[place]->contents();
+    if (!told) return std::nullopt;
     engines::discdb::DiscContents contents;
-    contents.leadOut = found->leadOut;
-    for (const engines::ContentsTrack& track : found->tracks) contents.starts.push_back(track.start);
-    contents.text = {found->text.disc.performer, found->text.disc.title, {}};
-    for (const engines::DiscName& track : found->text.tracks) contents.text.titles.push_back(track.title);
+    contents.leadOut = told->leadOut;
+    for (const engines::ContentsTrack& track : told->tracks) contents.starts.push_back(track.start);
+    contents.text = {told->text.disc.performer, told->text.disc.title, {}};
+    for (const engines::DiscName& track : told->text.tracks) contents.text.titles.push_back(track.title);
     return contents;
   };
 }

@@ -3,7 +3,9 @@
 #include <chrono>
 
 #include "app/DiscLooks.h"
+#include "app/MachineDrives.h"
 #include "desktop/DesktopOpener.h"
+#include "desktop/DriveNotice.h"
 #include "desktop/FolderLister.h"
 #include "desktop/ForcedEnd.h"
 #include "desktop/HelpViewer.h"
@@ -22,8 +24,6 @@
 #include "engines/encoder/LameEncoders.h"
 #include "engines/ground/EngineSettings.h"
 #include "engines/helpfile/HelpBookFile.h"
-#include "engines/libburn/LibburnRecorders.h"
-#include "engines/ripper/CdDrive.h"
 #include "engines/ripper/DiscRippers.h"
 #include "engines/virtual/FolderShelf.h"
 #include "engines/virtual/VirtualRecorders.h"
@@ -40,6 +40,32 @@ constexpr const char* ScratchFolder = "/var/tmp";
 /// By then the splash is painted, and it stands for much longer.
 constexpr std::chrono::milliseconds SplashIsSeen{100};
 
+engines::Lazily<engines::PlacedRecorders> foundBy(MachineDrives& drives) {
+  return engines::Lazily<engines::PlacedRecorders>([&drives] { return drives.recorders(); });
+}
+
+engines::Lazily<engines::ReadingDrives> readersBy(MachineDrives& drives) {
+  return engines::Lazily<engines::ReadingDrives>([&drives] {
+    drives.recorders();
+    return drives.readers().get();
+  });
+}
+
+/// What the writer engine knows about its last failure, and where there is no recorder at all, why.
+class StartDetail final : public FailureDetail {
+ public:
+  StartDetail(const MachineDrives& drives, const FailureDetail& writer) : drives_(drives), writer_(writer) {}
+
+  std::string lastFailure() const override {
+    const std::string why = drives_.whyNone();
+    return why.empty() ? writer_.lastFailure() : why;
+  }
+
+ private:
+  const MachineDrives& drives_;
+  const FailureDetail& writer_;
+};
+
 /// Joins the desktop, the engines and the program, and runs them until the process ends. Nothing is taken down at the
 /// end, since threads that wait for a disk may still look at it.
 [[noreturn]] void runProgram() {
@@ -47,6 +73,7 @@ constexpr std::chrono::milliseconds SplashIsSeen{100};
   QtEventPump pump;
   QtEventQueue events(desk);
   QtPatience patience(desk);
+  DriveNotice notice;
   QtMessageBoxes boxes(desk);
   QtFileDialogs files(desk);
   FolderLister folders(events, patience);
@@ -65,27 +92,27 @@ constexpr std::chrono::milliseconds SplashIsSeen{100};
   const engines::RecorderList virtualOnes = settings.virtualRecorders
                                                 ? engines::virtualrecorder::findVirtualRecorders(programFolder, known)
                                                 : engines::RecorderList();
-  engines::RecorderList present = engines::libburn::findRecorders(std::make_shared<ServiceMounts>());
-  present.insert(present.end(), virtualOnes.begin(), virtualOnes.end());
-  const std::vector<engines::KnownDrive> drives = engines::withPresent(known, present);
-  process.whenFirst = [&programFolder, &drives] {
-    engines::explainEngineSettings(programFolder);
-    engines::saveKnownDrives(programFolder, drives);
-  };
-  const engines::RecorderList recorders = engines::inKnownOrder(drives, present);
+  MachineDrives drives({.programFolder = programFolder,
+                        .virtualOnes = virtualOnes,
+                        .mounts = std::make_shared<ServiceMounts>(),
+                        .patience = patience,
+                        .whenUnusable = [&notice](const std::vector<std::string>& why) { notice.tell(why); }});
+  process.whenFirst = [&programFolder] { engines::explainEngineSettings(programFolder); };
   const auto wakefulness = std::make_shared<SessionWakefulness>();
-  engines::writer::DiscWriters writers(recorders, std::make_shared<engines::audio::AudioFiles>(), events, patience,
+  engines::writer::DiscWriters writers(foundBy(drives), std::make_shared<engines::audio::AudioFiles>(), events,
+                                       patience,
                                        {settings.pause, HostPath(ScratchFolder), settings.verify, wakefulness});
-  const engines::ReadingDrives readers = engines::ripper::drivesInOrder(recorders, engines::ripper::findCdDrives());
-  engines::ripper::DiscRippers rippers(readers, events, patience, {programFolder, 0, wakefulness});
-  engines::discdb::WebDatabases databases(settings.discServer, programFolder, contentsOf(readers), patience);
-  desk.setFailureDetail(writers.failureDetail());
+  engines::ripper::DiscRippers rippers(readersBy(drives), events, patience, {programFolder, 0, wakefulness});
+  engines::discdb::WebDatabases databases(settings.discServer, programFolder, contentsOf(drives.readers()), patience);
+  const StartDetail detail(drives, writers.failureDetail());
+  desk.setFailureDetail(detail);
   Program program(desk, {boxes, files, folders, hardDrives, pump, process, writers, opener, help, prints, rippers,
                          encoders, databases, commonControls, registry, fileVersions, systemSeparators()});
   PanelDoor panelDoor(engines::virtualrecorder::shelvesOf(programFolder, virtualOnes), opener,
                       [&desk] { return desk.failureDetail(); });
-  desk.setExtras([&panelDoor, &prints](const std::string& form, QWidget& window) {
+  desk.setExtras([&panelDoor, &notice, &prints](const std::string& form, QWidget& window) {
     if (form == "frmListing") panelDoor.standIn(window);
+    if (form == "frmListing") notice.standIn(window);
     if (form == "frmPrint") prints.standIn(window);
   });
   const ForcedEnd forcedEnd([&program](int status) { program.endUnasked(status); });

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <cstddef>
 #include <string>
 
 namespace trackloom::engines {
@@ -12,6 +13,12 @@ inline std::string driveId(const std::string& vendor, const std::string& product
   std::string id = vendor + " " + product + " " + (number.empty() ? path : number);
   std::ranges::replace(id, '|', '/');
   return id;
+}
+
+/// The letter of the drive in this place among all of the machine: "D" is the first, "?" stands from the 24th on.
+inline std::string driveLetter(std::size_t place) {
+  constexpr std::size_t lettersFromD = 'Z' - 'D' + 1;
+  return {place < lettersFromD ? static_cast<char>('D' + place) : '?'};
 }
 
 }  // namespace trackloom::engines

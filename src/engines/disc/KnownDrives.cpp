@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <numeric>
 #include <utility>
 
 #include "engines/disc/Sense.h"
@@ -16,6 +17,7 @@ namespace {
 
 constexpr const char* sectionName = "drives";
 constexpr char separator = '|';
+constexpr const char* readsOnlyMark = "reads only";
 
 /// The place of a recorder that is not connected now.
 class AbsentRecorder final : public Recorder {
@@ -61,20 +63,22 @@ KnownDrive parsed(std::string text) {
   drive.id = part(text);
   drive.vendor = part(text);
   drive.product = part(text);
+  drive.readsOnly = part(text) == readsOnlyMark;
   return drive;
 }
 
 std::string sectionOf(const std::vector<KnownDrive>& drives) {
   IniWriter ini;
-  ini.section(sectionName).comment("The recorders in the order of their letters, as they were first seen. May be cut.");
+  ini.section(sectionName).comment("The drives in the order of their letters, as they were first seen. May be cut.");
   int number = 0;
   for (const KnownDrive& drive : drives)
-    ini.entry(std::to_string(++number),
-              plain(drive.id) + separator + plain(drive.vendor) + separator + plain(drive.product));
+    ini.entry(std::to_string(++number), plain(drive.id) + separator + plain(drive.vendor) + separator +
+                                            plain(drive.product) +
+                                            (drive.readsOnly ? separator + std::string(readsOnlyMark) : ""));
   return ini.text();
 }
 
-/// The settings less their section of recorders.
+/// The settings less their section of drives.
 std::string withoutDrives(const std::string& text) {
   std::string small = text;
   std::ranges::transform(small, small.begin(),
@@ -113,10 +117,20 @@ void saveKnownDrives(const HostPath& programFolder, const std::vector<KnownDrive
   });
 }
 
-std::vector<KnownDrive> withPresent(std::vector<KnownDrive> known, const RecorderList& present) {
+std::vector<KnownDrive> asKnown(const RecorderList& present) {
+  std::vector<KnownDrive> all;
   for (const auto& recorder : present) {
     const DriveIdentity identity = recorder->look()->identity;
-    const KnownDrive now{plain(recorder->id()), plain(identity.vendor), plain(identity.product)};
+    all.push_back({recorder->id(), identity.vendor, identity.product});
+  }
+  return all;
+}
+
+std::vector<KnownDrive> withPresent(std::vector<KnownDrive> known, const std::vector<KnownDrive>& present) {
+  for (KnownDrive now : present) {
+    now.id = plain(now.id);
+    now.vendor = plain(now.vendor);
+    now.product = plain(now.product);
     const auto found = std::ranges::find(known, now.id, &KnownDrive::id);
     if (found == known.end())
       known.push_back(now);
@@ -126,12 +140,22 @@ std::vector<KnownDrive> withPresent(std::vector<KnownDrive> known, const Recorde
   return known;
 }
 
-RecorderList inKnownOrder(const std::vector<KnownDrive>& known, const RecorderList& present) {
-  RecorderList all;
+PlacedRecorders::PlacedRecorders(RecorderList all) : recorders(std::move(all)), places(recorders.size()) {
+  std::iota(places.begin(), places.end(), std::size_t{0});
+}
+
+std::shared_ptr<Recorder> absentRecorder(const KnownDrive& drive) {
+  return std::make_shared<AbsentRecorder>(drive);
+}
+
+PlacedRecorders inKnownOrder(const std::vector<KnownDrive>& known, const RecorderList& present) {
+  PlacedRecorders all;
   if (present.empty()) return all;
-  for (const KnownDrive& drive : known) {
-    auto recorder = findIn(present, drive.id);
-    all.push_back(recorder ? std::move(recorder) : std::make_shared<AbsentRecorder>(drive));
+  for (std::size_t place = 0; place < known.size(); ++place) {
+    if (known[place].readsOnly) continue;
+    auto recorder = findIn(present, known[place].id);
+    all.recorders.push_back(recorder ? std::move(recorder) : absentRecorder(known[place]));
+    all.places.push_back(place);
   }
   return all;
 }

@@ -37,6 +37,12 @@ std::string nameOf(const fs::path& process) {
   return name + " (" + process.filename().string() + ")";
 }
 
+/// What a user without rights can do.
+std::string rightsWords(const std::string& node) {
+  return "you may not use the drive " + node +
+         ": your account must belong to the group \"cdrom\" (sudo adduser YOUR-NAME cdrom, then log in anew)";
+}
+
 bool isProcess(const std::string& name) {
   return std::ranges::all_of(name, [](char c) { return c >= '0' && c <= '9'; }) && name != std::to_string(::getpid());
 }
@@ -54,11 +60,6 @@ std::string usersOf(const std::string& path) {
   return all;
 }
 
-std::string rightsWords(const std::string& node) {
-  return "you may not use the drive " + node +
-         ": your account must belong to the group \"cdrom\" (sudo adduser YOUR-NAME cdrom, then log in anew)";
-}
-
 /// A mounted file system holds its drive alone.
 EngineError driveInUse(const std::string& node, const std::string& said) {
   std::ifstream table("/proc/self/mounts");
@@ -73,8 +74,8 @@ EngineError driveInUse(const std::string& node, const std::string& said) {
 
 EngineError cannotOpenNode(const std::string& node, int error) {
   if (error == EBUSY) return driveInUse(node, "");
-  if (error == EACCES || error == EPERM) return deviceError(sense::notReady, rightsWords(node));
-  return deviceError(sense::notReady, "the drive " + node + " cannot be used: " + systemWords(error));
+  if (error == EACCES || error == EPERM) return {ErrorKind::Device, sense::notReady, rightsWords(node)};
+  return {ErrorKind::Device, sense::notReady, "the drive " + node + " cannot be used: " + systemWords(error)};
 }
 
 }  // namespace trackloom::engines

@@ -6,9 +6,6 @@
 
 namespace trackloom::engines {
 
-/// What a user without rights is told, and what he can do.
-std::string rightsWords(const std::string& node);
-
 /// Why a drive's device node could not be opened, `error` being the system's number: what the user can do where the
 /// rights are missing, where its disc is mounted, and who uses it.
 EngineError cannotOpenNode(const std::string& node, int error);

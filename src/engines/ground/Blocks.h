@@ -15,6 +15,8 @@ inline constexpr std::size_t dataSectorBytes = 2048;
 
 /// Blocks that pass in a second at the base speed.
 inline constexpr std::int32_t blocksASecond = 75;
+/// Kilobytes of sound that pass in a second at it, as drives count their speeds (MMC-3, 5.5.10).
+inline constexpr std::int32_t kilobytesAtBaseSpeed = 176;
 /// Silence before a track (IEC 60908: two seconds), and what a look at a disc reckons with.
 inline constexpr std::int32_t standardPause = 150;
 /// A disc has at most 99 tracks (IEC 60908, track numbers 01 to 99).

@@ -15,8 +15,7 @@ namespace {
 constexpr std::chrono::milliseconds nap{20};
 /// Profiles of GET CONFIGURATION: CD-ROM, CD-R, CD-RW (MMC-3, 5.3.1).
 constexpr std::array compactDiscs{0x0008U, 0x0009U, 0x000AU};
-/// Kilobytes that pass in a second at the base speed.
-constexpr std::uint32_t baseSpeed = 176;
+constexpr std::uint32_t baseSpeed = kilobytesAtBaseSpeed;
 constexpr std::int32_t blocksAtOnce = 16;
 constexpr std::size_t writePage = 0x34;
 /// How the drive says that a block of 2352 or 2048 bytes follows.

@@ -1,9 +1,5 @@
 #include "engines/libburn/LibburnRecorders.h"
 
-#include <memory>
-#include <optional>
-#include <string>
-
 #include "engines/disc/DriveId.h"
 #include "engines/libburn/Drive.h"
 #include "engines/libburn/LibburnRecorder.h"
@@ -12,34 +8,24 @@ namespace trackloom::engines::libburn {
 
 namespace {
 
-constexpr int mostNodes = 16;
-
 std::string trimmed(const std::string& text) {
   return text.substr(0, text.find_last_not_of(' ') + 1);
 }
 
-std::string idOf(Drive& drive, const std::string& path) {
-  const DriveIdentity identity = drive.identity();
-  return driveId(trimmed(identity.vendor), trimmed(identity.product), drive.serialNumber(), path);
-}
-
-std::shared_ptr<Recorder> recorderAt(const std::string& path, const std::shared_ptr<DiscMounts>& mounts) {
-  try {
-    Drive drive(path, Hold::Shared);
-    if (drive.writesDiscs()) return std::make_shared<LibburnRecorder>(path, idOf(drive, path), mounts);
-  } catch (const EngineError&) {
-    return nullptr;
-  }
-  return nullptr;
-}
-
 }  // namespace
 
-RecorderList findRecorders(const std::shared_ptr<DiscMounts>& mounts) {
+SeenDrive askDrive(const std::string& node) {
+  Drive drive(node, Hold::Shared);
+  const DriveIdentity identity = drive.identity();
+  SeenDrive seen{node, {}, trimmed(identity.vendor), trimmed(identity.product), drive.writesDiscs()};
+  seen.id = driveId(seen.vendor, seen.product, drive.serialNumber(), node);
+  return seen;
+}
+
+RecorderList recordersAmong(const std::vector<SeenDrive>& drives, const std::shared_ptr<DiscMounts>& mounts) {
   RecorderList recorders;
-  for (int number = 0; number < mostNodes; ++number)
-    if (auto recorder = recorderAt("/dev/sr" + std::to_string(number), mounts))
-      recorders.push_back(std::move(recorder));
+  for (const SeenDrive& drive : drives)
+    if (drive.writesDiscs) recorders.push_back(std::make_shared<LibburnRecorder>(drive.node, drive.id, mounts));
   return recorders;
 }
 

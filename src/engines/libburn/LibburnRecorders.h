@@ -1,14 +1,21 @@
 #pragma once
 
 #include <memory>
+#include <string>
+#include <vector>
 
+#include "engines/disc/DriveSurvey.h"
 #include "engines/disc/Recorder.h"
 #include "ports/DiscMounts.h"
 
 namespace trackloom::engines::libburn {
 
-/// The CD recorders of this machine in the order of their nodes, /dev/sr0 first. Drives that only read are left out; so
-/// are those that may not be opened, since nobody can tell what they are.
-RecorderList findRecorders(const std::shared_ptr<DiscMounts>& mounts = nullptr);
+/// What the drive at this node tells of itself. Takes as long as the drive does. Throws EngineError with words for the
+/// user.
+SeenDrive askDrive(const std::string& node);
+
+/// Those of these drives that record, in their order; `mounts` unmounts what is in their way, where there is such a
+/// service.
+RecorderList recordersAmong(const std::vector<SeenDrive>& drives, const std::shared_ptr<DiscMounts>& mounts);
 
 }  // namespace trackloom::engines::libburn

@@ -17,7 +17,6 @@ namespace {
 
 constexpr std::int32_t blocksAtOnce = 16;
 constexpr std::chrono::milliseconds patience{20};
-constexpr int kilobytesAtBaseSpeed = 176;
 
 /// What the library asks for the sectors of one track, on its thread, and frees on ours; the lock stands between the
 /// two.

@@ -6,10 +6,8 @@
 
 #include <algorithm>
 #include <iterator>
-#include <set>
 #include <utility>
 
-#include "engines/disc/DriveId.h"
 #include "engines/disc/Sense.h"
 #include "engines/ripper/FullContents.h"
 #include "engines/ripper/LeadInText.h"
@@ -20,15 +18,12 @@ namespace trackloom::engines::ripper {
 
 namespace {
 
-constexpr int mostNodes = 16;
 /// A drive may have to start its disc first, in milliseconds.
 constexpr unsigned patience = 30'000;
 constexpr std::size_t inquiryBytes = 36;
 constexpr std::size_t largestToc = 2048;
 /// Eight languages of 256 packs each.
 constexpr std::size_t largestText = 4 + 8 * 256 * 18;
-/// Kilobytes of sound that pass in a second at the base speed.
-constexpr int baseRate = 176;
 
 struct CloseCdio {
   void operator()(CdIo_t* cdio) const { cdio_destroy(cdio); }
@@ -74,18 +69,6 @@ std::vector<std::uint8_t> CdDrive::ask(const std::vector<std::uint8_t>& command,
 DriveNames CdDrive::inquire() const {
   const auto inquiry = ask({0x12, 0, 0, 0, inquiryBytes, 0}, inquiryBytes);
   return {textAt(inquiry, 8, 8), textAt(inquiry, 16, 16)};
-}
-
-std::string CdDrive::id() const {
-  std::string number;
-  try {
-    const auto page = ask({0x12, 1, 0x80, 0, 64, 0}, 64);
-    number = textAt(page, 4, std::min<std::size_t>(page[3], 60));
-  } catch (const EngineError&) {
-    number.clear();
-  }
-  const DriveNames names = inquire();
-  return driveId(names.vendor, names.product, number, path_);
 }
 
 /// As they were told last, where the drive cannot tell them now.
@@ -141,7 +124,7 @@ std::int16_t CdDrive::maxSpeed() {
   try {
     const auto page = ask({0x5A, 0x08, capabilities, 0, 0, 0, 0, 0, bytes, 0}, bytes);
     const std::size_t at = 8 + (std::size_t{page[6]} << 8U | page[7]) + 8;
-    return at + 1 < page.size() ? static_cast<std::int16_t>((page[at] << 8 | page[at + 1]) / baseRate)
+    return at + 1 < page.size() ? static_cast<std::int16_t>((page[at] << 8 | page[at + 1]) / kilobytesAtBaseSpeed)
                                 : std::int16_t{0};
   } catch (const EngineError&) {
     return 0;
@@ -152,33 +135,25 @@ std::unique_ptr<DiscReading> CdDrive::begin(std::int16_t speed) {
   return std::make_unique<ParanoiaReading>(path_, library_, speed);
 }
 
-ReadingDrives findCdDrives() {
+ReadingDrives cdDrives(const std::vector<SeenDrive>& seen) {
   ReadingDrives drives;
   const auto library = std::make_shared<std::mutex>();
   // The library would speak on the terminal.
   cdio_loglevel_default = CDIO_LOG_ASSERT;
-  for (int number = 0; number < mostNodes; ++number) {
-    auto drive = std::make_shared<CdDrive>("/dev/sr" + std::to_string(number), library);
-    try {
-      drive->take();
-      drives.push_back(std::move(drive));
-    } catch (const EngineError&) {
-      continue;
-    }
-  }
+  for (const SeenDrive& drive : seen) drives.push_back(std::make_shared<CdDrive>(drive, library));
   return drives;
 }
 
-ReadingDrives drivesInOrder(const RecorderList& recorders, const ReadingDrives& real) {
-  ReadingDrives drives = readingDrives(recorders);
-  std::set<std::string> places;
-  for (auto& drive : drives) {
-    const auto same = std::ranges::find_if(real, [&](const auto& other) { return other->id() == drive->id(); });
-    places.insert(drive->id());
-    if (same != real.end()) drive = *same;
-  }
-  std::ranges::copy_if(real, std::back_inserter(drives),
-                       [&](const auto& drive) { return !places.contains(drive->id()); });
+ReadingDrives drivesInOrder(const std::vector<KnownDrive>& known, const RecorderList& recorders,
+                            const ReadingDrives& real) {
+  const auto driveOf = [&](const KnownDrive& drive) -> std::shared_ptr<ReadingDrive> {
+    const auto same = [&](const auto& other) { return other->id() == drive.id; };
+    if (const auto found = std::ranges::find_if(real, same); found != real.end()) return *found;
+    const auto recorder = std::ranges::find_if(recorders, same);
+    return std::make_shared<RecorderDrive>(recorder != recorders.end() ? *recorder : absentRecorder(drive));
+  };
+  ReadingDrives drives;
+  std::ranges::transform(known, std::back_inserter(drives), driveOf);
   return drives;
 }
 

@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "engines/disc/DriveSurvey.h"
+#include "engines/disc/KnownDrives.h"
 #include "engines/disc/ReadingDrive.h"
 #include "engines/disc/Recorder.h"
 #include "engines/ripper/CdNode.h"
@@ -15,10 +17,11 @@ namespace trackloom::engines::ripper {
 /// opens the drive and lets go of it; a reading holds it alone, with the tray locked.
 class CdDrive final : public ReadingDrive {
  public:
-  CdDrive(std::string path, LibraryLock library) : path_(std::move(path)), library_(std::move(library)) {}
+  CdDrive(const SeenDrive& seen, LibraryLock library)
+      : path_(seen.node), id_(seen.id), library_(std::move(library)), names_{seen.vendor, seen.product} {}
 
   /// The same that a recorder of the machine has.
-  std::string id() const override;
+  std::string id() const override { return id_; }
   DriveNames names() override;
   void take() override;
   bool discPresent() override;
@@ -33,15 +36,16 @@ class CdDrive final : public ReadingDrive {
   DiscText text(std::size_t tracks) const;
 
   std::string path_;
+  std::string id_;
   LibraryLock library_;
   DriveNames names_;
 };
 
-/// The CD drives of this machine that may be opened, /dev/sr0 first.
-ReadingDrives findCdDrives();
+/// Each of them as one that is read.
+ReadingDrives cdDrives(const std::vector<SeenDrive>& seen);
 
-/// Each known recorder in its place, through `real` where that has the same id, and behind them those of `real` that
-/// only read.
-ReadingDrives drivesInOrder(const RecorderList& recorders, const ReadingDrives& real);
+/// A drive for each known one: that of `real` which has its id, else the recorder, else one that is not connected.
+ReadingDrives drivesInOrder(const std::vector<KnownDrive>& known, const RecorderList& recorders,
+                            const ReadingDrives& real);
 
 }  // namespace trackloom::engines::ripper

@@ -9,6 +9,7 @@
 #include <tuple>
 #include <utility>
 
+#include "engines/disc/DriveId.h"
 #include "engines/disc/Sense.h"
 #include "engines/ground/Blocks.h"
 #include "engines/ground/EngineSettings.h"
@@ -47,7 +48,7 @@ DiscRipper::~DiscRipper() {
 
 DrivePlace* DiscRipper::placeAt(std::int16_t drive) const {
   const auto place = static_cast<std::size_t>(drive);
-  return drive >= 0 && place < parts_->drives.size() ? &parts_->drives[place] : nullptr;
+  return drive >= 0 && place < parts_->drives->size() ? &(*parts_->drives)[place] : nullptr;
 }
 
 DriveNames DiscRipper::namesOf(std::int16_t drive) const {
@@ -58,13 +59,12 @@ DriveNames DiscRipper::namesOf(std::int16_t drive) const {
 
 std::int16_t DiscRipper::DeviceCount() {
   constexpr std::size_t most = std::numeric_limits<std::int16_t>::max();
-  return static_cast<std::int16_t>(std::min(parts_->drives.size(), most));
+  return static_cast<std::int16_t>(std::min(parts_->drives->size(), most));
 }
 
 std::string DiscRipper::DeviceLetter(std::int16_t drive) {
   if (placeAt(drive) == nullptr) return "";
-  constexpr int lettersFromD = 'Z' - 'D' + 1;
-  return {drive < lettersFromD ? static_cast<char>('D' + drive) : '?'};
+  return driveLetter(static_cast<std::size_t>(drive));
 }
 
 std::string DiscRipper::DeviceVendor(std::int16_t drive) {

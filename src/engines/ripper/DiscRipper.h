@@ -23,7 +23,7 @@ struct DrivePlace {
 
 /// What all instances have in common. Belongs to the UI thread.
 struct RipperParts {
-  std::vector<DrivePlace> drives;
+  Lazily<std::vector<DrivePlace>> drives;
   EventQueue& events;
   RipperSettings settings;
   /// Where what a drive may keep waiting is done.
@@ -42,7 +42,6 @@ class DiscRipper final : public CDRipperX {
   void listen(CDRipperEvents* listener) override { listener_->who = listener; }
 
   std::int16_t DeviceCount() override;
-  /// "D" is the first; "?" from the 24th on.
   std::string DeviceLetter(std::int16_t drive) override;
   std::string DeviceVendor(std::int16_t drive) override;
   std::string DeviceModel(std::int16_t drive) override;

@@ -10,10 +10,12 @@ namespace trackloom::engines::ripper {
 
 namespace {
 
-std::vector<DrivePlace> placesOf(const ReadingDrives& drives) {
-  std::vector<DrivePlace> places;
-  for (const auto& drive : drives) places.push_back({drive, {}});
-  return places;
+Lazily<std::vector<DrivePlace>> placesOf(Lazily<ReadingDrives> drives) {
+  return Lazily<std::vector<DrivePlace>>([drives = std::move(drives)] {
+    std::vector<DrivePlace> places;
+    for (const auto& drive : *drives) places.push_back({drive, {}});
+    return places;
+  });
 }
 
 Aside::Until waiting(Patience& patience) {
@@ -22,8 +24,8 @@ Aside::Until waiting(Patience& patience) {
 
 }  // namespace
 
-DiscRippers::DiscRippers(ReadingDrives drives, EventQueue& events, Patience& patience, RipperSettings settings)
-    : parts_(new RipperParts{placesOf(drives), events, std::move(settings), Aside(waiting(patience))}) {
+DiscRippers::DiscRippers(Lazily<ReadingDrives> drives, EventQueue& events, Patience& patience, RipperSettings settings)
+    : parts_(new RipperParts{placesOf(std::move(drives)), events, std::move(settings), Aside(waiting(patience))}) {
   if (parts_->settings.cores == 0) parts_->settings.cores = std::max(1U, std::thread::hardware_concurrency());
 }
 

@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "engines/disc/Lazily.h"
 #include "engines/disc/ReadingDrive.h"
 #include "ports/CDRipperX.h"
 #include "ports/EventQueue.h"
@@ -25,8 +26,8 @@ struct RipperSettings {
 /// Makes rip engines that share the machine's drives.
 class DiscRippers final : public RipEngines {
  public:
-  /// `events` and `patience` must outlive every instance.
-  DiscRippers(ReadingDrives drives, EventQueue& events, Patience& patience, RipperSettings settings);
+  /// `events` and `patience` must outlive every instance. The drives are found when an instance is first asked for one.
+  DiscRippers(Lazily<ReadingDrives> drives, EventQueue& events, Patience& patience, RipperSettings settings);
 
   std::unique_ptr<CDRipperX> create() override;
 

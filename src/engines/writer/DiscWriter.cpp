@@ -8,6 +8,7 @@
 #include <thread>
 #include <utility>
 
+#include "engines/disc/DriveId.h"
 #include "engines/disc/Sense.h"
 #include "engines/ground/Blocks.h"
 #include "engines/writer/EventsInCall.h"
@@ -38,7 +39,8 @@ DiscWriter::~DiscWriter() {
 
 std::shared_ptr<Recorder> DiscWriter::recorderAt(std::int16_t drive) const {
   const auto place = static_cast<std::size_t>(drive);
-  return drive >= 0 && place < parts_->recorders.size() ? parts_->recorders[place] : nullptr;
+  const RecorderList& all = parts_->drives->recorders;
+  return drive >= 0 && place < all.size() ? all[place] : nullptr;
 }
 
 DriveSnapshot DiscWriter::look(const std::shared_ptr<Recorder>& drive) const {
@@ -47,13 +49,12 @@ DriveSnapshot DiscWriter::look(const std::shared_ptr<Recorder>& drive) const {
 
 std::int16_t DiscWriter::DriveCount() {
   constexpr std::size_t most = std::numeric_limits<std::int16_t>::max();
-  return static_cast<std::int16_t>(std::min(parts_->recorders.size(), most));
+  return static_cast<std::int16_t>(std::min(parts_->drives->recorders.size(), most));
 }
 
 std::string DiscWriter::DriveLetter(std::int16_t drive) {
   if (recorderAt(drive) == nullptr) return "";
-  constexpr int lettersFromD = 'Z' - 'D' + 1;
-  return {drive < lettersFromD ? static_cast<char>('D' + drive) : '?'};
+  return driveLetter(parts_->drives->places[static_cast<std::size_t>(drive)]);
 }
 
 std::string DiscWriter::DriveVendor(std::int16_t drive) {

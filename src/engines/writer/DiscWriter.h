@@ -46,7 +46,6 @@ class DiscWriter final : public CDWriterXP {
   DiscWriter& operator=(const DiscWriter&) = delete;
 
   std::int16_t DriveCount() override;
-  /// "D" is the first; "?" from the 24th on.
   std::string DriveLetter(std::int16_t drive) override;
   std::string DriveVendor(std::int16_t drive) override;
   std::string DriveProduct(std::int16_t drive) override;

@@ -4,7 +4,8 @@
 #include <memory>
 
 #include "engines/audio/AudioFiles.h"
-#include "engines/disc/Recorder.h"
+#include "engines/disc/KnownDrives.h"
+#include "engines/disc/Lazily.h"
 #include "ports/CDWriterXP.h"
 #include "ports/EventQueue.h"
 #include "ports/FailureDetail.h"
@@ -29,7 +30,10 @@ struct WriterSettings {
 /// Makes writer engines that share the machine's recorders and what was learned of its audio files.
 class DiscWriters final : public WriterEngines {
  public:
-  /// `events` and `patience` must outlive every instance.
+  /// `events` and `patience` must outlive every instance. The drives are found when an instance is first asked for one.
+  DiscWriters(Lazily<PlacedRecorders> drives, std::shared_ptr<audio::AudioFiles> audioFiles, EventQueue& events,
+              Patience& patience, WriterSettings settings);
+  /// Of a machine whose drives are known already.
   DiscWriters(RecorderList recorders, std::shared_ptr<audio::AudioFiles> audioFiles, EventQueue& events,
               Patience& patience, WriterSettings settings);
 

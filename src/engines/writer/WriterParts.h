@@ -6,7 +6,8 @@
 #include <vector>
 
 #include "engines/audio/AudioFiles.h"
-#include "engines/disc/Recorder.h"
+#include "engines/disc/KnownDrives.h"
+#include "engines/disc/Lazily.h"
 #include "engines/writer/LastFailure.h"
 #include "engines/writer/Reader.h"
 #include "ports/EventQueue.h"
@@ -18,7 +19,7 @@ namespace trackloom::engines::writer {
 
 /// What all instances of the writer engine share.
 struct WriterParts {
-  RecorderList recorders;
+  Lazily<PlacedRecorders> drives;
   std::shared_ptr<audio::AudioFiles> audioFiles;
   /// The sound of these files as the tracks of a disc.
   std::function<SourceOpener(std::vector<std::shared_ptr<Source>>)> audioSource;

@@ -74,6 +74,7 @@ const std::map<std::uint8_t, Drive::Entry>& Drive::entries() {
 
 Outcome Drive::run(const Command& command) {
   const std::lock_guard lock(mutex_);
+  for (lookAtSettings(); settings_.hangs; lookAtSettings()) std::this_thread::sleep_for(std::chrono::milliseconds(5));
   Outcome outcome = answer(command);
   if (command[0] != 0x03) lastSense_ = outcome.sense;
   if (background_ && outcome.sense == background_->sense) {

@@ -74,6 +74,10 @@ std::vector<std::string> Nodes::paths() const {
 
 int Nodes::open(const char* path, int flags) {
   const fs::path folder = *home() / *nameIn(path);
+  if (!Settings::load(folder / "drive.ini").rights) {
+    errno = EACCES;
+    return -1;
+  }
   const int access = flags & O_ACCMODE;
   const int fd = ::open((folder / "node").c_str(), access | O_CREAT | O_CLOEXEC, 0660);
   if (fd < 0) return fd;

@@ -66,6 +66,8 @@ std::map<std::string, Place> placesOf(Settings& settings) {
           {"writes discs", &settings.writesDiscs},
           {"write guard", &settings.writeGuard},
           {"tray stuck", &settings.trayStuck},
+          {"rights", &settings.rights},
+          {"hangs", &settings.hangs},
           {"profile", &settings.profile},
           {"speed is told", &settings.speedIsTold},
           {"pace", &settings.pace},

@@ -36,6 +36,10 @@ struct Settings {
   bool writesDiscs = true;
   bool writeGuard = true;
   bool trayStuck = false;
+  /// No: nobody may open it.
+  bool rights = true;
+  /// Answers nothing, until this is no.
+  bool hangs = false;
   /// What kind of disc it says is in it; 0: what there is.
   std::uint32_t profile = 0;
   bool speedIsTold = true;

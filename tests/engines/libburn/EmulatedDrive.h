@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "contract/WriterWorld.h"
-#include "engines/libburn/LibburnRecorders.h"
+#include "engines/libburn/FoundDrives.h"
 #include "fakes/TempFolder.h"
 #include "fakes/TestFiles.h"
 #include "ports/DiscMounts.h"

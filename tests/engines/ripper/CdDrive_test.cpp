@@ -9,7 +9,7 @@
 #include "drive/Disc.h"
 #include "drive/Sectors.h"
 #include "engines/disc/Sense.h"
-#include "engines/libburn/LibburnRecorders.h"
+#include "engines/libburn/FoundDrives.h"
 #include "engines/ripper/FullContents.h"
 #include "engines/ripper/LeadInPacks.h"
 #include "engines/ripper/RipWorld.h"
@@ -26,8 +26,8 @@ class CdWorld : public contract::RipperWorld {
     ::setenv("EMULATED_DRIVES", (folder / "drives").c_str(), 1);
     configure("");
     folder.write("out/keep", "");
-    rippers =
-        std::make_unique<DiscRippers>(findCdDrives(), queue, patience, RipperSettings{HostPath(folder.path()), 2});
+    rippers = std::make_unique<DiscRippers>(cdDrives(libburn::seenDrives()), queue, patience,
+                                            RipperSettings{HostPath(folder.path()), 2});
     engine = rippers->create();
     engine->listen(&transcript);
   }
@@ -142,7 +142,7 @@ TEST_CASE("The last track of a session ends at that session's lead-out") {
 TEST_CASE("Pre-emphasis is seen in the table of contents") {
   CdWorld world;
   world.layOut({{true, 0, 400}}, {}, 1);
-  const auto contents = findCdDrives().front()->contents();
+  const auto contents = cdDrives(libburn::seenDrives()).front()->contents();
   REQUIRE(contents);
   CHECK(contents->tracks.front().preEmphasis);
 }
@@ -150,10 +150,10 @@ TEST_CASE("Pre-emphasis is seen in the table of contents") {
 TEST_CASE("A drive of the machine tells the names in its disc's lead-in, and a disc without any is read too") {
   CdWorld world;
   world.insert({{true, 0, 40}, {true, 190, 40}});
-  CHECK(findCdDrives().front()->contents().value().text == DiscText{});
+  CHECK(cdDrives(libburn::seenDrives()).front()->contents().value().text == DiscText{});
   const auto packs = LeadInPacks().add(0x80, {"Album", "One", "Two"}).add(0x81, {"Artist", "Artist", "Guest"}).packs(2);
   emulated::Sectors(world.folder / "drives/sr0/disc").writeText(packs);
-  CHECK(findCdDrives().front()->contents().value().text ==
+  CHECK(cdDrives(libburn::seenDrives()).front()->contents().value().text ==
         DiscText{{"Album", "Artist"}, {{"One", "Artist"}, {"Two", "Guest"}}});
 }
 
@@ -209,23 +209,30 @@ TEST_CASE("A cancel ends the retries of a drive of the machine") {
   CHECK(world.ripper().SelectRipDrive(0));
 }
 
-TEST_CASE("Drives stand in the places of the recorders, and those that only read behind them") {
+TEST_CASE("Every known drive has its place among those that read, and is the one that there is") {
   CdWorld world;
   virtualrecorder::createVirtualRecorder(world.folder.host("Virtual Recorder"));
   const RecorderList recorders = virtualrecorder::findVirtualRecorders(HostPath(world.folder.path()));
-  const ReadingDrives drives = drivesInOrder(recorders, findCdDrives());
-  REQUIRE(drives.size() == 2);
-  CHECK(drives[0]->id() == "Virtual Recorder");
-  CHECK(drives[1]->id() == "EMULATED CD RECORDER 0001");
-  CHECK(drives[1]->names().vendor == "EMULATED");
-  CHECK(drivesInOrder(recorders, {}).size() == 1);
+  const std::vector<KnownDrive> known{{"gone", "V", "reader", true},
+                                      {"Virtual Recorder", "v", "p"},
+                                      {"EMULATED CD RECORDER 0001", "v", "p", true},
+                                      {"away", "V", "recorder"}};
+  const ReadingDrives drives = drivesInOrder(known, recorders, cdDrives(libburn::seenDrives()));
+  REQUIRE(drives.size() == 4);
+  CHECK(drives[0]->names().product == "reader (not connected)");
+  CHECK_FALSE(drives[0]->discPresent());
+  CHECK(drives[1]->id() == "Virtual Recorder");
+  CHECK(drives[2]->id() == "EMULATED CD RECORDER 0001");
+  CHECK(drives[2]->names().vendor == "EMULATED");
+  CHECK(dynamic_cast<CdDrive*>(drives[2].get()) != nullptr);
+  CHECK(drives[3]->names().product == "recorder (not connected)");
 }
 
 TEST_CASE("A recorder of the machine is one drive, whether it writes or reads") {
   const CdWorld world;
   const RecorderList recorders = libburn::findRecorders();
   REQUIRE(recorders.size() == 1);
-  const ReadingDrives drives = drivesInOrder(recorders, findCdDrives());
+  const ReadingDrives drives = drivesInOrder(asKnown(recorders), recorders, cdDrives(libburn::seenDrives()));
   REQUIRE(drives.size() == 1);
   CHECK(drives[0]->id() == recorders[0]->id());
   CHECK(dynamic_cast<CdDrive*>(drives[0].get()) != nullptr);

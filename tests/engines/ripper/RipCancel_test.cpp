@@ -45,7 +45,7 @@ TEST_CASE("A cancel is told before the end, though the rip's threads end while i
   fakes::FakePatience patience;
   fakes::RipperTranscript heard;
   const auto drive = std::make_shared<SluggishDrive>();
-  DiscRippers rippers({drive}, queue, patience, {HostPath(folder.path())});
+  DiscRippers rippers(ReadingDrives{drive}, queue, patience, {HostPath(folder.path())});
   const auto ripper = rippers.create();
   ripper->listen(&heard);
   REQUIRE(ripper->SelectRipDrive(0));

@@ -34,7 +34,7 @@ TEST_CASE("A hundred thousand retries are all told, and leave the stack flat tho
   fakes::FakeEventQueue queue;
   fakes::FakePatience patience;
   fakes::RipperTranscript heard;
-  DiscRippers rippers({std::make_shared<TiringDrive>()}, queue, patience, {HostPath(folder.path())});
+  DiscRippers rippers(ReadingDrives{std::make_shared<TiringDrive>()}, queue, patience, {HostPath(folder.path())});
   const auto ripper = rippers.create();
   ripper->listen(&heard);
   REQUIRE(ripper->SelectRipDrive(0));

@@ -28,9 +28,9 @@ class Machine {
     const HostPath folder(box.root().string());
     const std::vector<KnownDrive> known = loadKnownDrives(folder);
     const RecorderList present = findVirtualRecorders(folder, known);
-    const std::vector<KnownDrive> drives = withPresent(known, present);
+    const std::vector<KnownDrive> drives = withPresent(known, asKnown(present));
     saveKnownDrives(folder, drives);
-    return inKnownOrder(drives, present);
+    return inKnownOrder(drives, present).recorders;
   }
   Names products() const {
     Names all;
@@ -106,7 +106,7 @@ TEST_CASE("The list of drives leaves the user's settings and words as they are, 
   machine.start();
   const std::string text = readFile(machine.settings());
   CHECK(text.starts_with(mine));
-  CHECK_THAT(text, Contains("\n; The recorders in the order of their letters, as they were first seen. May be cut.\n"
+  CHECK_THAT(text, Contains("\n; The drives in the order of their letters, as they were first seen. May be cut.\n"
                             "1 = Virtual Recorder|Virtual|CD Recorder"));
   machine.start();
   CHECK(readFile(machine.settings()) == text);

@@ -72,7 +72,7 @@ class HangingWorld {
       return openerOf(path, path == file ? network : std::make_shared<Network>());
     };
     const auto parts = std::make_shared<const WriterParts>(
-        WriterParts{virtualrecorder::findVirtualRecorders(HostPath(folder.path())),
+        WriterParts{PlacedRecorders(virtualrecorder::findVirtualRecorders(HostPath(folder.path()))),
                     std::make_shared<audio::AudioFiles>(), open, queue, 150, folder.host("scratch"), false, patience,
                     std::make_shared<Aside>([this](const Aside::Wait& wait) { patience.until(wait); }), detail});
     writer = std::make_unique<DiscWriter>(parts, heard);
