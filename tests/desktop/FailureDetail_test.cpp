@@ -5,6 +5,7 @@
 #include <QClipboard>
 #include <QGroupBox>
 #include <QLabel>
+#include <QMessageBox>
 #include <catch2/catch.hpp>
 
 #include "desktop/LiveProgram.h"
@@ -94,6 +95,34 @@ TEST_CASE("A screen reader comes to the detail behind the message, and the keybo
     CHECK(frame->child(1)->text(QAccessible::Value).toStdString() == Missing);
     CHECK(frame->child(1)->state().readOnly);
   });
+}
+
+TEST_CASE("A box that says that the drive has failed has the reason below its words, and no other box has") {
+  trial::LiveProgram live;
+  ToldDetail detail;
+  detail.text = "the disc in /dev/sr0 is open as /media/u/Mix: close bash (4711), and unmount it";
+  live.desk.setFailureDetail(detail);
+  live.startQuietly();
+  live.engines.stage.ejectFails = true;
+  const auto reason = [&](const char* title, const std::string& below) {
+    live.user.at(title, [below](QWidget& window) {
+      CHECK(dynamic_cast<QMessageBox&>(window).informativeText().toStdString() == below);
+      dynamic_cast<QMessageBox&>(window).button(QMessageBox::Ok)->click();
+    });
+  };
+  reason("Eject", detail.text);
+  live.click("mnuToolsEject");
+  live.user.finish();
+  const std::string error = "There was an error encountered trying to ";
+  for (const char* what : {"perform the requested disc operation.", "erase the inserted disc.",
+                           "close the last session on the inserted CD.", "close the current disc."}) {
+    reason("Error", detail.text);
+    live.desk.enter([&] { live.program.session().ask({"Error", error + what}); });
+    live.user.finish();
+  }
+  reason("Error", "");
+  live.desk.enter([&] { live.program.session().ask({"Error", "An error was encountered."}); });
+  live.user.finish();
 }
 
 }  // namespace trackloom
