@@ -1,6 +1,5 @@
 #include "desktop/Binder.h"
 
-#include <QAccessible>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QGroupBox>
@@ -36,6 +35,7 @@
 #include "desktop/FolderTie.h"
 #include "desktop/ListTie.h"
 #include "desktop/Make.h"
+#include "desktop/NoticeReading.h"
 #include "desktop/PictureView.h"
 #include "desktop/QtDesk.h"
 #include "desktop/Shown.h"
@@ -215,8 +215,7 @@ void Binder::visit(Frame& control) {
 void showText(QLabel& label, const QString& text) {
   if (label.text() == text) return;
   label.setText(text);
-  QAccessibleEvent heard(&label, QAccessible::Alert);
-  if (label.property("told").toBool() && !text.isEmpty()) QAccessible::updateAccessibility(&heard);
+  if (label.isVisible()) tellNotice(label);
 }
 
 void Binder::visit(Label& control) {

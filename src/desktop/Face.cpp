@@ -183,6 +183,8 @@ void Face::tellFailureDetail() {
   const std::string detail = desk_.failureDetail();
   line->setPlainText(shown(detail));
   line->setVisible(!detail.empty());
+  // Screen readers say it behind the message.
+  if (auto* message = window_->findChild<QLabel*>("lblError")) message->setAccessibleDescription(shown(detail));
   // The line can have the focus, to be copied, but Close is what the user comes to first.
   if (const Button* button = buttonFor(*form_, Qt::Key_Return)) widgetOf(*button)->setFocus();
 }

@@ -1,6 +1,5 @@
 #include "desktop/FrontPanel.h"
 
-#include <QAccessible>
 #include <QDateTime>
 #include <QKeyEvent>
 #include <QMenu>
@@ -9,6 +8,7 @@
 #include <utility>
 
 #include "desktop/Make.h"
+#include "desktop/NoticeReading.h"
 #include "desktop/PanelParts.h"
 #include "desktop/PanelWords.h"
 #include "desktop/Shown.h"
@@ -178,9 +178,9 @@ void FrontPanel::showButtons() {
 }
 
 void FrontPanel::say(const std::string& words) {
+  const bool inSight = parts_->message.isVisible();
   showText(parts_->message, words);
-  QAccessibleEvent told(&parts_->message, QAccessible::Alert);
-  if (!words.empty()) QAccessible::updateAccessibility(&told);
+  if (inSight) tellNotice(parts_->message);
 }
 
 void FrontPanel::perform(Deed deed, std::function<void(bool done)> after) {

@@ -8,6 +8,7 @@
 
 #include "desktop/Appearance.h"
 #include "desktop/EditReading.h"
+#include "desktop/NoticeReading.h"
 #include "desktop/PageView.h"
 
 namespace trackloom {
@@ -110,6 +111,7 @@ void dress(QApplication& application) {
   followColourScheme();
   letEditsBeRead();
   letPagesBeRead();
+  letNoticesBeRead();
 }
 
 }  // namespace trackloom

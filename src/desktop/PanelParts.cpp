@@ -97,6 +97,8 @@ PanelParts::PanelParts(QWidget& window)
       lastWord(named<SelectableText>(window, "lastWord")),
       showFiles(button(window, "showFiles", "Show &Files")),
       close(button(window, "close", "&Close")) {
+  message.setProperty("told", true);
+  questionText.setProperty("told", true);
   auto& tray = make<QGroupBox>(window, "Tray");
   layOutTray(tray, *this);
   layOutQuestion(*this);

@@ -1,6 +1,5 @@
 #include "desktop/PrintPreview.h"
 
-#include <QAccessible>
 #include <QBoxLayout>
 #include <QKeyEvent>
 #include <QScrollBar>
@@ -10,6 +9,7 @@
 #include <utility>
 
 #include "desktop/Make.h"
+#include "desktop/NoticeReading.h"
 #include "desktop/Shown.h"
 #include "desktop/Wheel.h"
 
@@ -52,6 +52,7 @@ void PrintPreview::build() {
   words_.setTextFormat(Qt::PlainText);
   words_.setWordWrap(true);
   words_.setMargin(8);
+  words_.setProperty("told", true);
   words_.hide();
   setFocusProxy(&view_);
 }
@@ -168,10 +169,10 @@ void PrintPreview::resizeEvent(QResizeEvent* event) {
 }
 
 void PrintPreview::say(const std::string& words) {
+  const bool inSight = words_.isVisible();
   words_.setText(shown(words));
   words_.setVisible(!words.empty());
-  QAccessibleEvent told(&words_, QAccessible::Alert);
-  QAccessible::updateAccessibility(&told);
+  if (inSight) tellNotice(words_);
 }
 
 bool PrintPreview::eventFilter(QObject* /*watched*/, QEvent* event) {

@@ -98,8 +98,9 @@ QAccessibleInterface* objectOf(const QWidget& window, const Control& control) {
 Lines wrongRoles(const Form& form, const QWidget& window) {
   Lines wrong;
   for (Control* control : form.controls()) {
-    const QAccessible::Role role = RoleOf(*control).role;
     const QAccessibleInterface* object = objectOf(window, *control);
+    const bool notice = object != nullptr && object->object()->property("told").toBool();
+    const QAccessible::Role role = notice ? QAccessible::Notification : RoleOf(*control).role;
     if (role != QAccessible::NoRole && (object == nullptr || object->role() != role)) wrong.push_back(control->name());
   }
   return wrong;

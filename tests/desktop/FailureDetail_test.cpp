@@ -92,6 +92,8 @@ TEST_CASE("A screen reader comes to the detail behind the message, and the keybo
     QAccessibleInterface* frame = QAccessible::queryAccessibleInterface(&in<QGroupBox>(window, "Frame1"));
     REQUIRE(frame->childCount() == 2);
     CHECK(frame->child(0)->text(QAccessible::Name).startsWith(" A file error"));
+    CHECK(frame->child(0)->role() == QAccessible::Notification);
+    CHECK(frame->child(0)->text(QAccessible::Description).toStdString() == Missing);
     CHECK(frame->child(1)->text(QAccessible::Value).toStdString() == Missing);
     CHECK(frame->child(1)->state().readOnly);
   });

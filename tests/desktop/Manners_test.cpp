@@ -66,15 +66,33 @@ TEST_CASE("A screen reader hears each new operation of a recording once") {
   status.lblOperation.Enabled = true;
   frmStatus::say(status.lblOperation, "Writing Track #1...");
   frmStatus::say(status.lblDevice, "50%");
-  CHECK(ear.count("lblOperation", QAccessible::Alert) == 1);
+  CHECK(ear.count("lblOperation", QAccessible::ObjectShow) == 1);
   CHECK(ear.count("lblOperation", QAccessible::NameChanged) == 1);
-  CHECK(ear.count("lblDevice", QAccessible::Alert) == 0);
+  CHECK(ear.count("lblDevice", QAccessible::ObjectShow) == 0);
   frmStatus::say(status.lblOperation, "Closing Track #1...");
-  CHECK(ear.count("lblOperation", QAccessible::Alert) == 2);
+  CHECK(ear.count("lblOperation", QAccessible::ObjectShow) == 2);
   frmStatus::say(status.lblOperation, "Writing Track #1...");
   frmStatus::say(status.lblOperation, "");
-  CHECK(ear.count("lblOperation", QAccessible::Alert) == 3);
+  CHECK(ear.count("lblOperation", QAccessible::ObjectShow) == 3);
   CHECK(shown.window.findChild<QLabel*>("lblOperation")->text().isEmpty());
+}
+
+// A screen reader says aloud what notifications say when they come into sight, and no other label.
+TEST_CASE("What a window has to tell is a notification to screen readers, by the very words that are shown") {
+  const trial::AllForms forms;
+  const std::set<std::string> notices{"frmStatus lblOperation", "frmDone lblTypeInfo", "frmError lblError",
+                                      "frmReading Label1"};
+  std::set<std::string> found;
+  for (const auto& form : forms.all) {
+    const trial::ShownForm shown(*form);
+    for (QWidget* widget : shown.window.findChildren<QWidget*>()) {
+      const QAccessibleInterface* heard = QAccessible::queryAccessibleInterface(widget);
+      if (heard == nullptr || heard->role() != QAccessible::Notification) continue;
+      found.insert(form->name() + " " + widget->objectName().toStdString());
+      if (const auto* label = qobject_cast<QLabel*>(widget)) CHECK(heard->text(QAccessible::Name) == label->text());
+    }
+  }
+  CHECK(found == notices);
 }
 
 TEST_CASE("A screen reader hears of progress every ten percent, and the bar shows every step") {

@@ -1,3 +1,4 @@
+#include <QAccessible>
 #include <QApplication>
 #include <QComboBox>
 #include <QMenu>
@@ -95,6 +96,9 @@ TEST_CASE("A name that is refused stays in its box, with the reason in the panel
   panel.button("rename").click();
   panel.type("../x");
   REQUIRE(comes([&] { return panel.message() == panel.shelf().refusal; }));
+  const auto* heard = QAccessible::queryAccessibleInterface(&panel.part<QTextEdit>("message"));
+  CHECK(heard->role() == QAccessible::Notification);
+  CHECK(heard->text(QAccessible::Name).toStdString() == panel.shelf().refusal);
   REQUIRE(panel.nameBox() != nullptr);
   CHECK(panel.nameBox()->text() == "../x");
   CHECK(QApplication::activeModalWidget() == nullptr);
