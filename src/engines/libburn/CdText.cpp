@@ -54,8 +54,7 @@ Names titlesOf(const DiscText& text) {
   return names;
 }
 
-/// A track without a performer of its own has the disc's: players show no other, and some readers lose count at an
-/// empty one.
+/// A track without a performer of its own has the disc's, since players show no other.
 Names performersOf(const DiscText& text) {
   Names names{performerPack, latin1(text.disc.performer), {}};
   for (const DiscName& track : text.tracks)
@@ -72,10 +71,13 @@ int lengthOf(const std::string& name) {
   return static_cast<int>(name.size()) + 1;
 }
 
-/// Where one track has a name all of them have, if only an empty one: names are told by their order.
+/// Where one has a name all have, if only a blank: names are told by their order, and some readers lose count at an
+/// empty one.
 void set(burn::burn_session* session, const std::vector<OwnedTrack>& tracks, Names names) {
   if (!names.any()) return;
   names.tracks.resize(tracks.size());
+  if (names.disc.empty()) names.disc = " ";
+  std::ranges::replace(names.tracks, std::string(), std::string(" "));
   burn::burn_session_set_cdtext(session, onlyBlock, names.pack, nullptr, bytesOf(names.disc), lengthOf(names.disc), 0);
   for (std::size_t i = 0; i < tracks.size(); ++i) {
     std::string& name = names.tracks[i];

@@ -25,9 +25,11 @@ std::vector<std::uint8_t> packsOf(std::span<const std::uint8_t> reply) {
   return {packs.begin(), packs.end()};
 }
 
+/// Blanks alone stand in the place of a name that there is not.
 std::string fieldOf(const Text& text, cdtext_field_t field, std::size_t track) {
-  const char* words = cdtext_get_const(text.get(), field, static_cast<track_t>(track));
-  return words == nullptr ? "" : words;
+  const char* told = cdtext_get_const(text.get(), field, static_cast<track_t>(track));
+  const std::string words = told == nullptr ? "" : told;
+  return words.find_first_not_of(' ') == std::string::npos ? "" : words;
 }
 
 /// Track 0 stands for the disc.

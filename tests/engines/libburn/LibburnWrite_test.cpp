@@ -17,6 +17,13 @@ std::string trackList(const LibburnWorld& world) {
                          "' LD_PRELOAD='" EMULATED_DRIVE_LIBRARY "' cd-info --no-cddb /dev/sr0");
 }
 
+/// The part of a track list that tells the names of the disc, or of a track.
+std::string textOf(const std::string& what, const std::string& list) {
+  const std::size_t begin = list.find("CD-TEXT for " + what + ":");
+  REQUIRE(begin != std::string::npos);
+  return list.substr(begin, list.find("CD-TEXT", begin + 1) - begin);
+}
+
 struct Silence : SectorSource {
   void beginTrack(std::int16_t /*track*/) override {}
   void read(std::span<std::byte> sectors) override { std::ranges::fill(sectors, std::byte{0}); }
@@ -56,15 +63,21 @@ TEST_CASE("The names of a disc that is written at once stand on it where other p
   SECTION("closed") {
     writeSilence(order);
     const std::string list = trackList(world);
-    const auto told = [&list](const std::string& of) {
-      const std::size_t begin = list.find("CD-TEXT for " + of + ":");
-      REQUIRE(begin != std::string::npos);
-      return list.substr(begin, list.find("CD-TEXT", begin + 1) - begin);
-    };
+    const auto told = [&list](const std::string& of) { return textOf(of, list); };
     CHECK_THAT(told("Disc"), Contains("TITLE: Evening") && Contains("PERFORMER: The \"Strings\""));
     CHECK_THAT(told("Track  1"), Contains("TITLE: Pr\xC3\xA9lude") && Contains("PERFORMER: The \"Strings\""));
     CHECK_THAT(told("Track  2"), Contains("TITLE: ?????") && Contains("PERFORMER: Somebody"));
     CHECK_THAT(told("Track  3"), Contains("TITLE: It's over") && Contains("PERFORMER: The \"Strings\""));
+  }
+  SECTION("some without a name") {
+    order.text = {{"", ""}, {{"First", ""}, {"", "Somebody"}, {"Third", ""}}};
+    writeSilence(order);
+    const std::string list = trackList(world);
+    const auto told = [&list](const std::string& of) { return textOf(of, list); };
+    CHECK_THAT(told("Disc"), !Contains("First") && !Contains("Somebody"));
+    CHECK_THAT(told("Track  1"), Contains("TITLE: First") && !Contains("Somebody"));
+    CHECK_THAT(told("Track  2"), !Contains("First") && !Contains("Third") && Contains("PERFORMER: Somebody"));
+    CHECK_THAT(told("Track  3"), Contains("TITLE: Third") && !Contains("Somebody"));
   }
   SECTION("without names") {
     order.text = {};

@@ -24,4 +24,9 @@ TEST_CASE("A lead-in that bears no names, or none that make sense, is a disc wit
   CHECK(textFrom(noise, 1).tracks.size() <= 1);
 }
 
+TEST_CASE("A blank in a lead-in stands for no name, and the others stay where they are") {
+  const auto reply = LeadInPacks().add(0x80, {" ", "One", " ", "Three x"}).add(0x81, {" ", " ", "Guest", " "}).reply(3);
+  CHECK(textFrom(reply, 3) == DiscText{{"", ""}, {{"One", ""}, {"", "Guest"}, {"Three x", ""}}});
+}
+
 }  // namespace trackloom::engines::ripper
