@@ -135,6 +135,12 @@ TEST_CASE("Typing and pasting stop at the length of a text box, and the program'
   QTest::keyClick(&line, Qt::Key_Backspace);
   CHECK(shown.form->txtName.Text == std::string("longer than fiv"));
 
+  QTest::keyClick(&line, Qt::Key_Home);
+  QTest::keyClick(&line, Qt::Key_Right);
+  QTest::keyClicks(&line, "x");
+  CHECK(line.text() == "longer than fiv");
+  CHECK(line.cursorPosition() == 1);
+
   line.selectAll();
   QApplication::clipboard()->setText("pasted text");
   line.paste();

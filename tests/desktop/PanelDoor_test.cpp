@@ -95,7 +95,11 @@ TEST_CASE("The panel's button stands beside the status bar while a recorder is t
   panel()->close();
   CHECK(panel() == nullptr);
   button.click();
-  CHECK(panel() != nullptr);
+  REQUIRE(panel() != nullptr);
+  panel()->showMinimized();
+  button.click();
+  CHECK_FALSE(panel()->isMinimized());
+  CHECK_FALSE(panel()->isMaximized());
   live.desk.enter([&] { live.form().hide(); });
   CHECK(panel() != nullptr);
   other->change([&] { other->view.present = false; });

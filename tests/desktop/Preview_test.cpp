@@ -48,6 +48,13 @@ struct Preview {
     box.setCurrentText(entry);
     emit box.activated(box.currentIndex());
   }
+  /// Pixels between a box and the caption that belongs to it.
+  int gapBefore(const QComboBox& box) const {
+    for (const QLabel* label : preview.findChildren<QLabel*>())
+      if (label->buddy() == &box) return box.geometry().left() - label->geometry().right();
+    FAIL("No caption");
+    throw std::logic_error("unreachable");
+  }
   bool says(const QString& words) const {
     for (const QLabel* label : preview.findChildren<QLabel*>())
       if (label->isVisibleTo(&preview) && label->text().contains(words)) return true;
@@ -95,6 +102,8 @@ TEST_CASE("The listing comes as a page at 100 percent that fills its window and 
     CHECK_FALSE(preview.button("Pre&vious").isEnabled());
     CHECK(preview.button("&Print...").isEnabled());
     CHECK(preview.button("&Save as PDF...").isEnabled());
+    CHECK(preview.gapBefore(preview.combo("100 %")) <= 10);
+    CHECK(preview.gapBefore(preview.combo("Letter")) <= 10);
   });
   CHECK_FALSE(listing.ended);
 }

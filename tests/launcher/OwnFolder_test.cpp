@@ -49,13 +49,13 @@ class Installed {
   }
 
   void user(const std::string& name) const { fs::create_directories(root_ / name); }
-  /// Starts the command as that user, in an environment with these settings only; its exit status.
+  /// Starts the command as that user, of whose session it knows these settings only; its exit status.
   int start(const std::string& name, const std::string& settings = "DISPLAY=:9", const std::string& after = "") const {
     fs::remove(root_ / "said/start");
     fs::remove(root_ / "said/window");
-    const std::string command = "env -i PATH=\"$PATH\" HOME='" + (root_ / name) + "' SAID='" + (root_ / "said") + "' " +
-                                settings + " '" + (root_ / "usr/bin/trackloom") + "' " + after + " 2> '" +
-                                (root_ / "said/words") + "'";
+    const std::string command = "env -u XDG_DATA_HOME -u DISPLAY -u WAYLAND_DISPLAY HOME='" + (root_ / name) +
+                                "' SAID='" + (root_ / "said") + "' " + settings + " '" + (root_ / "usr/bin/trackloom") +
+                                "' " + after + " 2> '" + (root_ / "said/words") + "'";
     const int end = std::system(command.c_str());
     return WIFEXITED(end) ? WEXITSTATUS(end) : -1;
   }

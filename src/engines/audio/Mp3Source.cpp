@@ -61,7 +61,6 @@ class Decoder {
     const auto freeSize = static_cast<long>(extent.freeSize == 0 ? -1 : extent.freeSize - HeaderSize);
     const bool ready = mpg123_param(handle_.get(), MPG123_ADD_FLAGS, set, 0) == MPG123_OK &&
                        mpg123_param(handle_.get(), MPG123_REMOVE_FLAGS, unset, 0) == MPG123_OK &&
-                       mpg123_param(handle_.get(), MPG123_RESYNC_LIMIT, -1, 0) == MPG123_OK &&
                        mpg123_param(handle_.get(), MPG123_FREEFORMAT_SIZE, freeSize, 0) == MPG123_OK &&
                        mpg123_format_none(handle_.get()) == MPG123_OK &&
                        mpg123_format(handle_.get(), 44'100, MPG123_STEREO, MPG123_ENC_SIGNED_16) == MPG123_OK &&

@@ -44,7 +44,6 @@ LameTrack::LameTrack(std::int32_t kbps) : lame_(lame_init()) {
   lame_set_VBR(lame_.get(), vbr_off);
   lame_set_brate(lame_.get(), kbps);
   lame_set_bWriteVbrTag(lame_.get(), 1);
-  lame_set_write_id3tag_automatic(lame_.get(), 0);
   if (lame_init_params(lame_.get()) < 0) throw failure("does not know " + std::to_string(kbps) + " kbps");
 }
 

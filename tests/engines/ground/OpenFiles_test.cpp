@@ -117,6 +117,17 @@ TEST_CASE("A read that ends early tells whether the file ended or the system ref
   CHECK(errno == EBADF);
 }
 
+TEST_CASE("A write tells how much of it is on the disk, be it a single byte") {
+  const TempFolder place;
+  place.write("file", "12345");
+  const FileDescriptor file = openFile(openFolder(place.path()), "file", O_RDWR);
+  constexpr std::array bytes{std::byte{'x'}, std::byte{'y'}};
+  CHECK(writeAt(file, std::span(bytes).first(1), 1) == 1);
+  CHECK(place.read("file") == "1x345");
+  CHECK(writeAt(file, bytes, 4) == 2);
+  CHECK(place.read("file") == "1x34xy");
+}
+
 TEST_CASE("A replacement takes the place of the old file, or leaves no trace") {
   const TempFolder place;
   place.write("file", "old");

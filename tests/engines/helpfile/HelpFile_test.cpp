@@ -75,6 +75,31 @@ TEST_CASE("Other programs take the same files out of a help file") {
     }
 }
 
+TEST_CASE("The directory is in order whatever the case of its names, and each chunk tells how many it holds") {
+  const std::string bytes = chmBytes({{"By.htm", "1"}, {"ca.htm", "2"}, {"Zebra.htm", "3"}, {"apple.htm", "4"}});
+  const std::size_t chunk = bytes.find("PMGL");
+  REQUIRE(chunk != std::string::npos);
+  const std::string directory = bytes.substr(chunk, 4096);
+  std::size_t last = 0;
+  for (const char* name : {"/apple.htm", "/By.htm", "/ca.htm", "/Zebra.htm"}) {
+    INFO(name);
+    const std::size_t place = directory.find(name);
+    REQUIRE(place != std::string::npos);
+    CHECK(place > last);
+    last = place;
+  }
+  // With the root and the names of the kinds of content there are six; the number ends the chunk, low byte first.
+  CHECK(directory.substr(4094) == std::string("\6\0", 2));
+}
+
+TEST_CASE("The file tells its own name, its first page and its window") {
+  const std::string bytes = helpFileBytes(smallBook());
+  // The records of #SYSTEM: code, length, text with its NUL.
+  CHECK(bytes.find(std::string("\6\0\xA\0trackloom\0", 14)) != std::string::npos);
+  CHECK(bytes.find(std::string("\2\0\xA\0start.htm\0", 14)) != std::string::npos);
+  CHECK(bytes.find(std::string("\5\0\5\0main\0", 9)) != std::string::npos);
+}
+
 TEST_CASE("The same pages give the same file, whenever and wherever it is made") {
   CHECK(helpFileBytes(smallBook()) == helpFileBytes(smallBook()));
   CHECK(helpFileBytes(smallBook()).find('/' + std::string("tmp")) == std::string::npos);
