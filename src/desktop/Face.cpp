@@ -14,6 +14,7 @@
 #include "desktop/Binder.h"
 #include "desktop/EventTap.h"
 #include "desktop/Make.h"
+#include "desktop/NoticeReading.h"
 #include "desktop/Placement.h"
 #include "desktop/QtDesk.h"
 #include "desktop/ScreenFit.h"
@@ -162,7 +163,15 @@ void Face::awaitActivation() {
 
 void Face::activateOnce() {
   if (!std::exchange(activationDue_, false)) return;
+  tellNotices();
   entry().later([this] { form_->activated(); });
+}
+
+/// What screen readers heard of a window before it was the active one they may have dropped. A window that goes on
+/// telling is left alone, since it would be heard twice.
+void Face::tellNotices() {
+  if (window_->property("ownEntry").toBool()) return;
+  for (QLabel* label : window_->findChildren<QLabel*>()) tellNotice(*label);
 }
 
 void Face::place(QWidget* owner) {

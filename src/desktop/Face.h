@@ -71,6 +71,7 @@ class Face : public std::enable_shared_from_this<Face> {
   void keepContents();
   void awaitActivation();
   void activateOnce();
+  void tellNotices();
   void place(QWidget* owner);
   /// Fills the line that is no control of the form: what the engine knows about the failure that the form tells.
   void tellFailureDetail();

@@ -9,6 +9,7 @@
 #include <catch2/catch.hpp>
 
 #include "desktop/LiveProgram.h"
+#include "desktop/ScreenReader.h"
 #include "desktop/SelectableText.h"
 #include "desktop/Trial.h"
 
@@ -125,6 +126,19 @@ TEST_CASE("A box that says that the drive has failed has the reason below its wo
   reason("Error", "");
   live.desk.enter([&] { live.program.session().ask({"Error", "An error was encountered."}); });
   live.user.finish();
+}
+
+TEST_CASE("A screen reader is told of the message when its window is the active one, since it drops what came before") {
+  FailedWrite live(Missing);
+  const trial::ScreenReader listening;
+  qApp->setProperty("told", QStringList());
+  QAccessible::installUpdateHandler([](QAccessibleEvent* event) {
+    if (event->type() != QAccessible::ObjectShow || event->object() == nullptr) return;
+    qApp->setProperty("told", qApp->property("told").toStringList() << event->object()->objectName());
+  });
+  live.fail([](QWidget&) {
+    CHECK(trial::comesTrue([] { return qApp->property("told").toStringList().count("lblError") == 2; }));
+  });
 }
 
 }  // namespace trackloom
