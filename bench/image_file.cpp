@@ -3,7 +3,6 @@
 
 #include <sys/resource.h>
 
-#include <algorithm>
 #include <string>
 
 #include "WriterBench.h"
@@ -25,25 +24,22 @@ void makeImage(const Workplace& place) {
 }
 
 /// The disk's moods are left out by taking the best of a few turns, in which both alternate.
-void compare() {
+void makeImages() {
   const Workplace place("trackloom-bench-image");
   makeFiles(place, fileCount);
-  double ours = 1e9;
-  double theirs = 1e9;
+  Cost ours;
+  Cost theirs;
   for (int turn = 0; turn < 4; ++turn) {
-    ours = std::min(ours, secondsOf([&] { makeImage(place); }));
+    ours.measure([&] { makeImage(place); });
     run("rm " + place.folder() + "/ours.iso && sync");
-    theirs = std::min(theirs, secondsOf([&] {
-                        run("cat " + place.folder() + "/files/* > " + place.folder() + "/theirs && sync " +
-                            place.folder() + "/theirs");
-                      }));
+    theirs.measure([&] {
+      run("cat " + place.folder() + "/files/* > " + place.folder() + "/theirs && sync " + place.folder() + "/theirs");
+    });
     run("rm " + place.folder() + "/theirs && sync");
   }
   rusage used{};
   ::getrusage(RUSAGE_SELF, &used);
-  row("Making an image file of 700 MB of files", ours, "s");
-  row("Putting them into one file with cat, and sync", theirs, "s");
-  row("Ratio of the two", ours / theirs, "x");
+  compare("Making an image file of 700 MB of files", ours, "Putting them into one file with cat, and sync", theirs);
   row("Most memory while making it", static_cast<double>(used.ru_maxrss) / 1024, "MiB");
 }
 
@@ -52,5 +48,5 @@ void compare() {
 }  // namespace trackloom::bench
 
 int main() {
-  trackloom::bench::compare();
+  trackloom::bench::makeImages();
 }
