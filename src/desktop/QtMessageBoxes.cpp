@@ -5,8 +5,6 @@
 #include <QPointer>
 #include <QPushButton>
 #include <QScreen>
-#include <algorithm>
-#include <array>
 
 #include "desktop/QtDesk.h"
 #include "desktop/ScreenFit.h"
@@ -87,15 +85,6 @@ bool hasEscape(BoxButtons buttons) {
   return buttons != BoxButtons::YesNo && buttons != BoxButtons::RetryCancel;
 }
 
-/// Whether the box says that the drive has failed, and not why. What the engine then knows stands below its words.
-bool tellsOfDrive(const std::string& text) {
-  const std::string error = "There was an error encountered trying to ";
-  const std::array failures{error + "perform the requested disc operation.", error + "erase the inserted disc.",
-                            error + "close the last session on the inserted CD.", error + "close the current disc.",
-                            std::string("Unable to Eject CD")};
-  return std::ranges::find(failures, text) != failures.end();
-}
-
 /// A box that closes by its buttons, and by Esc and its close box only where the question has an answer for that.
 class Box final : public QMessageBox {
  public:
@@ -137,7 +126,7 @@ class Box final : public QMessageBox {
 BoxAnswer QtMessageBoxes::show(const MessageBox& box) {
   QWidget* before = desk_.frontWindow();
   Box shown(box, before);
-  if (tellsOfDrive(box.text)) shown.setInformativeText(readable(desk_.failureDetail()));
+  if (box.ofFailure) shown.setInformativeText(readable(desk_.failureDetail()));
   desk_.family().join(shown, before);
   const Family::Turn turn(desk_.family(), shown, before);
   desk_.callUser();

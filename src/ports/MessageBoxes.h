@@ -14,6 +14,8 @@ struct MessageBox {
   std::string text;
   BoxButtons buttons = BoxButtons::Ok;
   BoxIcon icon = BoxIcon::Exclamation;
+  /// It says that a disc operation failed, and not why; what the engine knows of that may stand below the text.
+  bool ofFailure = false;
 };
 
 /// Asks the user. The first button is the default; Esc answers Cancel where there is one and OK where that is all there

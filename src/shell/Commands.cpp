@@ -236,7 +236,8 @@ void Commands::search() {
 }
 
 void Commands::ejectDisc() {
-  if (!session_.frmListing().CDR1->EjectDisc()) session_.ask({"Eject", "Unable to Eject CD"});
+  if (!session_.frmListing().CDR1->EjectDisc())
+    session_.ask({.title = "Eject", .text = "Unable to Eject CD", .ofFailure = true});
 }
 
 void Commands::about() {

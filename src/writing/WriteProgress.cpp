@@ -140,7 +140,9 @@ void WriteProgress::finishRecording() {
 
 void WriteProgress::OnWriteError(std::int32_t code, std::int32_t deviceError) {
   if (!session_.mod.WriteActive) {
-    session_.ask({"Error", "There was an error encountered trying to perform the requested disc operation."});
+    session_.ask({.title = "Error",
+                  .text = "There was an error encountered trying to perform the requested disc operation.",
+                  .ofFailure = true});
     forms_.frmErase.unload();
     forms_.frmDiskInfo.unload();
     return;

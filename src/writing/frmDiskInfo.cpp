@@ -125,7 +125,7 @@ void frmDiskInfo::beginClosing(const std::string& words) {
 }
 
 void frmDiskInfo::tellFailure(const std::string& words) {
-  session_.ask({"Error", words});
+  session_.ask({.title = "Error", .text = words, .ofFailure = true});
   unload();
 }
 

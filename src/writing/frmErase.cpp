@@ -29,7 +29,9 @@ void frmErase::cmdOK_Click() {
   const bool begun = session_.frmListing().CDR1->EraseDisc(optQuick.selected());
   session_.ports.pump.pumpEvents();
   if (begun) return;
-  session_.ask({"Error", "There was an error encountered trying to erase the inserted disc."});
+  session_.ask({.title = "Error",
+                .text = "There was an error encountered trying to erase the inserted disc.",
+                .ofFailure = true});
   unload();
 }
 

@@ -116,13 +116,6 @@ TEST_CASE("A box that says that the drive has failed has the reason below its wo
   reason("Eject", detail.text);
   live.click("mnuToolsEject");
   live.user.finish();
-  const std::string error = "There was an error encountered trying to ";
-  for (const char* what : {"perform the requested disc operation.", "erase the inserted disc.",
-                           "close the last session on the inserted CD.", "close the current disc."}) {
-    reason("Error", detail.text);
-    live.desk.enter([&] { live.program.session().ask({"Error", error + what}); });
-    live.user.finish();
-  }
   reason("Error", "");
   live.desk.enter([&] { live.program.session().ask({"Error", "An error was encountered."}); });
   live.user.finish();

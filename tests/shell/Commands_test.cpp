@@ -272,6 +272,7 @@ TEST_CASE("E017: A failing eject says so and changes nothing else") {
   machine.desk.expectBox("Eject", BoxAnswer::Ok);
   machine.click("mnuToolsEject");
   CHECK(machine.desk.lastBox().text == "Unable to Eject CD");
+  CHECK(machine.desk.lastBox().ofFailure);
   CHECK(machine.desk.lastBox().buttons == BoxButtons::Ok);
   CHECK(machine.desk.lastBox().icon == BoxIcon::Exclamation);
   CHECK(machine.engines.stage.take() == Lines{"CDR1.EjectDisc"});

@@ -151,6 +151,7 @@ TEST_CASE("What cannot be closed is told, takes the dialog away and leaves the d
   CHECK(machine.desk.lastBox().text ==
         (session ? "There was an error encountered trying to close the last session on the inserted CD."
                  : "There was an error encountered trying to close the current disc."));
+  CHECK(machine.desk.lastBox().ofFailure);
   CHECK(machine.engines.stage.disc.has_value());
   CHECK(machine.mod().DiscCloseActive);
 }

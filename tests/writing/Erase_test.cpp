@@ -124,6 +124,7 @@ TEST_CASE("An erase that cannot begin is told, and its dialog goes") {
     CHECK(form.closed());
   });
   CHECK(machine.desk.lastBox().text == "There was an error encountered trying to erase the inserted disc.");
+  CHECK(machine.desk.lastBox().ofFailure);
 }
 
 TEST_CASE("An erase that fails later is told as a disc operation, and its disc stays in the drive") {

@@ -215,6 +215,7 @@ TEST_CASE("An error outside of a write is told in a box, closes the disc dialogs
   });
   (erasing ? forms.frmErase->showModal(&machine.window()) : forms.frmDiskInfo->showModal(&machine.window()));
   CHECK(machine.desk.finished());
+  CHECK(machine.desk.lastBox().ofFailure);
   CHECK_FALSE(forms.frmErase.exists());
   CHECK_FALSE(forms.frmDiskInfo.exists());
   CHECK_FALSE(forms.frmError.exists());
