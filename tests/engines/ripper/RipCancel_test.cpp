@@ -1,6 +1,7 @@
 #include <atomic>
 #include <thread>
 
+#include "engines/ripper/OneTrackDrive.h"
 #include "engines/ripper/RipWorld.h"
 
 namespace trackloom::engines::ripper {
@@ -24,14 +25,8 @@ class SluggishReading final : public DiscReading {
   std::atomic<bool>& underWay_;
 };
 
-class SluggishDrive final : public ReadingDrive {
+class SluggishDrive final : public OneTrackDrive {
  public:
-  std::string id() const override { return "sluggish"; }
-  DriveNames names() override { return {"ACME", "Sluggish"}; }
-  void take() override {}
-  bool discPresent() override { return true; }
-  std::optional<DiscContents> contents() override { return DiscContents{{{AudioBlocks, 0, 40}}, 40}; }
-  std::int16_t maxSpeed() override { return 4; }
   std::unique_ptr<DiscReading> begin(std::int16_t) override { return std::make_unique<SluggishReading>(underWay); }
 
   std::atomic<bool> underWay = false;

@@ -1,3 +1,4 @@
+#include "engines/ripper/OneTrackDrive.h"
 #include "engines/ripper/RipWorld.h"
 
 namespace trackloom::engines::ripper {
@@ -16,14 +17,8 @@ class TiringReading final : public DiscReading {
   }
 };
 
-class TiringDrive final : public ReadingDrive {
+class TiringDrive final : public OneTrackDrive {
  public:
-  std::string id() const override { return "tiring"; }
-  DriveNames names() override { return {"ACME", "Tiring"}; }
-  void take() override {}
-  bool discPresent() override { return true; }
-  std::optional<DiscContents> contents() override { return DiscContents{{{AudioBlocks, 0, 40}}, 40}; }
-  std::int16_t maxSpeed() override { return 4; }
   std::unique_ptr<DiscReading> begin(std::int16_t) override { return std::make_unique<TiringReading>(); }
 };
 
