@@ -17,6 +17,14 @@ namespace {
 
 namespace fs = std::filesystem;
 
+/// Of a folder that may go while it is listed, such as that of a process, what was heard until then.
+std::vector<fs::path> entriesOf(const fs::path& folder) {
+  std::vector<fs::path> all;
+  std::error_code gone;
+  for (fs::directory_iterator at(folder, gone), end; !gone && at != end; at.increment(gone)) all.push_back(at->path());
+  return all;
+}
+
 bool isWithin(const std::string& path, const fs::path& link) {
   std::error_code gone;
   const std::string target = fs::read_symlink(link, gone).string();
@@ -26,9 +34,7 @@ bool isWithin(const std::string& path, const fs::path& link) {
 bool uses(const fs::path& process, const std::string& path) {
   if (isWithin(path, process / "cwd") || isWithin(path, process / "root") || isWithin(path, process / "exe"))
     return true;
-  std::error_code gone;
-  const fs::directory_iterator files(process / "fd", gone);
-  return std::any_of(begin(files), end(files), [&](const auto& file) { return isWithin(path, file.path()); });
+  return std::ranges::any_of(entriesOf(process / "fd"), [&](const fs::path& file) { return isWithin(path, file); });
 }
 
 std::string nameOf(const fs::path& process) {
@@ -51,9 +57,8 @@ bool isProcess(const std::string& name) {
 
 std::string usersOf(const std::string& path) {
   std::vector<std::string> names;
-  std::error_code gone;
-  for (const auto& process : fs::directory_iterator("/proc", gone))
-    if (isProcess(process.path().filename()) && uses(process.path(), path)) names.push_back(nameOf(process.path()));
+  for (const fs::path& process : entriesOf("/proc"))
+    if (isProcess(process.filename()) && uses(process, path)) names.push_back(nameOf(process));
   std::string all;
   for (std::size_t i = 0; i < names.size(); ++i)
     all += (i == 0 ? "" : i + 1 == names.size() ? " and " : ", ") + names[i];

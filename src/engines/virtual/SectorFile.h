@@ -12,15 +12,15 @@
 namespace trackloom::engines::virtualrecorder {
 
 /// The sectors of one kind, each at its block address; what is left out is a hole that reads as zeros. Sectors are
-/// gathered into large writes, which go to the disk past the system's cache where the file system lets them: half the
-/// processor's time would go into copying a disc there, and everything else would be pushed out of it. Throws
+/// gathered into large writes, which go to the disk past the system's cache where the file system lets them: a quarter
+/// of the processors' time would go into copying a disc there, and everything else would be pushed out of it. Throws
 /// EngineError with the block at which the system refused.
 class SectorFile {
  public:
   SectorFile(FileDescriptor file, BlockKind kind);
 
-  /// Room for so many sectors from this block on, valid until the next call. Those that follow the last ones are
-  /// gathered with them.
+  /// Room for so many sectors, far less than a mebibyte, from this block on, valid until the next call. Those that
+  /// follow the last ones are gathered with them.
   std::span<std::byte> room(std::int32_t block, std::int32_t count);
   /// The first so many sectors of that room are filled.
   void put(std::int32_t count);
