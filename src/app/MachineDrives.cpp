@@ -39,7 +39,7 @@ engines::PlacedRecorders MachineDrives::recorders() {
 void MachineDrives::find() {
   around_.patience.until(
       [this](std::chrono::milliseconds atMost) { return survey_.wait(atMost) || steady_clock::now() >= end_; });
-  const std::vector<engines::SeenDrive> real = survey_.seen();
+  const auto [real, why] = survey_.result();
   const auto known =
       engines::withPresent(engines::loadKnownDrives(around_.programFolder), allOf(real, around_.virtualOnes));
   engines::saveKnownDrives(around_.programFolder, known);
@@ -47,15 +47,9 @@ void MachineDrives::find() {
   std::ranges::copy(around_.virtualOnes, std::back_inserter(present));
   recorders_ = engines::inKnownOrder(known, present);
   found_.set_value(engines::ripper::drivesInOrder(known, present, engines::ripper::cdDrives(real)));
-  const std::vector<std::string> why = survey_.unusable();
   if (around_.whenUnusable && !why.empty()) around_.whenUnusable(why);
-}
-
-std::string MachineDrives::whyNone() const {
-  if (!recorders_ || !recorders_->recorders.empty()) return {};
-  std::string all;
-  for (const std::string& why : survey_.unusable()) all += (all.empty() ? "" : "\n") + why;
-  return all;
+  if (recorders_->recorders.empty())
+    for (const std::string& words : why) whyNone_ += (whyNone_.empty() ? "" : "\n") + words;
 }
 
 }  // namespace trackloom

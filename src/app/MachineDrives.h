@@ -40,7 +40,7 @@ class MachineDrives {
   /// All drives that read, once `recorders` has found them. Safe from any thread.
   std::shared_future<engines::ReadingDrives> readers() const { return readers_; }
   /// Why drives that are there cannot be used, where there is no recorder at all.
-  std::string whyNone() const;
+  const std::string& whyNone() const { return whyNone_; }
 
  private:
   void find();
@@ -49,6 +49,7 @@ class MachineDrives {
   std::chrono::steady_clock::time_point end_;
   engines::DriveSurvey survey_;
   std::optional<engines::PlacedRecorders> recorders_;
+  std::string whyNone_;
   std::promise<engines::ReadingDrives> found_;
   std::shared_future<engines::ReadingDrives> readers_ = found_.get_future().share();
 };

@@ -74,24 +74,18 @@ bool DriveSurvey::wait(std::chrono::milliseconds atMost) const {
   });
 }
 
-std::vector<SeenDrive> DriveSurvey::seen() const {
+DriveSurvey::Result DriveSurvey::result() const {
   const std::lock_guard lock(answers_->mutex);
-  std::vector<SeenDrive> all;
-  for (const Asked& drive : answers_->drives)
-    if (drive.seen) all.push_back(*drive.seen);
-  return all;
-}
-
-std::vector<std::string> DriveSurvey::unusable() const {
-  const std::lock_guard lock(answers_->mutex);
-  std::vector<std::string> all;
+  Result result;
   for (const Asked& drive : answers_->drives) {
-    if (drive.seen) continue;
     const std::string silence =
         "the drive " + drive.node + " does not answer; it is looked for again at the next start";
-    all.push_back(drive.refusal.empty() ? silence : drive.refusal);
+    if (drive.seen)
+      result.seen.push_back(*drive.seen);
+    else
+      result.unusable.push_back(drive.refusal.empty() ? silence : drive.refusal);
   }
-  return all;
+  return result;
 }
 
 }  // namespace trackloom::engines

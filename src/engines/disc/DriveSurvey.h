@@ -34,10 +34,14 @@ class DriveSurvey {
 
   /// True: all have answered, or cannot be asked.
   bool wait(std::chrono::milliseconds atMost) const;
-  /// Those that have answered, in the order of their nodes.
-  std::vector<SeenDrive> seen() const;
-  /// Of each other node why it cannot be used, in words.
-  std::vector<std::string> unusable() const;
+  struct Result {
+    /// Those that have answered, in the order of their nodes.
+    std::vector<SeenDrive> seen;
+    /// Of each other node why it cannot be used, in words.
+    std::vector<std::string> unusable;
+  };
+  /// As it stands at this moment.
+  Result result() const;
 
  private:
   struct Answers;

@@ -12,7 +12,7 @@ namespace trackloom::engines::libburn {
 inline std::vector<SeenDrive> seenDrives() {
   const DriveSurvey survey(driveNodes(), askDrive);
   REQUIRE(survey.wait(std::chrono::seconds(60)));
-  return survey.seen();
+  return survey.result().seen;
 }
 
 inline RecorderList findRecorders(const std::shared_ptr<DiscMounts>& mounts = nullptr) {

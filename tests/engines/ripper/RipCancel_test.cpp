@@ -2,7 +2,6 @@
 #include <thread>
 
 #include "engines/ripper/OneTrackDrive.h"
-#include "engines/ripper/RipWorld.h"
 
 namespace trackloom::engines::ripper {
 
@@ -35,23 +34,14 @@ class SluggishDrive final : public OneTrackDrive {
 }  // namespace
 
 TEST_CASE("A cancel is told before the end, though the rip's threads end while it is still on its way to the drive") {
-  const fakes::TempFolder folder;
-  fakes::FakeEventQueue queue;
-  fakes::FakePatience patience;
-  fakes::RipperTranscript heard;
   const auto drive = std::make_shared<SluggishDrive>();
-  DiscRippers rippers(ReadingDrives{drive}, queue, patience, {HostPath(folder.path())});
-  const auto ripper = rippers.create();
-  ripper->listen(&heard);
-  REQUIRE(ripper->SelectRipDrive(0));
-  REQUIRE(ripper->ReadTOC());
-  REQUIRE(ripper->QueueTrack(1, folder.host("a.wav"), 1));
-  REQUIRE(ripper->StartRip());
-  heard.onLine = [&](const std::string& line) {
-    if (line == "RipStatus 7 0" && drive->underWay) ripper->CancelRip();
+  OneTrackRip rip(drive);
+  rip.heard.onLine = [&](const std::string& line) {
+    if (line == "RipStatus 7 0" && drive->underWay) rip.ripper->CancelRip();
   };
-  REQUIRE(queue.runUntil([&] { return heard.ended(); }));
-  CHECK(heard.lines == std::vector<std::string>{"RipStarted", "TrackStarted 0-40 1", "RipStatus 14 0", "RipFinished"});
+  REQUIRE(rip.runToEnd());
+  CHECK(rip.heard.lines ==
+        std::vector<std::string>{"RipStarted", "TrackStarted 0-40 1", "RipStatus 14 0", "RipFinished"});
 }
 
 }  // namespace trackloom::engines::ripper

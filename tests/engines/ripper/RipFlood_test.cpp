@@ -1,5 +1,4 @@
 #include "engines/ripper/OneTrackDrive.h"
-#include "engines/ripper/RipWorld.h"
 
 namespace trackloom::engines::ripper {
 
@@ -25,25 +24,15 @@ class TiringDrive final : public OneTrackDrive {
 }  // namespace
 
 TEST_CASE("A hundred thousand retries are all told, and leave the stack flat though each handler lets events in") {
-  const fakes::TempFolder folder;
-  fakes::FakeEventQueue queue;
-  fakes::FakePatience patience;
-  fakes::RipperTranscript heard;
-  DiscRippers rippers(ReadingDrives{std::make_shared<TiringDrive>()}, queue, patience, {HostPath(folder.path())});
-  const auto ripper = rippers.create();
-  ripper->listen(&heard);
-  REQUIRE(ripper->SelectRipDrive(0));
-  REQUIRE(ripper->ReadTOC());
-  REQUIRE(ripper->QueueTrack(1, folder.host("a.wav"), 1));
-  REQUIRE(ripper->StartRip());
+  OneTrackRip rip(std::make_shared<TiringDrive>());
   int told = 0;
-  heard.onLine = [&](const std::string& line) {
+  rip.heard.onLine = [&](const std::string& line) {
     if (line == "RipStatus 5 0") ++told;
-    queue.runPosted();
+    rip.queue.runPosted();
   };
-  REQUIRE(queue.runUntil([&] { return heard.ended(); }));
+  REQUIRE(rip.runToEnd());
   CHECK(told == retries);
-  CHECK(heard.deepest == 1);
+  CHECK(rip.heard.deepest == 1);
 }
 
 }  // namespace trackloom::engines::ripper
