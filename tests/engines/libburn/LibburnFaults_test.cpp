@@ -1,12 +1,8 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include <cstdlib>
-#include <thread>
-
 #include "engines/disc/NodeFailure.h"
 #include "engines/libburn/LibburnWorld.h"
-#include "fakes/SleepingProgram.h"
 
 namespace trackloom::engines::libburn {
 
@@ -172,25 +168,6 @@ TEST_CASE("A drive that is held for another reason is told as it is, whether the
   CHECK_THAT(eject(world.drive.recorders()), Contains("in use by another program"));
   ::close(other);
   CHECK(eject(findRecorders()) == "ejected");
-}
-
-TEST_CASE("Those who use a disc are named, and nobody else") {
-  const fakes::TempFolder disc;
-  CHECK(usersOf(disc.path()).empty());
-  fakes::SleepingProgram inside(disc.path());
-  const std::string one = "sleep (" + std::to_string(inside.id()) + ")";
-  CHECK(usersOf(disc.path()) == one);
-  CHECK(usersOf(disc.path() + "2").empty());
-  fakes::SleepingProgram another(disc.path());
-  CHECK_THAT(usersOf(disc.path()), Contains(" and ") && Contains(one));
-}
-
-TEST_CASE("Processes that come and go while the users of a disc are looked for are in nobody's way") {
-  const fakes::TempFolder disc;
-  std::jthread others([](const std::stop_token& stop) {
-    while (!stop.stop_requested() && std::system("true & true & true & wait") == 0) continue;
-  });
-  for (int look = 0; look < 200; ++look) CHECK(usersOf(disc.path()).empty());
 }
 
 TEST_CASE("A drive is free for other programs whenever nothing runs") {
