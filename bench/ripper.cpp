@@ -60,8 +60,8 @@ std::string file(const Workplace& place, std::size_t song, const char* extension
 void rip(const Workplace& place, const char* extension, Mp3Stream* encoder) {
   RipLoop loop;
   const auto recorders = engines::virtualrecorder::findVirtualRecorders(HostPath(place.folder()));
-  engines::ripper::DiscRippers rippers(engines::ripper::readingDrives(recorders), loop, loop,
-                                       {HostPath(place.folder())});
+  const auto drive = std::make_shared<engines::ripper::RecorderDrive>(recorders.front());
+  engines::ripper::DiscRippers rippers(engines::ReadingDrives{drive}, loop, loop, {HostPath(place.folder())});
   const auto ripper = rippers.create();
   ripper->listen(&loop);
   ripper->SelectRipDrive(0);

@@ -93,7 +93,7 @@ struct DiscFolderTrial::State {
 DiscFolderTrial::DiscFolderTrial() : state_(std::make_unique<State>()) {
   engines::virtualrecorder::createVirtualRecorder(HostPath((state_->folder / "Virtual Recorder").string()));
   const auto recorders = engines::virtualrecorder::findVirtualRecorders(HostPath(state_->folder.string()));
-  state_->drive = engines::ripper::readingDrives(recorders).front();
+  state_->drive = std::make_shared<engines::ripper::RecorderDrive>(recorders.front());
 }
 
 DiscFolderTrial::~DiscFolderTrial() {

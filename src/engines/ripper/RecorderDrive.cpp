@@ -123,10 +123,4 @@ std::unique_ptr<DiscReading> RecorderDrive::begin(std::int16_t speed) {
   return std::make_unique<RecorderReading>(recorder_, speed);
 }
 
-ReadingDrives readingDrives(const RecorderList& recorders) {
-  ReadingDrives drives;
-  for (const auto& recorder : recorders) drives.push_back(std::make_shared<RecorderDrive>(recorder));
-  return drives;
-}
-
 }  // namespace trackloom::engines::ripper

@@ -25,7 +25,4 @@ class RecorderDrive final : public ReadingDrive {
   std::shared_ptr<Recorder> recorder_;
 };
 
-/// Each of them as a drive that reads, in the same order.
-ReadingDrives readingDrives(const RecorderList& recorders);
-
 }  // namespace trackloom::engines::ripper

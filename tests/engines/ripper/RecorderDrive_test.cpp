@@ -17,9 +17,8 @@ TEST_CASE("A drive tells the names that its disc bears, data tracks and all sess
                "[track 1]\nsession = 1\nkind = audio\nstart = 0\nlength = 1\npregap = 0\ntitle = One\n"
                "[track 2]\nsession = 2\nkind = audio\nstart = 20\nlength = 1\npregap = 0\nperformer = Guest\n");
   folder.write("Virtual Recorder/tray/Disc/disc.bin", std::string(std::size_t{21} * 2352, 'x'));
-  const auto drives = readingDrives(virtualrecorder::findVirtualRecorders(folder.host(""), {}));
-  REQUIRE(drives.size() == 1);
-  const auto contents = drives.front()->contents();
+  RecorderDrive drive(virtualrecorder::findVirtualRecorders(folder.host(""), {}).front());
+  const auto contents = drive.contents();
   REQUIRE(contents);
   CHECK(contents->text == DiscText{{"Album", "Artist"}, {{"One", ""}, {"", "Guest"}}});
 }

@@ -58,9 +58,9 @@ class RipWorld : public contract::RipperWorld {
     virtualrecorder::createVirtualRecorder(folder.host("Virtual Recorder"));
     folder.write("out/keep", "");
     if (!ini.empty()) folder.write("Engines.ini", ini);
-    rippers =
-        std::make_unique<DiscRippers>(readingDrives(virtualrecorder::findVirtualRecorders(HostPath(folder.path()))),
-                                      queue, patience, RipperSettings{HostPath(folder.path()), 2, wakefulness});
+    const auto recorder = virtualrecorder::findVirtualRecorders(HostPath(folder.path())).front();
+    rippers = std::make_unique<DiscRippers>(ReadingDrives{std::make_shared<RecorderDrive>(recorder)}, queue, patience,
+                                            RipperSettings{HostPath(folder.path()), 2, wakefulness});
     engine = rippers->create();
     engine->listen(&transcript);
   }
