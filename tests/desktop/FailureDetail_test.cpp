@@ -100,6 +100,30 @@ TEST_CASE("A screen reader comes to the detail behind the message, and the keybo
   });
 }
 
+TEST_CASE(
+    "Where no CD writer was found, why drives cannot be used stands below the words, and nothing where there is none") {
+  const std::string words = GENERATE(as<std::string>(), "", "you may not use the drive /dev/sr0");
+  trial::LiveProgram live;
+  ToldDetail detail;
+  detail.text = words;
+  live.desk.setFailureDetail(detail);
+  live.engines.stage.drives.clear();
+  live.folder.write("NoShow.dat", "");
+  live.desk.enter([&] { live.program.start(); });
+  bool told = false;
+  live.user.at("No CD Writer Found", [&](QWidget& window) {
+    told = true;
+    const auto& line = in<SelectableText>(window, "failureDetail");
+    CHECK(line.isVisible() == !words.empty());
+    CHECK(line.toPlainText().toStdString() == words);
+    in<QPushButton>(window, "cmdOK").click();
+    live.program.forms().shell.frmNOCD->hide();
+  });
+  live.desk.enter([&] { live.program.forms().shell.frmOpen->Timer1.tick(); });
+  live.user.finish();
+  CHECK(told);
+}
+
 TEST_CASE("A box that says that the drive has failed has the reason below its words, and no other box has") {
   trial::LiveProgram live;
   ToldDetail detail;
