@@ -8,7 +8,7 @@
 
 #include "YieldingDesk.h"
 #include "engines/writer/DiscWriters.h"
-#include "engines/writer/FakeWrite.h"
+#include "engines/writer/FakeRecorder.h"
 #include "fakes/FakeDrives.h"
 #include "fakes/FakeFolderListing.h"
 #include "fakes/FakePatience.h"

@@ -16,7 +16,7 @@
 #include "desktop/QtEvents.h"
 #include "engines/drives/LinuxDrives.h"
 #include "engines/writer/DiscWriters.h"
-#include "engines/writer/FakeWrite.h"
+#include "engines/writer/FakeRecorder.h"
 #include "fakes/FakeFolderListing.h"
 #include "fakes/FakePrintControls.h"
 #include "fakes/FakeRipping.h"

@@ -12,13 +12,15 @@ option(TRACKLOOM_BENCH "Build the benchmarks" OFF)
 option(TRACKLOOM_FUZZ "Build the fuzzers (needs clang)" OFF)
 set(TRACKLOOM_SANITIZE "" CACHE STRING "Sanitizers for the whole build, such as address,undefined")
 
-# What the builds with and without sanitizers share is compiled once where there is a cache, which both of them name by the same
-# words; the linker is the quicker one where there is one. What users run is built by Debian's own tools alone.
+# What the builds with and without sanitizers share is compiled once where there is a cache, to which both of them look alike; the
+# linker is the quicker one where there is one. What users run is built by Debian's own tools alone, and without the headers that
+# targets parse once for all of their files, so that a file that lacks the line for such a header fails there.
 find_program(TRACKLOOM_CACHE ccache)
 find_program(TRACKLOOM_LINKER mold)
 if(CMAKE_BUILD_TYPE STREQUAL Debug)
   if(TRACKLOOM_CACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
-    set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env CCACHE_NOHASHDIR=1 ${TRACKLOOM_CACHE})
+    set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env CCACHE_NOHASHDIR=1 CCACHE_BASEDIR=${CMAKE_BINARY_DIR}
+                                    CCACHE_SLOPPINESS=pch_defines,time_macros ${TRACKLOOM_CACHE})
   endif()
   if(TRACKLOOM_LINKER)
     add_link_options(-fuse-ld=mold)
@@ -57,21 +59,34 @@ function(trackloom_folder folder)
   endif()
 endfunction()
 
-# trackloom_tests(<folder below tests> USES <targets>...): one program of Catch2 sentences, each a test of its own for ctest.
+# ctest begins with what other tests wait for, and of these with the highest COST. The last of the notes' tests waits for every test that
+# has this property, so nothing long is begun at the end.
+set(trackloom_before_the_end FIXTURES_REQUIRED run-notes)
+
+# trackloom_tests(<folder below tests> USES <targets>... [LABELS <labels>...] [COST <rank>]): one program of Catch2 sentences, each a test
+# of its own for ctest.
 function(trackloom_tests folder)
-  cmake_parse_arguments(ARG "" "" "USES;LABELS" ${ARGN})
+  cmake_parse_arguments(ARG "" "COST" "USES;LABELS" ${ARGN})
   string(REPLACE "/" "-" suffix ${folder})
   file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/tests/${folder}/*.cpp)
   if(NOT sources)
     return()
   endif()
   add_executable(test-${suffix} ${sources})
-  target_link_libraries(test-${suffix} PRIVATE catch-main ${ARG_USES})
+  target_link_libraries(test-${suffix} PRIVATE catch-main ${ARG_USES} fake-ports)
+  if("fakes" IN_LIST ARG_USES)
+    target_precompile_headers(test-${suffix} REUSE_FROM fakes)
+  else()
+    target_precompile_headers(test-${suffix} REUSE_FROM catch-main)
+  endif()
   target_include_directories(test-${suffix} PRIVATE ${CMAKE_SOURCE_DIR}/tests)
   target_compile_definitions(test-${suffix} PRIVATE TRACKLOOM_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
-  set(properties TIMEOUT 120)
+  set(properties TIMEOUT 120 ${trackloom_before_the_end})
   if(ARG_LABELS)
     list(APPEND properties LABELS "${ARG_LABELS}")
+  endif()
+  if(ARG_COST)
+    list(APPEND properties COST ${ARG_COST})
   endif()
   if("fakes" IN_LIST ARG_USES)
     trackloom_noted(test-${suffix} properties)
@@ -84,8 +99,7 @@ endfunction()
 # they have seen for the last test of a whole run.
 function(trackloom_noted program variable)
   set_property(GLOBAL APPEND PROPERTY TRACKLOOM_NOTED ${program})
-  list(APPEND ${variable} FIXTURES_REQUIRED run-notes ENVIRONMENT_MODIFICATION
-       TRACKLOOM_NOTES=set:${CMAKE_BINARY_DIR}/run-notes)
+  list(APPEND ${variable} ENVIRONMENT_MODIFICATION TRACKLOOM_NOTES=set:${CMAKE_BINARY_DIR}/run-notes)
   set(${variable} ${${variable}} PARENT_SCOPE)
 endfunction()
 

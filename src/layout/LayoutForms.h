@@ -15,14 +15,17 @@ struct Session;
 
 /// The dialogs that change a layout.
 struct LayoutForms {
+  explicit LayoutForms(Session& shared);
+  ~LayoutForms();
+
   Session& session;
-  FormSlot<class frmNewOption> frmNewOption{session, *this};
-  FormSlot<class frmFiles> frmFiles{session, *this};
-  FormSlot<class frmSave> frmSave{session, *this};
-  FormSlot<class frmOpenLayout> frmOpenLayout{session, *this};
-  FormSlot<class frmNoAdd> frmNoAdd{session, *this};
-  FormSlot<class frmFolder> frmFolder{session, *this};
-  FormSlot<class frmChooseSort> frmChooseSort{session, *this};
+  FormSlot<class frmNewOption> frmNewOption;
+  FormSlot<class frmFiles> frmFiles;
+  FormSlot<class frmSave> frmSave;
+  FormSlot<class frmOpenLayout> frmOpenLayout;
+  FormSlot<class frmNoAdd> frmNoAdd;
+  FormSlot<class frmFolder> frmFolder;
+  FormSlot<class frmChooseSort> frmChooseSort;
 };
 
 }  // namespace trackloom

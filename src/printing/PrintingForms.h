@@ -12,11 +12,14 @@ struct Session;
 
 /// The windows on the way from the listing to paper.
 struct PrintingForms {
+  explicit PrintingForms(Session& shared);
+  ~PrintingForms();
+
   Session& session;
-  FormSlot<class frmReadStatus> frmReadStatus{session, *this};
-  FormSlot<class frmPrintList> frmPrintList{session, *this};
-  FormSlot<class frmEdit> frmEdit{session, *this};
-  FormSlot<class frmPrint> frmPrint{session, *this};
+  FormSlot<class frmReadStatus> frmReadStatus;
+  FormSlot<class frmPrintList> frmPrintList;
+  FormSlot<class frmEdit> frmEdit;
+  FormSlot<class frmPrint> frmPrint;
 };
 
 }  // namespace trackloom

@@ -13,12 +13,15 @@ struct Session;
 
 /// The windows of the ripper, and what they share.
 struct RipperForms {
+  explicit RipperForms(Session& shared);
+  ~RipperForms();
+
   Session& session;
   CDRipperMod1 mod{};
-  FormSlot<class frmRipMain> frmRipMain{session, *this};
-  FormSlot<class frmReading> frmReading{session, *this};
-  FormSlot<class frmRipOptions> frmRipOptions{session, *this};
-  FormSlot<class frmRipStatus> frmRipStatus{session, *this};
+  FormSlot<class frmRipMain> frmRipMain;
+  FormSlot<class frmReading> frmReading;
+  FormSlot<class frmRipOptions> frmRipOptions;
+  FormSlot<class frmRipStatus> frmRipStatus;
 };
 
 }  // namespace trackloom

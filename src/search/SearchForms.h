@@ -10,9 +10,12 @@ struct Session;
 
 /// The window of the search for audio files, and what it shares with the walk over the drives.
 struct SearchForms {
+  explicit SearchForms(Session& shared);
+  ~SearchForms();
+
   Session& session;
   SearchDrivesMod mod{};
-  FormSlot<class frmSearch> frmSearch{session, *this};
+  FormSlot<class frmSearch> frmSearch;
 };
 
 }  // namespace trackloom

@@ -23,6 +23,8 @@ Program::Program(FormHost& host, Ports ports)
   session_.mainWindow = mainWindow_.get();
 }
 
+Program::~Program() = default;
+
 void Program::start() {
   forms_.shell.frmOpen->show();
 }

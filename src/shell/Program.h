@@ -17,6 +17,9 @@ class RuntimeError;
 class Program {
  public:
   Program(FormHost& host, Ports ports);
+  ~Program();
+  Program(const Program&) = delete;
+  Program& operator=(const Program&) = delete;
 
   /// Shows the splash; everything else follows from its timer.
   void start();

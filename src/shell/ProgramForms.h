@@ -13,13 +13,16 @@ struct Session;
 
 /// Every window of the program but the main one.
 struct ProgramForms {
+  explicit ProgramForms(Session& shared);
+  ~ProgramForms();
+
   Session& session;
-  ShellForms shell{session};
-  LayoutForms layout{session};
-  WritingForms writing{session};
-  SearchForms search{session};
-  PrintingForms printing{session};
-  RipperForms ripper{session};
+  ShellForms shell;
+  LayoutForms layout;
+  WritingForms writing;
+  SearchForms search;
+  PrintingForms printing;
+  RipperForms ripper;
 };
 
 }  // namespace trackloom

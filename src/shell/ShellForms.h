@@ -12,11 +12,14 @@ struct Session;
 
 /// The shell's own windows beside the main one.
 struct ShellForms {
+  explicit ShellForms(Session& shared);
+  ~ShellForms();
+
   Session& session;
-  FormSlot<class frmOpen> frmOpen{session, *this};
-  FormSlot<class frmNOCD> frmNOCD{session, *this};
-  FormSlot<class frmDefaultOptions> frmDefaultOptions{session, *this};
-  FormSlot<class frmAbout> frmAbout{session, *this};
+  FormSlot<class frmOpen> frmOpen;
+  FormSlot<class frmNOCD> frmNOCD;
+  FormSlot<class frmDefaultOptions> frmDefaultOptions;
+  FormSlot<class frmAbout> frmAbout;
 };
 
 }  // namespace trackloom

@@ -15,14 +15,17 @@ struct Session;
 
 /// The windows of a recording and of the other disc operations.
 struct WritingForms {
+  explicit WritingForms(Session& shared);
+  ~WritingForms();
+
   Session& session;
-  FormSlot<class frmOptions> frmOptions{session, *this};
-  FormSlot<class frmStatus> frmStatus{session, *this};
-  FormSlot<class frmDone> frmDone{session, *this};
-  FormSlot<class frmError> frmError{session, *this};
-  FormSlot<class frmISO> frmISO{session, *this};
-  FormSlot<class frmDiskInfo> frmDiskInfo{session, *this};
-  FormSlot<class frmErase> frmErase{session, *this};
+  FormSlot<class frmOptions> frmOptions;
+  FormSlot<class frmStatus> frmStatus;
+  FormSlot<class frmDone> frmDone;
+  FormSlot<class frmError> frmError;
+  FormSlot<class frmISO> frmISO;
+  FormSlot<class frmDiskInfo> frmDiskInfo;
+  FormSlot<class frmErase> frmErase;
 };
 
 }  // namespace trackloom

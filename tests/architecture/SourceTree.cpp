@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
-#include <fstream>
-#include <iterator>
 #include <utility>
+
+#include "fakes/TestFiles.h"
 
 namespace trackloom::architecture {
 
@@ -131,11 +131,6 @@ SourceFile parseSource(std::string path, std::string_view text) {
   return file;
 }
 
-std::string readText(const std::filesystem::path& file) {
-  std::ifstream in(file, std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-}
-
 SourceTree readTree(const std::filesystem::path& root) {
   SourceTree tree;
   for (const char* top : {"src", "tests", "bench", "fuzz"}) {
@@ -144,7 +139,7 @@ SourceTree readTree(const std::filesystem::path& root) {
       const std::string extension = entry.path().extension().string();
       if (!entry.is_regular_file() || (extension != ".h" && extension != ".cpp")) continue;
       const std::string path = entry.path().lexically_relative(root).generic_string();
-      tree.emplace(path, parseSource(path, readText(entry.path())));
+      tree.emplace(path, parseSource(path, fakes::contentOf(entry.path())));
     }
   }
   return tree;

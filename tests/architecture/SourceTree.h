@@ -36,9 +36,6 @@ SourceFile parseSource(std::string path, std::string_view text);
 /// The sources of src, tests, bench and fuzz below `root`.
 SourceTree readTree(const std::filesystem::path& root);
 
-/// The whole file; empty if there is none.
-std::string readText(const std::filesystem::path& file);
-
 /// The number, from 1, of the line that holds `offset`.
 std::size_t lineOf(std::string_view text, std::size_t offset);
 

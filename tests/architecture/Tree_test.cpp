@@ -1,6 +1,7 @@
 #include <catch2/catch.hpp>
 
 #include "architecture/Rules.h"
+#include "fakes/TestFiles.h"
 
 namespace trackloom::architecture {
 
@@ -52,11 +53,11 @@ TEST_CASE("Every test has a name by which it is found") {
 }
 
 TEST_CASE("The book of odd cases and the tests have the same numbers") {
-  holds(bookAgainstTests(readText(root / "docs/edge-cases.md"), readTree(root)));
+  holds(bookAgainstTests(fakes::contentOf(root / "docs/edge-cases.md"), readTree(root)));
 }
 
 TEST_CASE("The index of where is decided what leads to functions") {
-  holds(indexAgainstSources(readText(root / "docs/architecture.md"), readTree(root)));
+  holds(indexAgainstSources(fakes::contentOf(root / "docs/architecture.md"), readTree(root)));
 }
 
 }  // namespace trackloom::architecture

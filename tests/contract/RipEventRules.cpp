@@ -1,8 +1,8 @@
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 
 #include "contract/RipperContract.h"
+#include "fakes/TestFiles.h"
 
 namespace trackloom::contract {
 
@@ -11,8 +11,7 @@ namespace {
 using Lines = std::vector<std::string>;
 
 std::string contentOf(const HostPath& path) {
-  std::ifstream file(path.text, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
+  return fakes::contentOf(path.text);
 }
 
 bool isThere(const HostPath& path) {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <chrono>
 #include <functional>
 
 #include "ports/Patience.h"
@@ -11,15 +10,13 @@ namespace trackloom::fakes {
 /// the window system would.
 class FakePatience : public Patience {
  public:
+  ~FakePatience() override;
+
   int waits = 0;
   /// Called each time that what is waited for has not come yet.
   std::function<void()> meanwhile;
 
-  void until(const Wait& wait) override {
-    ++waits;
-    while (!wait(std::chrono::milliseconds(1)))
-      if (meanwhile) meanwhile();
-  }
+  void until(const Wait& wait) override;
 };
 
 }  // namespace trackloom::fakes

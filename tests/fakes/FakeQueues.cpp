@@ -4,6 +4,42 @@
 
 namespace trackloom::fakes {
 
+const std::vector<FakeAudioQueue::Entry>& FakeAudioQueue::entries() const {
+  return entries_;
+}
+
+bool FakeAudioQueue::empty() const {
+  return entries_.empty();
+}
+
+std::size_t FakeAudioQueue::size() const {
+  return entries_.size();
+}
+
+const FakeAudioQueue::Entry& FakeAudioQueue::at(std::size_t place) const {
+  return entries_.at(place);
+}
+
+void FakeAudioQueue::clear() {
+  entries_.clear();
+}
+
+void FakeAudioQueue::add(Entry entry) {
+  entries_.push_back(std::move(entry));
+}
+
+const std::map<std::string, FakeDataQueue::Entry>& FakeDataQueue::entries() const {
+  return entries_;
+}
+
+bool FakeDataQueue::contains(const std::string& path) const {
+  return entries_.contains(path);
+}
+
+void FakeDataQueue::clear() {
+  entries_.clear();
+}
+
 std::vector<FakeAudioQueue::Entry> FakeAudioQueue::discOrder() const {
   std::vector<Entry> ordered = entries_;
   std::stable_sort(ordered.begin(), ordered.end(), [](const Entry& a, const Entry& b) { return a.number < b.number; });

@@ -19,15 +19,15 @@ class FakeAudioQueue {
     std::int32_t blocks = 0;
   };
 
-  const std::vector<Entry>& entries() const { return entries_; }
-  bool empty() const { return entries_.empty(); }
-  std::size_t size() const { return entries_.size(); }
-  const Entry& at(std::size_t place) const { return entries_.at(place); }
+  const std::vector<Entry>& entries() const;
+  bool empty() const;
+  std::size_t size() const;
+  const Entry& at(std::size_t place) const;
   /// In the order of a disc: by number, equal ones as they were queued.
   std::vector<Entry> discOrder() const;
   std::int32_t blocks() const;
-  void clear() { entries_.clear(); }
-  void add(Entry entry) { entries_.push_back(std::move(entry)); }
+  void clear();
+  void add(Entry entry);
   /// Removes the first entry of the number; False: there is none.
   bool remove(std::int16_t number);
 
@@ -44,11 +44,11 @@ class FakeDataQueue {
     bool folder = false;
   };
 
-  const std::map<std::string, Entry>& entries() const { return entries_; }
-  bool contains(const std::string& path) const { return entries_.contains(path); }
+  const std::map<std::string, Entry>& entries() const;
+  bool contains(const std::string& path) const;
   std::vector<Entry> files() const;
   std::int32_t blocks() const;
-  void clear() { entries_.clear(); }
+  void clear();
   void add(const std::string& path, Entry file);
   /// Removes the file or the empty folder; False: there is none.
   bool remove(const std::string& path);

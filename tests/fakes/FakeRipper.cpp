@@ -22,6 +22,50 @@ bool spoils(const std::vector<std::int32_t>& codes) {
 
 }  // namespace
 
+FakeRipper::FakeRipper(RipperStage& stage) : stage_(stage) {}
+
+FakeRipper::~FakeRipper() = default;
+
+bool FakeRipper::busy() const {
+  return !steps_.empty();
+}
+
+void FakeRipper::listen(CDRipperEvents* listener) {
+  events = listener;
+}
+
+std::string FakeRipper::DeviceLetter(std::int16_t drive) {
+  return driveAt(drive).letter;
+}
+
+std::string FakeRipper::DeviceVendor(std::int16_t drive) {
+  return driveAt(drive).vendor;
+}
+
+std::string FakeRipper::DeviceModel(std::int16_t drive) {
+  return driveAt(drive).model;
+}
+
+std::int32_t FakeRipper::TrackStart(std::int16_t track) {
+  return trackAt(track).start;
+}
+
+std::int32_t FakeRipper::TrackLength(std::int16_t track) {
+  return trackAt(track).length;
+}
+
+bool FakeRipper::TrackIsAudio(std::int16_t track) {
+  return trackAt(track).audio;
+}
+
+void FakeRipper::note(const std::string& call, const std::string& arguments) {
+  stage_.note("CDRipperX1." + call, arguments);
+}
+
+void FakeRipper::add(std::function<void()> step) {
+  steps_.push_back(std::move(step));
+}
+
 std::vector<std::int16_t> FakeRipper::queue() const {
   std::vector<std::int16_t> tracks;
   for (const Order& order : queue_) tracks.push_back(order.track);

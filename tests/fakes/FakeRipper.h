@@ -15,29 +15,30 @@ namespace trackloom::fakes {
 /// test lets it: step by step, to its end, or not at all, where the test raises events of its own.
 class FakeRipper final : public CDRipperX {
  public:
-  explicit FakeRipper(RipperStage& stage) : stage_(stage) {}
+  explicit FakeRipper(RipperStage& stage);
+  ~FakeRipper() override;
 
   CDRipperEvents* events = nullptr;
   std::vector<std::int16_t> queue() const;
 
-  bool busy() const { return !steps_.empty(); }
+  bool busy() const;
   /// Raises the next event of the rip under way.
   void step();
   void finish();
 
-  void listen(CDRipperEvents* listener) override { events = listener; }
+  void listen(CDRipperEvents* listener) override;
   std::int16_t DeviceCount() override;
-  std::string DeviceLetter(std::int16_t drive) override { return driveAt(drive).letter; }
-  std::string DeviceVendor(std::int16_t drive) override { return driveAt(drive).vendor; }
-  std::string DeviceModel(std::int16_t drive) override { return driveAt(drive).model; }
+  std::string DeviceLetter(std::int16_t drive) override;
+  std::string DeviceVendor(std::int16_t drive) override;
+  std::string DeviceModel(std::int16_t drive) override;
   bool SelectRipDrive(std::int16_t drive) override;
   std::int32_t LastDriveError() override;
   bool DiscPresent() override;
   bool ReadTOC() override;
   std::int16_t TrackCount() override;
-  std::int32_t TrackStart(std::int16_t track) override { return trackAt(track).start; }
-  std::int32_t TrackLength(std::int16_t track) override { return trackAt(track).length; }
-  bool TrackIsAudio(std::int16_t track) override { return trackAt(track).audio; }
+  std::int32_t TrackStart(std::int16_t track) override;
+  std::int32_t TrackLength(std::int16_t track) override;
+  bool TrackIsAudio(std::int16_t track) override;
   std::string SectorsToTime(std::int32_t sectors) override;
   std::int16_t MaxSpeed() override;
   void SetSpeed(std::int16_t multiple) override;
@@ -57,10 +58,8 @@ class FakeRipper final : public CDRipperX {
 
   const FakeRipDrive& driveAt(std::int16_t drive) const;
   FakeRipTrack trackAt(std::int16_t track) const;
-  void note(const std::string& call, const std::string& arguments = "") {
-    stage_.note("CDRipperX1." + call, arguments);
-  }
-  void add(std::function<void()> step) { steps_.push_back(std::move(step)); }
+  void note(const std::string& call, const std::string& arguments = "");
+  void add(std::function<void()> step);
   void tell(std::int32_t code, std::int32_t value);
   /// Unless the track has no file.
   void tellOfTrack(std::int32_t code, std::int32_t value);

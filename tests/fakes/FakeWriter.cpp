@@ -13,6 +13,107 @@ std::string truth(bool value) {
 
 }  // namespace
 
+FakeWriter::FakeWriter(std::string name, WriterStage& stage, CDWriterEvents& listener)
+    : events(listener), name_(std::move(name)), stage_(stage) {}
+
+FakeWriter::~FakeWriter() = default;
+
+bool FakeWriter::busy() const {
+  return !steps_.empty();
+}
+
+std::string FakeWriter::DriveLetter(std::int16_t drive) {
+  return driveAt(drive).letter;
+}
+
+std::string FakeWriter::DriveVendor(std::int16_t drive) {
+  return driveAt(drive).vendor;
+}
+
+std::string FakeWriter::DriveProduct(std::int16_t drive) {
+  return driveAt(drive).product;
+}
+
+std::int16_t FakeWriter::MaxWriteSpeed() {
+  return selected_ ? driveAt(*selected_).maxSpeed : std::int16_t{0};
+}
+
+std::int32_t FakeWriter::DiscStatus() {
+  return disc() != nullptr ? disc()->status : DiscStatusUnknown;
+}
+
+std::int32_t FakeWriter::DiscType() {
+  return disc() != nullptr ? disc()->type : DiscTypeUnknown;
+}
+
+bool FakeWriter::DiscRewritable() {
+  return disc() != nullptr && disc()->rewritable;
+}
+
+std::int16_t FakeWriter::SessionCount() {
+  return disc() != nullptr ? disc()->sessions : std::int16_t{0};
+}
+
+std::int32_t FakeWriter::LastSessionStatus() {
+  return disc() != nullptr ? disc()->lastSession : SessionEmpty;
+}
+
+std::int32_t FakeWriter::FreeBlocks(std::int32_t kind) {
+  return disc() != nullptr ? disc()->room(kind) : 0;
+}
+
+std::int32_t FakeWriter::AudioQueueBlocks() {
+  return audioQueue.blocks();
+}
+
+std::int32_t FakeWriter::DataQueueBlocks() {
+  return dataQueue.blocks();
+}
+
+void FakeWriter::SetTestMode(bool on) {
+  set("TestMode", testMode_, on);
+}
+
+bool FakeWriter::TestMode() {
+  return testMode_;
+}
+
+void FakeWriter::SetCloseDisc(bool on) {
+  set("CloseDisc", closeDisc_, on);
+}
+
+bool FakeWriter::CloseDisc() {
+  return closeDisc_;
+}
+
+void FakeWriter::SetCacheAudioTracks(bool on) {
+  set("CacheAudioTracks", cacheAudio_, on);
+}
+
+bool FakeWriter::CacheAudioTracks() {
+  return cacheAudio_;
+}
+
+void FakeWriter::SetCacheDataTrack(bool on) {
+  set("CacheDataTrack", cacheData_, on);
+}
+
+bool FakeWriter::CacheDataTrack() {
+  return cacheData_;
+}
+
+std::string FakeWriter::LastDeviceErrorText() {
+  return errorText;
+}
+
+void FakeWriter::note(const std::string& call) {
+  stage_.note(name_ + "." + call);
+}
+
+void FakeWriter::add(std::function<void()> step) {
+  steps_.push_back(std::move(step));
+}
+
 const FakeDrive& FakeWriter::driveAt(std::int16_t drive) const {
   static const FakeDrive none{"", "", "", 0, false, true};
   const bool known = drive >= 0 && static_cast<std::size_t>(drive) < stage_.drives.size();
@@ -151,5 +252,9 @@ void FakeWriter::SetVolumeLabel(const std::string& label) {
 std::unique_ptr<CDWriterXP> FakeEngines::create(CDWriterEvents& listener) {
   return std::make_unique<FakeWriter>("CDR" + std::to_string(++made_), stage, listener);
 }
+
+FakeEngines::FakeEngines() = default;
+
+FakeEngines::~FakeEngines() = default;
 
 }  // namespace trackloom::fakes

@@ -17,35 +17,35 @@ namespace trackloom::fakes {
 /// by step, to its end, or not at all, where the test raises events of its own.
 class FakeWriter final : public CDWriterXP {
  public:
-  FakeWriter(std::string name, WriterStage& stage, CDWriterEvents& listener)
-      : events(listener), name_(std::move(name)), stage_(stage) {}
+  FakeWriter(std::string name, WriterStage& stage, CDWriterEvents& listener);
+  ~FakeWriter() override;
 
   CDWriterEvents& events;
   FakeAudioQueue audioQueue;
   FakeDataQueue dataQueue;
   std::string errorText;
 
-  bool busy() const { return !steps_.empty(); }
+  bool busy() const;
   /// Raises the next event of the operation under way.
   void step();
   void finish();
 
   std::int16_t DriveCount() override;
-  std::string DriveLetter(std::int16_t drive) override { return driveAt(drive).letter; }
-  std::string DriveVendor(std::int16_t drive) override { return driveAt(drive).vendor; }
-  std::string DriveProduct(std::int16_t drive) override { return driveAt(drive).product; }
+  std::string DriveLetter(std::int16_t drive) override;
+  std::string DriveVendor(std::int16_t drive) override;
+  std::string DriveProduct(std::int16_t drive) override;
   bool SelectDrive(std::int16_t drive) override;
   bool HasWriteGuard() override;
   void EnableWriteGuard(bool on) override;
-  std::int16_t MaxWriteSpeed() override { return selected_ ? driveAt(*selected_).maxSpeed : std::int16_t{0}; }
+  std::int16_t MaxWriteSpeed() override;
   void SetWriteSpeed(std::int16_t multiple) override;
   bool MediaLoaded() override;
-  std::int32_t DiscStatus() override { return disc() != nullptr ? disc()->status : DiscStatusUnknown; }
-  std::int32_t DiscType() override { return disc() != nullptr ? disc()->type : DiscTypeUnknown; }
-  bool DiscRewritable() override { return disc() != nullptr && disc()->rewritable; }
-  std::int16_t SessionCount() override { return disc() != nullptr ? disc()->sessions : std::int16_t{0}; }
-  std::int32_t LastSessionStatus() override { return disc() != nullptr ? disc()->lastSession : SessionEmpty; }
-  std::int32_t FreeBlocks(std::int32_t kind) override { return disc() != nullptr ? disc()->room(kind) : 0; }
+  std::int32_t DiscStatus() override;
+  std::int32_t DiscType() override;
+  bool DiscRewritable() override;
+  std::int16_t SessionCount() override;
+  std::int32_t LastSessionStatus() override;
+  std::int32_t FreeBlocks(std::int32_t kind) override;
   bool EjectDisc() override;
   std::int32_t BlocksToBytes(std::int32_t blocks, std::int32_t kind) override;
   std::string BlocksToTime(std::int32_t blocks) override;
@@ -53,22 +53,22 @@ class FakeWriter final : public CDWriterXP {
   bool AddAudioTrack(const HostPath& path, std::int16_t number) override;
   void ListAudioTracks() override;
   bool RemoveAudioTrack(std::int16_t number) override;
-  std::int32_t AudioQueueBlocks() override { return audioQueue.blocks(); }
+  std::int32_t AudioQueueBlocks() override;
   void ClearDataQueue() override;
   bool AddDataFile(const DiscPath& disc, const HostPath& source) override;
   bool RemoveDataFile(const DiscPath& disc) override;
-  std::int32_t DataQueueBlocks() override { return dataQueue.blocks(); }
+  std::int32_t DataQueueBlocks() override;
   bool ImportLastSession(bool takeOver) override;
   void SetDiscMode(std::int32_t mode) override;
-  void SetTestMode(bool on) override { set("TestMode", testMode_, on); }
-  bool TestMode() override { return testMode_; }
-  void SetCloseDisc(bool on) override { set("CloseDisc", closeDisc_, on); }
-  bool CloseDisc() override { return closeDisc_; }
+  void SetTestMode(bool on) override;
+  bool TestMode() override;
+  void SetCloseDisc(bool on) override;
+  bool CloseDisc() override;
   void SetCloseSession(bool on) override;
-  void SetCacheAudioTracks(bool on) override { set("CacheAudioTracks", cacheAudio_, on); }
-  bool CacheAudioTracks() override { return cacheAudio_; }
-  void SetCacheDataTrack(bool on) override { set("CacheDataTrack", cacheData_, on); }
-  bool CacheDataTrack() override { return cacheData_; }
+  void SetCacheAudioTracks(bool on) override;
+  bool CacheAudioTracks() override;
+  void SetCacheDataTrack(bool on) override;
+  bool CacheDataTrack() override;
   void SetVolumeLabel(const std::string& label) override;
   void StartWrite() override;
   void AbortWrite() override;
@@ -76,7 +76,7 @@ class FakeWriter final : public CDWriterXP {
   bool CreateIsoImage(const HostPath& image) override;
   bool EraseDisc(bool quick) override;
   bool CloseLastSession(bool alsoDisc) override;
-  std::string LastDeviceErrorText() override { return errorText; }
+  std::string LastDeviceErrorText() override;
 
  private:
   /// The tracks of one write, in blocks, and what becomes of the disc.
@@ -90,10 +90,10 @@ class FakeWriter final : public CDWriterXP {
   const FakeDrive& driveAt(std::int16_t drive) const;
   /// The disc in the selected drive, or null.
   FakeDisc* disc();
-  void note(const std::string& call) { stage_.note(name_ + "." + call); }
+  void note(const std::string& call);
   void set(const std::string& setting, bool& value, bool on);
 
-  void add(std::function<void()> step) { steps_.push_back(std::move(step)); }
+  void add(std::function<void()> step);
   void fail(std::int32_t code, std::int32_t number, const std::string& words);
   /// A real write that has begun and goes no further leaves the disc unusable.
   void spoil();
@@ -121,6 +121,9 @@ class FakeWriter final : public CDWriterXP {
 /// Makes FakeWriters named CDR1, CDR2 in the order the main window asks for them.
 class FakeEngines final : public WriterEngines {
  public:
+  FakeEngines();
+  ~FakeEngines() override;
+
   WriterStage stage;
   std::unique_ptr<CDWriterXP> create(CDWriterEvents& listener) override;
   /// A new process asks for its first engine again.

@@ -8,6 +8,12 @@ Machine::Machine() {
   process.folder = folder.path();
 }
 
+Machine::~Machine() = default;
+
+void Machine::forgetProgram() {
+  program_.reset();
+}
+
 void Machine::showSplash() {
   engines.restart();
   program_ = std::make_unique<Program>(

@@ -20,7 +20,7 @@ namespace trackloom::fakes {
 class Machine {
  public:
   Machine();
-  virtual ~Machine() = default;
+  virtual ~Machine();
   Machine(const Machine&) = delete;
   Machine& operator=(const Machine&) = delete;
 
@@ -71,7 +71,7 @@ class Machine {
   virtual WriterEngines& writers() { return engines; }
   virtual Drives& hardDrives() { return drives; }
   /// For engines that go before the machine does.
-  void forgetProgram() { program_.reset(); }
+  void forgetProgram();
 
  private:
   std::unique_ptr<Program> program_;

@@ -6,11 +6,9 @@
 #include <optional>
 #include <set>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "ports/DiscDatabase.h"
-#include "runtime/RuntimeError.h"
 
 namespace trackloom::fakes {
 
@@ -32,7 +30,10 @@ struct FakeRipTrack {
 /// What all fake rip engines, encoders and disc databases of one machine share: drives, disc, what the database knows,
 /// and a transcript of the calls.
 struct RipperStage {
-  std::vector<FakeRipDrive> drives{FakeRipDrive{}};
+  RipperStage();
+  ~RipperStage();
+
+  std::vector<FakeRipDrive> drives;
   /// Nothing: no drive has a disc.
   std::optional<std::vector<FakeRipTrack>> disc;
   bool contentsReadable = true;
@@ -45,17 +46,11 @@ struct RipperStage {
   /// The calls at which an error is raised instead of an answer, by the name that the transcript has for them.
   std::set<std::string> broken;
 
-  void note(const std::string& call, const std::string& arguments = "") {
-    transcript.push_back(call + arguments);
-    if (onLine) onLine(transcript.back());
-    breakAt(call);
-  }
+  void note(const std::string& call, const std::string& arguments = "");
   /// For calls too many to be noted.
-  void breakAt(const std::string& call) const {
-    if (broken.contains(call)) throw RuntimeError(RuntimeError::DeviceIoError);
-  }
+  void breakAt(const std::string& call) const;
   /// The part of the transcript since the last call.
-  std::vector<std::string> take() { return std::exchange(transcript, {}); }
+  std::vector<std::string> take();
 };
 
 }  // namespace trackloom::fakes

@@ -15,6 +15,22 @@ constexpr std::array<const char*, 5> Answers{"OK", "Cancel", "Yes", "No", "Retry
 
 }  // namespace
 
+ScriptedDesk::ScriptedDesk() : table_(words::allBoxes()) {}
+
+ScriptedDesk::~ScriptedDesk() = default;
+
+void ScriptedDesk::announce(const std::string& form, std::function<void(Form&)> script, const std::string& owner) {
+  expected_.push_back({form, BoxAnswer::Ok, std::move(script), owner});
+}
+
+bool ScriptedDesk::finished() const {
+  return expected_.empty();
+}
+
+const MessageBox& ScriptedDesk::lastBox() const {
+  return boxes.back();
+}
+
 void ScriptedDesk::expectBox(const std::string& title, BoxAnswer answer) {
   expected_.push_back({"box " + title, answer, {}});
 }

@@ -18,24 +18,27 @@ namespace trackloom::fakes {
 /// boxes, word for word and over the form that is in front, and is noted as having come.
 class ScriptedDesk final : public FormHost, public MessageBoxes, public FileDialogs {
  public:
+  ScriptedDesk();
+  ~ScriptedDesk() override;
+
   /// Announces a box of this title; the answer is given when it comes.
   void expectBox(const std::string& title, BoxAnswer answer);
   /// Announces a modal form of the owner; `script` does what the user does in it.
   template <class T>
   void expectForm(const std::string& name, std::function<void(T&)> script, const std::string& owner = "frmListing") {
-    expected_.push_back(
-        {name, BoxAnswer::Ok, [script = std::move(script)](Form& form) { script(dynamic_cast<T&>(form)); }, owner});
+    announce(
+        name, [script = std::move(script)](Form& form) { script(dynamic_cast<T&>(form)); }, owner);
   }
   /// Announces a choice of a file; nothing gives it up.
   void expectFile(std::optional<HostPath> answer);
   /// The same for a folder.
   void expectFolder(std::optional<HostPath> answer);
   /// Everything announced has come.
-  bool finished() const { return expected_.empty(); }
+  bool finished() const;
 
   /// The boxes that have been shown, the last one at the end.
   std::vector<MessageBox> boxes;
-  const MessageBox& lastBox() const { return boxes.back(); }
+  const MessageBox& lastBox() const;
   /// The file dialogs that have been shown.
   std::vector<FileDialog> fileDialogs;
   /// The prompts of the folder dialogs that have been shown.
@@ -66,6 +69,7 @@ class ScriptedDesk final : public FormHost, public MessageBoxes, public FileDial
     std::string owner = {};
     std::optional<HostPath> file = std::nullopt;
   };
+  void announce(const std::string& form, std::function<void(Form&)> script, const std::string& owner);
   Expected next(const std::string& what);
   void tell(const std::string& line) const;
   void note(const std::string& line);
@@ -73,7 +77,7 @@ class ScriptedDesk final : public FormHost, public MessageBoxes, public FileDial
   void takeAway(Form& form);
   void judge(const MessageBox& box);
 
-  const std::vector<words::BoxRow> table_ = words::allBoxes();
+  const std::vector<words::BoxRow> table_;
   std::deque<Expected> expected_;
   /// The forms that show, the one in front last.
   std::vector<std::string> shown_;

@@ -7,11 +7,9 @@
 #include <optional>
 #include <set>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "ports/CDWriterXP.h"
-#include "runtime/RuntimeError.h"
 
 namespace trackloom::fakes {
 
@@ -59,8 +57,11 @@ struct FakeFault {
 /// What all fake engines of one machine share: its drives, the disc, the files, and a transcript of every call that
 /// changes something or asks the drive.
 struct WriterStage {
-  std::vector<FakeDrive> drives{FakeDrive{}};
-  std::optional<FakeDisc> disc = FakeDisc{};
+  WriterStage();
+  ~WriterStage();
+
+  std::vector<FakeDrive> drives;
+  std::optional<FakeDisc> disc;
   bool ejectFails = false;
   std::optional<FakeFault> fault;
   /// Length in blocks of the files that count as audio; all others are refused.
@@ -73,16 +74,10 @@ struct WriterStage {
   /// The calls at which an engine throws instead of answering, as they stand in the transcript.
   std::set<std::string> broken;
 
-  void tell(const std::string& line) const {
-    if (onLine) onLine(line);
-  }
-  void note(const std::string& call) {
-    transcript.push_back(call);
-    tell(call);
-    if (broken.contains(call)) throw RuntimeError(RuntimeError::DeviceIoError);
-  }
+  void tell(const std::string& line) const;
+  void note(const std::string& call);
   /// The part of the transcript since the last call.
-  std::vector<std::string> take() { return std::exchange(transcript, {}); }
+  std::vector<std::string> take();
 };
 
 }  // namespace trackloom::fakes

@@ -1,9 +1,7 @@
 #pragma once
 
-#include <catch2/catch.hpp>
 #include <functional>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "fakes/Machine.h"
@@ -19,96 +17,38 @@ class Ripping : public fakes::Machine {
   using Lines = Hearing::Lines;
 
   /// `prepare` runs before the ripper is opened.
-  explicit Ripping(const std::function<void(Ripping&)>& prepare = {}) {
-    folder.write("rips/.keep", "");
-    ripping.stage.disc = {{0, 750}, {750, 1500}, {2250, 75}};
-    if (prepare) prepare(*this);
-    startQuietly();
-    ripping.stage.onLine = [this](const std::string& line) { hearing.hear(line); };
-    desk.onLine = [this](const std::string& line) { hearing.hear(line + wordsOf(line)); };
-    click("Ripper");
-    hearing.heard();
-    ripping.stage.take();
-  }
+  explicit Ripping(const std::function<void(Ripping&)>& prepare = {});
+  ~Ripping() override;
 
-  Hearing hearing{folder.path()};
+  Hearing hearing;
 
-  RipperForms& forms() { return program().forms().ripper; }
-  frmRipMain& form() { return forms().frmRipMain.get(); }
-  CDRipperMod1& rip() { return forms().mod; }
-  fakes::FakeRipper& engine() { return dynamic_cast<fakes::FakeRipper&>(*form().CDRipperX1); }
-  fakes::RipperStage& stage() { return ripping.stage; }
-  std::string rips() const { return folder / "rips/"; }
-  std::string status() { return form().StatusBar1.PanelText(1); }
+  RipperForms& forms();
+  frmRipMain& form();
+  CDRipperMod1& rip();
+  fakes::FakeRipper& engine();
+  fakes::RipperStage& stage();
+  std::string rips() const;
+  std::string status();
 
   void know(const std::string& artist, const std::string& title, const std::vector<std::string>& tracks,
-            const std::string& genre = "", const std::string& year = "") {
-    DiscRecord record{artist, title, genre, year, {}};
-    for (const std::string& track : tracks) record.Tracks.push_back({track});
-    stage().matches = {record};
-  }
-  void read() { form().cmdRead.click(); }
-  Lines rows() {
-    Lines rows;
-    const ListView& list = form().ListView2;
-    for (int row = 1; row <= list.Count(); ++row)
-      rows.push_back(list.Item(row).Text + "|" + list.SubItem(row, 1) + "|" + list.SubItem(row, 2) + "|" +
-                     list.SubItem(row, 3));
-    return rows;
-  }
-  Lines names() {
-    Lines names;
-    for (int row = 1; row <= form().ListView2.Count(); ++row) names.push_back(form().ListView2.Item(row).Text);
-    return names;
-  }
-  void check(const std::vector<int>& rows) {
-    for (const int row : rows) form().ListView2.check(row, true);
-  }
+            const std::string& genre = "", const std::string& year = "");
+  void read();
+  Lines rows();
+  Lines names();
+  void check(const std::vector<int>& rows);
 
   /// The user takes the folder `rips`, does `choose`, and agrees.
-  void expectOptions(const std::function<void(frmRipOptions&)>& choose = {}) {
-    desk.expectForm<frmRipOptions>(
-        "frmRipOptions",
-        [choose](frmRipOptions& options) {
-          options.cmdFolder.click();
-          if (choose) choose(options);
-          options.cmdOK.click();
-        },
-        "frmRipMain");
-    desk.expectFolder(folder.host("rips"));
-  }
+  void expectOptions(const std::function<void(frmRipOptions&)>& choose = {});
   /// `use` is what happens before the dialog of the rip, from its first activation on.
-  void expectRip(const std::function<void(frmRipStatus&)>& use) {
-    desk.expectForm<frmRipStatus>(
-        "frmRipStatus",
-        [this, use](frmRipStatus& status) {
-          hearing.watch(status);
-          use(status);
-        },
-        "frmRipMain");
-  }
+  void expectRip(const std::function<void(frmRipStatus&)>& use);
   /// From the first activation up to the last word.
-  void ripToEnd(frmRipStatus& status) {
-    status.activated();
-    desk.expectBox("Operation Complete", BoxAnswer::Ok);
-    engine().finish();
-  }
+  void ripToEnd(frmRipStatus& status);
   /// Rips what is checked.
-  void extract(const std::function<void(frmRipOptions&)>& choose = {}) {
-    expectOptions(choose);
-    expectRip([this](frmRipStatus& status) { ripToEnd(status); });
-    form().cmdExtract.click();
-    CHECK(desk.finished());
-  }
-  void extractAll(const std::function<void(frmRipOptions&)>& choose = {}) {
-    form().cmdSelectAll.click();
-    extract(choose);
-  }
+  void extract(const std::function<void(frmRipOptions&)>& choose = {});
+  void extractAll(const std::function<void(frmRipOptions&)>& choose = {});
 
  private:
-  std::string wordsOf(const std::string& line) const {
-    return line.starts_with("box ") ? " \"" + desk.lastBox().text + "\"" : "";
-  }
+  std::string wordsOf(const std::string& line) const;
 };
 
 }  // namespace trackloom
