@@ -93,7 +93,7 @@ class WebDatabase final : public DiscDatabase {
 
   void ask(const KnownDisc& disc, WebServer::Time deadline) {
     const auto found = byDeadline(deadline, patience_, [server = server_, names = names_, disc, deadline] {
-      const auto entry = lookUp(server, disc.contents, deadline);
+      auto entry = lookUp(server, disc.contents, deadline);
       if (entry) skipOnError([&] { names.keep(disc.id, entry->reply); });
       return entry;
     });
@@ -112,9 +112,7 @@ class WebDatabase final : public DiscDatabase {
 
 WebDatabases::WebDatabases(DiscServerSettings server, const HostPath& programFolder, ContentsOf contents,
                            Patience& patience)
-    : server_(std::move(server)), programFolder_(programFolder), contents_(std::move(contents)), patience_(patience) {
-  beginWebUse();
-}
+    : server_(std::move(server)), programFolder_(programFolder), contents_(std::move(contents)), patience_(patience) {}
 
 std::unique_ptr<DiscDatabase> WebDatabases::create() {
   return std::make_unique<WebDatabase>(server_, programFolder_, contents_, patience_);

@@ -1,41 +1,45 @@
 #include "engines/discdb/WebServer.h"
 
-#include <curl/curl.h>
-
 #include <algorithm>
 #include <optional>
 #include <utility>
 
+#include "engines/discdb/CurlLibrary.h"
 #include "runtime/RuntimeError.h"
 
 namespace trackloom::engines::discdb {
 
 namespace {
 
-using Address = std::unique_ptr<CURLU, decltype(&curl_url_cleanup)>;
-using Transfer = std::unique_ptr<CURL, decltype(&curl_easy_cleanup)>;
-using CurlText = std::unique_ptr<char, decltype(&curl_free)>;
+struct Freeing {
+  void operator()(CURLU* address) const { curl().urlCleanup(address); }
+  void operator()(CURL* transfer) const { curl().easyCleanup(transfer); }
+  void operator()(char* text) const { curl().free(text); }
+};
+using Address = std::unique_ptr<CURLU, Freeing>;
+using Transfer = std::unique_ptr<CURL, Freeing>;
+using CurlText = std::unique_ptr<char, Freeing>;
 
 [[noreturn]] void fail(const std::string& words) {
   throw RuntimeError(RuntimeError::DeviceIoError, words);
 }
 
 void set(const Address& address, CURLUPart part, const std::string& value) {
-  if (curl_url_set(address.get(), part, value.c_str(), 0) != CURLUE_OK)
+  if (curl().urlSet(address.get(), part, value.c_str(), 0) != CURLUE_OK)
     fail("\"" + value + "\" is no part of an address");
 }
 
 void setTarget(const Address& address, const std::string& path, const std::string& query) {
   set(address, CURLUPART_PATH, path);
-  curl_url_set(address.get(), CURLUPART_QUERY, nullptr, 0);
+  curl().urlSet(address.get(), CURLUPART_QUERY, nullptr, 0);
   if (!query.empty()) set(address, CURLUPART_QUERY, query);
 }
 
 /// Empty: the address has no such part.
 std::string part(const Address& address, CURLUPart which) {
   char* text = nullptr;
-  if (curl_url_get(address.get(), which, &text, CURLU_DEFAULT_PORT) != CURLUE_OK) return "";
-  return CurlText(text, &curl_free).get();
+  if (curl().urlGet(address.get(), which, &text, CURLU_DEFAULT_PORT) != CURLUE_OK) return "";
+  return CurlText(text).get();
 }
 
 std::string lowerCase(std::string text) {
@@ -53,15 +57,15 @@ bool isSameHost(const Address& one, const Address& other) {
 }  // namespace
 
 struct WebServer::Connection {
-  Transfer transfer{curl_easy_init(), &curl_easy_cleanup};
-  Address address{curl_url(), &curl_url_cleanup};
+  Transfer transfer{curl().easyInit()};
+  Address address{curl().url()};
   Time deadline;
   std::string body;
   std::size_t headerBytes = 0;
 
   template <class Value>
   void option(CURLoption name, Value value) {
-    if (curl_easy_setopt(transfer.get(), name, value) != CURLE_OK) fail("The web library lacks what is needed");
+    if (curl().easySetopt(transfer.get(), name, value) != CURLE_OK) fail("The web library lacks what is needed");
   }
 
   static std::size_t hear(const char* bytes, std::size_t size, std::size_t count, void* context);
@@ -118,12 +122,12 @@ void WebServer::Connection::beginTurn() {
 
 std::optional<std::string> WebServer::Connection::turn() {
   beginTurn();
-  const CURLcode result = curl_easy_perform(transfer.get());
-  if (result != CURLE_OK) fail(std::string("The disc database: ") + curl_easy_strerror(result));
+  const CURLcode result = curl().easyPerform(transfer.get());
+  if (result != CURLE_OK) fail(std::string("The disc database: ") + curl().easyStrerror(result));
   long status = 0;
-  curl_easy_getinfo(transfer.get(), CURLINFO_RESPONSE_CODE, &status);
+  curl().easyGetinfo(transfer.get(), CURLINFO_RESPONSE_CODE, &status);
   const char* target = nullptr;
-  curl_easy_getinfo(transfer.get(), CURLINFO_REDIRECT_URL, &target);
+  curl().easyGetinfo(transfer.get(), CURLINFO_REDIRECT_URL, &target);
   if (target != nullptr) return target;
   constexpr long Success = 200;
   if (status != Success) fail("The disc database answered with status " + std::to_string(status));
@@ -131,7 +135,7 @@ std::optional<std::string> WebServer::Connection::turn() {
 }
 
 void WebServer::Connection::follow(const std::string& target) {
-  Address next{curl_url(), &curl_url_cleanup};
+  Address next{curl().url()};
   set(next, CURLUPART_URL, target);
   if (!isSameHost(address, next)) fail("The disc database leads to another server");
   setTarget(address, part(next, CURLUPART_PATH), part(next, CURLUPART_QUERY));
@@ -161,14 +165,9 @@ std::string WebServer::get(const std::string& path, const std::string& query) {
 }
 
 std::string percentEncoded(const std::string& text) {
-  const CurlText encoded(curl_easy_escape(nullptr, text.c_str(), static_cast<int>(text.size())), &curl_free);
+  const CurlText encoded(curl().easyEscape(nullptr, text.c_str(), static_cast<int>(text.size())));
   if (!encoded) fail("There is no memory for the disc database");
   return encoded.get();
-}
-
-// The library is never let go of, since a thread may still wait for a name.
-void beginWebUse() {
-  curl_global_init(CURL_GLOBAL_NOTHING);
 }
 
 }  // namespace trackloom::engines::discdb

@@ -34,7 +34,4 @@ class WebServer {
 /// The text with every byte that means something in a query written as a number (RFC 3986, 2.1).
 std::string percentEncoded(const std::string& text);
 
-/// To be called once, before there are other threads.
-void beginWebUse();
-
 }  // namespace trackloom::engines::discdb

@@ -58,6 +58,7 @@ TEST_CASE("The first match of a reply counts, exact or not") {
       {"200 rock 940aac0d Marina / Jewels", "rock 940aac0d"},
       {"200 rock 940aac0d", "rock 940aac0d"},
       {"200 misc 940AAC0D A / B\n", "misc 940AAC0D"},
+      {"200 AZaz09 0123afAF A / B\n", "AZaz09 0123afAF"},
       {"202 No match found\r\n", "none"},
       {"202", "none"},
       {"210 Found exact matches, list follows (until terminating `.')\r\nfolk 8a09b20b A / B\r\nrock 00000001 C / "

@@ -195,6 +195,15 @@ TEST_CASE("A redirect's full address is followed where it names the same server 
   CHECK(got(web) == "ab");
 }
 
+TEST_CASE("A server's name is the same in small letters and in capital ones") {
+  DatabaseServer server([&](Wire& wire, const std::string& target) {
+    if (target == "/there") return wire.answer("ab");
+    wire.redirect("http://LocALhoST:" + std::to_string(server.port()) + "/there");
+  });
+  WebServer web("lOCalHOst", server.port(), in(Long));
+  CHECK(got(web) == "ab");
+}
+
 TEST_CASE("A redirect to anywhere else is a failure, and nobody there is asked") {
   DatabaseServer other([](Wire& wire, const std::string&) { wire.answer("other"); });
   const std::vector<std::string> targets{
