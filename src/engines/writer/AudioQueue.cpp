@@ -9,9 +9,7 @@
 namespace trackloom::engines::writer {
 
 void AudioQueue::clear() {
-  places_.clear();
-  entries_.clear();
-  blocks_ = 0;
+  *this = {};
 }
 
 void AudioQueue::add(AudioEntry entry) {

@@ -1,6 +1,7 @@
 #include "engines/writer/DataImage.h"
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <cstdlib>
 #include <cstring>
@@ -29,28 +30,39 @@ struct FreeOptions {
 };
 using WriteOptions = std::unique_ptr<IsoWriteOpts, FreeOptions>;
 
+struct Setting {
+  int (*set)(IsoWriteOpts* options, int value);
+  int value;
+};
+
+constexpr int inJolietOnly = 2;
+constexpr int inBothTrees = 3;
+
+/// What makes an image one that readers of today and of old read, with the dates and the order of its files.
+constexpr std::array settings{
+    Setting{iso_write_opts_set_iso_level, 3},
+    Setting{iso_write_opts_set_joliet, 1},
+    Setting{iso_write_opts_set_allow_deep_paths, 1},
+    Setting{iso_write_opts_set_allow_longer_paths, 1},
+    Setting{iso_write_opts_set_joliet_longer_paths, 1},
+    Setting{iso_write_opts_set_omit_version_numbers, inJolietOnly},
+    Setting{iso_write_opts_set_no_force_dots, inJolietOnly},
+    Setting{iso_write_opts_set_relaxed_vol_atts, 1},
+    Setting{iso_write_opts_set_dir_rec_mtime, inBothTrees},
+    Setting{iso_write_opts_set_sort_files, 1},
+    Setting{iso_write_opts_set_appendable, 1},
+};
+
 WriteOptions newOptions(std::uint32_t padding, std::int32_t start) {
   constexpr int plain = 0;
   IsoWriteOpts* made = nullptr;
   isoChecked(iso_write_opts_new(&made, plain), "making an image");
   WriteOptions options(made);
-  iso_write_opts_set_iso_level(made, 3);
-  iso_write_opts_set_joliet(made, 1);
-  iso_write_opts_set_allow_deep_paths(made, 1);
-  iso_write_opts_set_allow_longer_paths(made, 1);
-  iso_write_opts_set_joliet_longer_paths(made, 1);
-  constexpr int inJolietOnly = 2;
-  iso_write_opts_set_omit_version_numbers(made, inJolietOnly);
-  iso_write_opts_set_no_force_dots(made, inJolietOnly);
-  iso_write_opts_set_relaxed_vol_atts(made, 1);
-  constexpr int inBothTrees = 3;
-  iso_write_opts_set_dir_rec_mtime(made, inBothTrees);
-  iso_write_opts_set_sort_files(made, 1);
+  for (const Setting& setting : settings) isoChecked(setting.set(made, setting.value), "making an image");
   iso_write_opts_set_output_charset(made, "UTF-8");
   iso_write_opts_set_fifo_size(made, readAheadBytes / dataSectorBytes);
   iso_write_opts_set_tail_blocks(made, padding);
   iso_write_opts_set_ms_block(made, static_cast<std::uint32_t>(start));
-  iso_write_opts_set_appendable(made, 1);
   return options;
 }
 
@@ -137,8 +149,9 @@ std::size_t DataImage::bytesReady() const {
 
 /// The library hands over 2 KiB at a time, and to take each at once would cost a change of threads apiece.
 void DataImage::waitForBytes(std::size_t count) {
-  while (bytesReady() < count && iso_image_generator_is_running(image_.get()) != 0) {
+  for (;;) {
     if (stop_.stop_requested()) throw Stopped();
+    if (bytesReady() >= count || iso_image_generator_is_running(image_.get()) == 0) return;
     std::this_thread::sleep_for(std::chrono::microseconds(200));
   }
 }

@@ -41,8 +41,9 @@ struct ImageTerms {
 /// are taken in large pieces.
 class DataImage final : public PieceSource {
  public:
-  /// Looks at every source. `stop` ends a wait in read(). Throws EngineError for a source that cannot be read or has
-  /// changed since it was queued, and for whatever keeps the image from being made.
+  /// Looks at every source. Once `stop` is asked for, read() and take() fetch nothing more, nor wait, and throw
+  /// Stopped. Throws EngineError for a source that cannot be read or has changed since it was queued, and for whatever
+  /// keeps the image from being made.
   DataImage(std::vector<DataEntry> entries, const ImageTerms& terms, std::shared_ptr<SourcesInUse> inUse,
             std::stop_token stop = {});
   ~DataImage() override;

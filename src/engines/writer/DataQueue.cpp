@@ -54,9 +54,7 @@ std::shared_ptr<Source> readableSource(const HostPath& path) {
 }
 
 void DataQueue::clear() {
-  items_.clear();
-  files_ = 0;
-  blocks_ = 0;
+  *this = {};
 }
 
 bool DataQueue::add(const DiscPath& disc, const std::shared_ptr<Source>& source) {

@@ -21,10 +21,10 @@ class DecodedTracks {
  public:
   using Chunk = Piece;
 
-  static constexpr std::size_t capacity = std::size_t{32} << 20;
-  /// What later tracks leave to the one being read: 23 seconds of music. With less for themselves, the decoder of the
-  /// next track would often stand still beside that of a track of five minutes.
-  static constexpr std::size_t currentTrackShare = std::size_t{4} << 20;
+  static constexpr std::size_t capacity = std::size_t{48} << 20;
+  /// What later tracks leave to the one being read: 17 seconds of music. The decoder of the next track so goes on
+  /// beside that of a track of up to four and a half minutes, and the last two end together.
+  static constexpr std::size_t currentTrackShare = std::size_t{3} << 20;
 
   /// The bytes of each track.
   explicit DecodedTracks(const std::vector<std::size_t>& lengths);

@@ -308,13 +308,18 @@ bool DiscWriter::CreateIsoImage(const HostPath& image) {
   const auto awake = stayAwake("An image file is being written");
   const auto events = std::make_shared<EventsInCall>();
   const LetGo letGo;
-  std::thread([events, image, entries = dataQueue_.entries(), label = settings_.volumeLabel, refusal = unreadableFile_,
-               stop = letGo.source.get_token()] {
+  const auto make = [events, image, entries = dataQueue_.entries(), label = settings_.volumeLabel,
+                     refusal = unreadableFile_, stop = letGo.source.get_token()] {
     events->end(outcomeOf([&] {
       if (refusal) throw *refusal;
       writeImageFile(image, entries, label, *events, stop);
     }));
-  }).detach();
+  };
+  try {
+    std::thread(make).detach();
+  } catch (const std::system_error& error) {
+    events->end(fileError(image, error.what()));
+  }
   parts_->patience.until([&](std::chrono::milliseconds atMost) { return events->tell(listener, atMost); });
   const auto* error = std::get_if<EngineError>(&events->outcome());
   if (error == nullptr) return true;

@@ -37,22 +37,28 @@ IsoStream* FileContent::newStream() {
 }
 
 IsoStreamIface FileContent::calls() {
-  IsoStreamIface calls{};
-  calls.version = 1;
-  std::memcpy(calls.type, "user", sizeof calls.type);
-  calls.open = [](IsoStream* stream) { return of(stream).open(); };
-  calls.close = [](IsoStream* stream) { return of(stream).close(); };
-  calls.get_size = [](IsoStream* stream) { return static_cast<off_t>(of(stream).size()); };
-  calls.read = [](IsoStream* stream, void* target, std::size_t count) { return of(stream).read(target, count); };
-  calls.is_repeatable = [](IsoStream*) { return 1; };
-  calls.get_id = [](IsoStream* stream, unsigned* system, dev_t* device, ino_t* node) {
-    constexpr unsigned ours = 0x54CD;
-    *system = ours;
-    *device = 0;
-    *node = of(stream).index_ + 1;
+  IsoStreamIface calls{
+      .version = 1,
+      .type = {},
+      .open = [](IsoStream* stream) { return of(stream).open(); },
+      .close = [](IsoStream* stream) { return of(stream).close(); },
+      .get_size = [](IsoStream* stream) { return static_cast<off_t>(of(stream).size()); },
+      .read = [](IsoStream* stream, void* target, std::size_t count) { return of(stream).read(target, count); },
+      .is_repeatable = [](IsoStream*) { return 1; },
+      .get_id =
+          [](IsoStream* stream, unsigned* system, dev_t* device, ino_t* node) {
+            constexpr unsigned ours = 0x54CD;
+            *system = ours;
+            *device = 0;
+            *node = of(stream).index_ + 1;
+          },
+      .free = [](IsoStream*) {},
+      .update_size = [](IsoStream*) { return 1; },
+      .get_input_stream = nullptr,
+      .cmp_ino = nullptr,
+      .clone_stream = nullptr,
   };
-  calls.free = [](IsoStream*) {};
-  calls.update_size = [](IsoStream*) { return 1; };
+  std::memcpy(calls.type, "user", sizeof calls.type);
   return calls;
 }
 
@@ -81,7 +87,7 @@ int FileContent::read(void* target, std::size_t count) {
   try {
     const std::size_t got = reading_->readAt(position_, std::span(static_cast<std::uint8_t*>(target), count));
     position_ += static_cast<std::int64_t>(got);
-    if (got != 0 && position_ == size()) reading_->requireUnchanged();
+    if (position_ == size()) reading_->requireUnchanged();
     state_.bytesOfFile = position_;
     return static_cast<int>(got);
   } catch (const EngineError& error) {

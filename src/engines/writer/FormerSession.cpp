@@ -86,7 +86,8 @@ struct Unref {
 /// The library frees it when the last of its users does not need it any more.
 std::unique_ptr<IsoDataSource, Unref> sourceOf(const SharedSectors& sectors) {
   auto kept = std::make_unique<SharedSectors>(sectors);
-  auto* source = static_cast<IsoDataSource*>(std::calloc(1, sizeof(IsoDataSource)));  // NOLINT(*-no-malloc)
+  // NOLINTNEXTLINE(cppcoreguidelines-no-malloc,cppcoreguidelines-owning-memory)
+  auto* source = static_cast<IsoDataSource*>(std::calloc(1, sizeof(IsoDataSource)));
   if (source == nullptr) throw std::bad_alloc();
   source->refcount = 1;
   source->open = [](IsoDataSource*) { return 1; };
@@ -135,9 +136,7 @@ void FormerSession::importInto(IsoImage& image) const {
   const auto options = optionsFor(disc_.tracks.back());
   const int result = iso_image_import(&image, source.get(), options.get(), nullptr);
   sectors->requireNoFailure();
-  const char* words = result < 0 ? iso_error_to_msg(result) : nullptr;
-  if (result < 0)
-    throw deviceError(sense::readError, notTakenOver + std::string(words != nullptr ? words : "it is no image"));
+  if (result < 0) throw deviceError(sense::readError, std::string(notTakenOver) + iso_error_to_msg(result));
 }
 
 void FormerSession::requireReadable() const {

@@ -8,7 +8,7 @@ namespace trackloom::engines::writer {
 
 namespace {
 
-constexpr std::size_t mostReady = std::size_t{4} << 20;
+constexpr std::size_t mostReady = std::size_t{2} << 20;
 
 }  // namespace
 

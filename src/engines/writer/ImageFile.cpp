@@ -139,6 +139,7 @@ void writeImageFile(const HostPath& target, std::vector<DataEntry> entries, cons
     left -= step;
     report.upTo(image.reading().file, image.reading().bytesOfFile);
   }
+  if (stop.stop_requested()) throw Stopped();
   file.finish();
   report.upTo(image.fileCount(), 0);
 }

@@ -1,6 +1,6 @@
 #include "engines/writer/IsoLibrary.h"
 
-#include <array>
+#include <string>
 
 #include "engines/ground/EngineError.h"
 
@@ -11,10 +11,11 @@ namespace {
 bool startLibrary() {
   constexpr int leaveLocaleAlone = 1;
   isoChecked(iso_init_with_flag(leaveLocaleAlone), "starting the image library");
-  std::array charset{'U', 'T', 'F', '-', '8', '\0'};
-  std::array never{'N', 'E', 'V', 'E', 'R', '\0'};
-  std::array mishap{'M', 'I', 'S', 'H', 'A', 'P', '\0'};
-  std::array noPrefix{'\0'};
+  // The library takes no constant texts.
+  std::string charset = "UTF-8";
+  std::string never = "NEVER";
+  std::string mishap = "MISHAP";
+  std::string noPrefix;
   iso_set_local_charset(charset.data(), 0);
   iso_set_msgs_severities(never.data(), never.data(), noPrefix.data());
   iso_set_abort_severity(mishap.data());
@@ -38,8 +39,7 @@ std::unique_ptr<IsoImage, UnrefImage> newIsoImage(const std::string& label) {
 
 int isoChecked(int result, const std::string& what) {
   if (result >= 0) return result;
-  const char* words = iso_error_to_msg(result);
-  throw EngineError(ErrorKind::File, 0, what + ": " + (words != nullptr ? words : "unknown error"));
+  throw EngineError(ErrorKind::File, 0, what + ": " + iso_error_to_msg(result));
 }
 
 }  // namespace trackloom::engines::writer

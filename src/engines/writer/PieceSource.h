@@ -1,9 +1,12 @@
 #pragma once
 
+#include <sys/mman.h>
+
 #include <algorithm>
 #include <cstddef>
 #include <memory>
 #include <mutex>
+#include <new>
 #include <span>
 #include <utility>
 #include <vector>
@@ -13,27 +16,39 @@
 namespace trackloom::engines::writer {
 
 /// Memory for pieces of up to one size, which is used again, so that no more of it is ever taken than lies between
-/// source and disc at once. Safe from any thread.
+/// source and disc at once. It is the system's own, since the memory that threads get from the language's store stays
+/// with each of them. Safe from any thread.
 class PieceMemory {
  public:
   explicit PieceMemory(std::size_t size) : size_(size) {}
+  ~PieceMemory() {
+    for (std::byte* bytes : spare_) ::munmap(bytes, size_);
+  }
+  PieceMemory(const PieceMemory&) = delete;
+  PieceMemory& operator=(const PieceMemory&) = delete;
 
-  std::unique_ptr<std::byte[]> take() {
+  std::byte* take() {
     const std::lock_guard lock(mutex_);
-    if (spare_.empty()) return std::make_unique_for_overwrite<std::byte[]>(size_);
-    auto bytes = std::move(spare_.back());
+    if (spare_.empty()) return more();
+    std::byte* const bytes = spare_.back();
     spare_.pop_back();
     return bytes;
   }
-  void give(std::unique_ptr<std::byte[]> bytes) {
+  void give(std::byte* bytes) {
     const std::lock_guard lock(mutex_);
-    spare_.push_back(std::move(bytes));
+    spare_.push_back(bytes);
   }
 
  private:
+  std::byte* more() const {
+    void* const bytes = ::mmap(nullptr, size_, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    if (bytes == MAP_FAILED) throw std::bad_alloc();
+    return static_cast<std::byte*>(bytes);
+  }
+
   const std::size_t size_;
   std::mutex mutex_;
-  std::vector<std::unique_ptr<std::byte[]>> spare_;
+  std::vector<std::byte*> spare_;
 };
 
 /// Sectors on their way from a source to the disc. They are handed on with their memory, which holds anything at first,
@@ -44,7 +59,7 @@ class Piece {
   explicit Piece(std::size_t size) : bytes_(std::make_unique_for_overwrite<std::byte[]>(size).release()), size_(size) {}
   /// In such memory, to which it goes back.
   Piece(std::size_t size, std::shared_ptr<PieceMemory> memory) : size_(size) {
-    std::byte* bytes = memory->take().release();
+    std::byte* const bytes = memory->take();
     bytes_ = {bytes, GiveBack{std::move(memory)}};
   }
 
@@ -61,8 +76,10 @@ class Piece {
     std::shared_ptr<PieceMemory> memory;
 
     void operator()(std::byte* bytes) const {
-      std::unique_ptr<std::byte[]> owned(bytes);
-      if (memory) memory->give(std::move(owned));
+      if (memory)
+        memory->give(bytes);
+      else
+        const std::unique_ptr<std::byte[]> owned(bytes);
     }
   };
 

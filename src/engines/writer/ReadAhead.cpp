@@ -13,7 +13,7 @@ namespace trackloom::engines::writer {
 
 namespace {
 
-constexpr std::size_t chunkBytes = 64 * audioSectorBytes;
+constexpr std::size_t chunkBytes = 256 * audioSectorBytes;
 constexpr int threads = 2;
 
 std::size_t bytesOf(const ReadAhead::Track& track) {

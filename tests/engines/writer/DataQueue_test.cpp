@@ -56,6 +56,10 @@ TEST_CASE("An equal disc path is the same entry with a new source, and one that 
   CHECK(queue.entries()[0].source->path() == small);
   CHECK(add(queue, "\\A.mp3", large));
   CHECK(queue.blocks() == 6);
+  CHECK(add(queue, "\\a.mp3", large));
+  CHECK(queue.blocks() == 10);
+  CHECK(queue.remove(DiscPath("\\a.mp3")));
+  CHECK(queue.blocks() == 5);
 }
 
 TEST_CASE("Only a regular file that can be opened is taken, and a pipe is not waited for") {

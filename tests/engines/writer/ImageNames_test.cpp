@@ -41,6 +41,24 @@ TEST_CASE("A name of 64 characters stands and a longer one keeps its extension")
   CHECK(imageNames(std::vector<WishedName>{{title + "b.folder", true}}) == Names{title + "b.fo"});
 }
 
+TEST_CASE(
+    "Up to 16 characters behind the last dot of a long name, with it, are its extension, and a first dot begins none") {
+  const std::string title(60, 'a');
+  const std::string longest = "." + std::string(15, 'x');
+  CHECK(filesNamed({title + longest}) == Names{std::string(48, 'a') + longest});
+  CHECK(filesNamed({title + longest + "x"}) == Names{title + ".xxx"});
+  CHECK(filesNamed({title + ".b" + longest}) == Names{std::string(48, 'a') + longest});
+  CHECK(filesNamed({"." + std::string(70, 'h')}) == Names{"." + std::string(63, 'h')});
+  CHECK(filesNamed({title + longest, title + longest + "?"}) == Names{std::string(48, 'a') + longest, title + ".xxx"});
+}
+
+TEST_CASE("What is just beside the forbidden characters stands") {
+  CHECK(filesNamed({"a\x1F", "a b", "a\x7E", "c\xC2\x9F.x", "d\xC2\xA0.x", "e\xEF\xBF\xBD.x", "f\xC3\x80.x"}) ==
+        Names{"a_", "a b", "a\x7E", "c_.x", "d\xC2\xA0.x", "e\xEF\xBF\xBD.x", "f\xC3\x80.x"});
+  CHECK(filesNamed({"\xF0\x90\x80\x80x", "*", "/", ":", ";", "?", "\\"}) ==
+        Names{"_x", "_", "_~2", "_~3", "_~4", "_~5", "_~6"});
+}
+
 TEST_CASE("Lengths count characters, not bytes") {
   std::string umlauts;
   for (int at = 0; at < 64; ++at) umlauts += "\xC3\xBC";

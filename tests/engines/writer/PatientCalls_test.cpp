@@ -170,17 +170,4 @@ TEST_CASE("The progress of an image file rises with each event, up to the blocks
   CHECK(positions.back() == 15360);
 }
 
-TEST_CASE("What an event throws within the call comes out of it, and no half image is left") {
-  FakeWorld world;
-  world.heard.onLine = [](const std::string& line) {
-    if (line.starts_with("OnTrackCacheStart")) throw std::runtime_error("the listener's own");
-  };
-  world.writer->AddDataFile(DiscPath("\\a"), world.folder.file("a", noise(std::size_t{30} << 20, 1)));
-  const HostPath image = world.folder.host("images/x.iso");
-  std::filesystem::create_directory(world.folder.host("images").text);
-  CHECK_THROWS_WITH(world.writer->CreateIsoImage(image), "the listener's own");
-  while (!std::filesystem::is_empty(world.folder.host("images").text)) std::this_thread::yield();
-  CHECK(world.heard.has("OnTrackCacheStart 1 15360"));
-}
-
 }  // namespace trackloom::engines::writer

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <filesystem>
+#include <string>
+
 #include "engines/writer/EngineWorld.h"
 #include "engines/writer/VirtualDrive.h"
 
@@ -8,9 +11,12 @@ namespace trackloom::engines::writer {
 /// The real engine with a virtual recorder.
 class VirtualWorld : public EngineWorld<VirtualDrive> {
  public:
-  void recorderIni(const std::string& text) const { drive.configure(text); }
-  std::filesystem::path tray() const { return drive.tray(); }
-  std::filesystem::path disc() const { return drive.disc(); }
+  VirtualWorld();
+  ~VirtualWorld() override;
+
+  void recorderIni(const std::string& text) const;
+  std::filesystem::path tray() const;
+  std::filesystem::path disc() const;
 };
 
 }  // namespace trackloom::engines::writer

@@ -293,4 +293,81 @@ TEST_CASE("A cache that cannot be made is an error of the read buffer with nothi
   CHECK(world.recorder->disc()->state.status == DiscEmpty);
 }
 
+TEST_CASE("Each progress of a write comes with how full both buffers are") {
+  FakeWorld world;
+  world.writer->AddAudioTrack(world.track("a", 300), 1);
+  REQUIRE(world.write());
+  REQUIRE(world.heard.progress.size() >= 5);
+  CHECK(world.heard.bufferLevels.size() == world.heard.progress.size());
+  for (const auto& progress : world.heard.progress) CHECK(progress.bufferPercent == 97);
+  for (const std::int16_t level : world.heard.bufferLevels) CHECK((level >= 0 && level <= 100));
+}
+
+TEST_CASE("The words of a failure are there when its event comes") {
+  FakeWorld world;
+  world.writer->AddAudioTrack(world.track("a", 5), 1);
+  std::string told;
+  world.heard.onLine = [&](const std::string& line) {
+    if (line.starts_with("OnWriteError"))
+      told = world.writer->LastDeviceErrorText() + world.writers.failureDetail().lastFailure();
+  };
+  world.recorder->failAtBlock = 2;
+  world.write();
+  CHECK(told == "write error at block 2 (3/0C/00)");
+  std::filesystem::remove(world.folder / "a.wav");
+  world.write();
+  CHECK(told.ends_with("a.wav: No such file or directory"));
+  CHECK_FALSE(world.writer->CreateIsoImage(world.folder.host("none/x.iso")));
+  CHECK(told.find("none/x.iso") != std::string::npos);
+}
+
+TEST_CASE("A recorder that wants its cache whole gets all tracks cached before the first is written") {
+  FakeWorld world;
+  world.recorder->cachesAll = true;
+  world.writer->SetCacheAudioTracks(true);
+  world.writer->AddAudioTrack(world.track("a", 300), 1);
+  world.writer->AddAudioTrack(world.track("b", 200), 2);
+  CHECK(world.linesOfWrite() == Lines{"OnWriteStarting", "OnTrackCacheStart 1 300", "OnTrackCacheStart 2 200",
+                                      "OnTrackWriteStart 1 300", "OnTrackClosing 1", "OnTrackWriteStart 2 200",
+                                      "OnTrackClosing 2", "OnOperationComplete"});
+  const auto tracks = world.recorder->disc()->tracks;
+  REQUIRE(tracks.size() == 2);
+  CHECK((tracks[0] == FakeWorld::samples("a", 300)));
+  CHECK((tracks[1] == FakeWorld::samples("b", 200)));
+  CHECK(world.recorder->cached == std::vector<std::int64_t>{128, 256, 300, 428, 500});
+}
+
+TEST_CASE(
+    "Any other gets each track cached before it is written, and hears of all blocks that went through the cache") {
+  FakeWorld world;
+  world.writer->SetCacheAudioTracks(true);
+  world.writer->AddAudioTrack(world.track("a", 300), 1);
+  world.writer->AddAudioTrack(world.track("b", 200), 2);
+  CHECK(world.linesOfWrite() == Lines{"OnWriteStarting", "OnTrackCacheStart 1 300", "OnTrackWriteStart 1 300",
+                                      "OnTrackClosing 1", "OnTrackCacheStart 2 200", "OnTrackWriteStart 2 200",
+                                      "OnTrackClosing 2", "OnOperationComplete"});
+  CHECK(world.recorder->cached == std::vector<std::int64_t>{128, 256, 300, 428, 500});
+}
+
+TEST_CASE("An empty queue is an error of a file, and says that there is nothing to write") {
+  FakeWorld world;
+  for (const std::int32_t kind : {AudioBlocks, DataBlocks}) {
+    world.writer->SetDiscMode(kind);
+    CHECK(world.linesOfWrite() == Lines{"OnWriteError 2 0"});
+    CHECK(world.writers.failureDetail().lastFailure() == "there is nothing to write");
+  }
+  CHECK(world.recorder->orders.empty());
+}
+
+TEST_CASE("Caching is told at its first blocks, at each quarter and at its end") {
+  FakeWorld world;
+  world.writer->SetCacheAudioTracks(true);
+  world.writer->AddAudioTrack(world.track("a", 1000), 1);
+  REQUIRE(world.write());
+  const auto& told = world.heard.cachePositions;
+  CHECK(std::ranges::is_sorted(told));
+  // A slow machine tells of more, every 50 milliseconds.
+  for (const std::int32_t due : {128, 256, 512, 768, 1000}) CHECK(std::ranges::count(told, due) == 1);
+}
+
 }  // namespace trackloom::engines::writer

@@ -1,15 +1,17 @@
-#pragma once
-
 #include <algorithm>
 #include <cstdint>
 #include <span>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
+#include "engines/disc/Sense.h"
 #include "engines/writer/FakeRecorder.h"
 
 namespace trackloom::engines::writer {
+
+namespace {
 
 /// One write of a FakeRecorder.
 class FakeWrite {
@@ -95,8 +97,10 @@ class FakeWrite {
   bool finished_ = false;
 };
 
-inline void FakeRecorder::write(const WriteOrder& order, SectorSource& source, OperationObserver& observer,
-                                const std::stop_token& stop) {
+}  // namespace
+
+void FakeRecorder::write(const WriteOrder& order, SectorSource& source, OperationObserver& observer,
+                         const std::stop_token& stop) {
   check(order);
   orders.push_back(order);
   FakeWrite(*this, order).run(source, observer, stop);
