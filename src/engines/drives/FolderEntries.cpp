@@ -71,15 +71,14 @@ std::vector<FindRecord> sortedByName(std::vector<FindRecord> records) {
   std::vector<std::pair<std::string, FindRecord>> keyed;
   keyed.reserve(records.size());
   for (FindRecord& record : records) keyed.emplace_back(UCase(record.name), std::move(record));
-  std::sort(keyed.begin(), keyed.end(), [](const auto& a, const auto& b) {
-    return std::tie(a.first, a.second.name) < std::tie(b.first, b.second.name);
-  });
-  records.clear();
+  std::ranges::sort(keyed, {}, [](const auto& entry) { return std::tie(entry.first, entry.second.name); });
+  std::vector<FindRecord> sorted;
+  sorted.reserve(keyed.size());
   for (auto& [key, record] : keyed) {
     record.name.push_back('\0');
-    records.push_back(std::move(record));
+    sorted.push_back(std::move(record));
   }
-  return records;
+  return sorted;
 }
 
 }  // namespace

@@ -35,34 +35,20 @@ class ReadAhead::Line {
 
   /// The work of one thread, until there is nothing more to read or to read for.
   void work() {
-    std::unique_lock lock(mutex_);
-    while (awaitWork(lock)) {
-      Folder& folder = folders_[begun_++];
-      lock.unlock();
-      std::vector<FindRecord> entries = reader_(folder.path);
-      lock.lock();
-      ready_ += entries.size();
-      folder.entries = std::move(entries);
-      folder.read = true;
-      queueFoldersOfRead();
-      changed_.notify_all();
-    }
+    while (Folder* folder = awaitWork()) put(*folder, reader_(folder->path));
   }
 
   void stop() {
-    const std::lock_guard lock(mutex_);
-    stopped_ = true;
+    {
+      const std::lock_guard lock(mutex_);
+      stopped_ = true;
+    }
     changed_.notify_all();
   }
 
   /// Those of the next folder, which must have been read.
   std::vector<FindRecord> take() {
-    const std::lock_guard lock(mutex_);
-    std::vector<FindRecord> entries = std::move(folders_.front().entries);
-    folders_.pop_front();
-    --begun_;
-    --queued_;
-    ready_ -= entries.size();
+    std::vector<FindRecord> entries = takeNext().entries;
     changed_.notify_all();
     return entries;
   }
@@ -81,15 +67,36 @@ class ReadAhead::Line {
 
  private:
   bool isOver() const { return stopped_ || queued_ == folders_.size(); }
-  bool hasWork() const { return begun_ < folders_.size() && ready_ < MostAhead; }
+  bool hasWork() const { return begun_ != folders_.size() && ready_ < MostAhead; }
 
-  bool awaitWork(std::unique_lock<std::mutex>& lock) {
+  /// The folder that the thread is to read; null: there will be none.
+  Folder* awaitWork() {
+    std::unique_lock lock(mutex_);
     changed_.wait(lock, [this] { return isOver() || hasWork(); });
-    return !isOver();
+    return isOver() ? nullptr : &folders_[begun_++];
+  }
+
+  void put(Folder& folder, std::vector<FindRecord> entries) {
+    const std::lock_guard lock(mutex_);
+    ready_ += entries.size();
+    folder.entries = std::move(entries);
+    folder.read = true;
+    queueFoldersOfRead();
+    changed_.notify_all();
+  }
+
+  Folder takeNext() {
+    const std::lock_guard lock(mutex_);
+    Folder next = std::move(folders_.front());
+    folders_.pop_front();
+    --begun_;
+    --queued_;
+    ready_ -= next.entries.size();
+    return next;
   }
 
   void queueFoldersOfRead() {
-    for (; queued_ < folders_.size() && folders_[queued_].read; ++queued_) {
+    for (; queued_ != folders_.size() && folders_[queued_].read; ++queued_) {
       const Folder& folder = folders_[queued_];
       for (const FindRecord& record : folder.entries)
         if ((record.attributes & FindRecord::DirectoryAttribute) != 0)

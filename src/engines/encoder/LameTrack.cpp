@@ -1,6 +1,5 @@
 #include "engines/encoder/LameTrack.h"
 
-#include <cstdarg>
 #include <string>
 
 #include "engines/ground/EngineError.h"
@@ -9,7 +8,6 @@ namespace trackloom::engines::encoder {
 
 namespace {
 
-constexpr int sampleRate = 44100;
 constexpr int channels = 2;
 /// What the library may hold back from earlier calls, by its own documentation.
 constexpr std::size_t heldBack = 7200;
@@ -17,9 +15,6 @@ constexpr std::size_t heldBack = 7200;
 EngineError failure(const std::string& what) {
   return {ErrorKind::WriteBuffer, 0, "the MP3 encoder " + what};
 }
-
-/// The library would speak on the terminal.
-void keepSilent(const char* /*format*/, va_list /*arguments*/) {}
 
 std::vector<std::byte> cutTo(std::vector<std::byte> bytes, int length) {
   if (length < 0) throw failure("failed with " + std::to_string(length));
@@ -33,17 +28,10 @@ unsigned char* memoryOf(std::vector<std::byte>& bytes) {
 
 }  // namespace
 
+/// By itself the library makes streams of a constant rate from the samples of a disc, and writes the Info header.
 LameTrack::LameTrack(std::int32_t kbps) : lame_(lame_init()) {
   if (!lame_) throw failure("has no memory");
-  lame_set_errorf(lame_.get(), keepSilent);
-  lame_set_debugf(lame_.get(), keepSilent);
-  lame_set_msgf(lame_.get(), keepSilent);
-  lame_set_in_samplerate(lame_.get(), sampleRate);
-  lame_set_out_samplerate(lame_.get(), sampleRate);
-  lame_set_num_channels(lame_.get(), channels);
-  lame_set_VBR(lame_.get(), vbr_off);
   lame_set_brate(lame_.get(), kbps);
-  lame_set_bWriteVbrTag(lame_.get(), 1);
   if (lame_init_params(lame_.get()) < 0) throw failure("does not know " + std::to_string(kbps) + " kbps");
 }
 

@@ -20,10 +20,9 @@ inline constexpr std::size_t ChunkCountOffset = 0x2C;
 inline constexpr std::size_t DirectoryHeaderSizeOffset = 8;
 inline constexpr std::size_t ListingHeader = 0x14;
 inline constexpr std::size_t IndexHeader = 8;
-/// A record of the file "#WINDOWS", and the places in it that are offsets into "#STRINGS".
+/// A record of the file "#WINDOWS", and the place in it that is an offset into "#STRINGS".
 inline constexpr std::uint32_t WindowRecord = 0xC4;
 inline constexpr std::size_t WindowName = 0x08;
-inline constexpr std::size_t WindowCaption = 0x14;
 }  // namespace layout
 
 /// The kinds of entry of the file "#SYSTEM".

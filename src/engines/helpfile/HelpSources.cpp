@@ -18,7 +18,7 @@ std::string wholeFile(const std::filesystem::path& path) {
 }
 
 struct SourceLine {
-  std::size_t indent = 0;
+  std::size_t indent;
   std::string first;
   std::string rest;
 };

@@ -60,14 +60,13 @@ class Nesting {
   int tables_ = 0;
 };
 
-std::size_t longestWord(std::string_view text) {
-  std::size_t longest = 0;
+bool hasWordLongerThan(std::size_t most, std::string_view text) {
   while (!text.empty()) {
     const std::size_t end = std::min(text.find_first_of(" \n"), text.size());
-    longest = std::max(longest, end);
+    if (end > most) return true;
     text.remove_prefix(std::min(end + 1, text.size()));
   }
-  return longest;
+  return false;
 }
 
 /// Puts the lines of a site map together, mark by mark.
@@ -145,7 +144,7 @@ bool isShowable(std::string_view html) {
   int marks = 0;
   while (const auto piece = takePiece(html)) {
     if (piece->isMark && (++marks > MostMarks || !nesting.meet(piece->text))) return false;
-    if (!piece->isMark && longestWord(piece->text) > LongestWord) return false;
+    if (!piece->isMark && hasWordLongerThan(LongestWord, piece->text)) return false;
   }
   return true;
 }

@@ -11,7 +11,7 @@ namespace trackloom::engines::helpfile {
 
 /// A piece of a marked-up text: a mark without its angle brackets, or what stands between two.
 struct Piece {
-  bool isMark = false;
+  bool isMark;
   std::string_view text;
 };
 

@@ -34,14 +34,14 @@ void addEntry(ByteReader& entries, Gathering& files) {
   const std::uint64_t section = entries.grouped();
   const std::uint64_t offset = entries.grouped();
   const std::uint64_t length = entries.grouped();
-  if (section == 0 && name.size() > 1 && name.front() == '/' && name.back() != '/')
-    files.add(name.substr(1), offset, length);
+  if (section == 0 && name.starts_with('/') && !name.ends_with('/')) files.add(name.substr(1), offset, length);
 }
 
+/// A chunk has a header at least.
 void addChunk(std::string_view chunk, Gathering& files) {
   if (!chunk.starts_with("PMGL")) return;
   const std::uint32_t free = u32At(chunk, 4);
-  if (chunk.size() < layout::ListingHeader || free > chunk.size() - layout::ListingHeader) throw Damaged();
+  if (free > chunk.size() - layout::ListingHeader) throw Damaged();
   ByteReader entries(chunk.substr(0, chunk.size() - free), layout::ListingHeader);
   while (!entries.atEnd()) addEntry(entries, files);
 }

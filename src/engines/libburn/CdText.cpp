@@ -76,8 +76,8 @@ int lengthOf(const std::string& name) {
 void set(burn::burn_session* session, const std::vector<OwnedTrack>& tracks, Names names) {
   if (!names.any()) return;
   names.tracks.resize(tracks.size());
-  if (names.disc.empty()) names.disc = " ";
   std::ranges::replace(names.tracks, std::string(), std::string(" "));
+  if (names.disc.empty()) names.disc = " ";
   burn::burn_session_set_cdtext(session, onlyBlock, names.pack, nullptr, bytesOf(names.disc), lengthOf(names.disc), 0);
   for (std::size_t i = 0; i < tracks.size(); ++i) {
     std::string& name = names.tracks[i];

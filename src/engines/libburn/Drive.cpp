@@ -63,17 +63,21 @@ void Drive::require(std::int32_t sense, const char* what) {
 
 DriveIdentity Drive::identity() {
   const Reply told = node_.ask({0x12, 0, 0, 0, 36}, 36, "the drive does not tell what it is");
-  const Reply page = node_.ask({0x5A, 0x08, 0x2A, 0, 0, 0, 0, 0, 64}, 64, "the drive does not tell what it can do");
-  DriveIdentity identity{textAt(told, 8, 8), textAt(told, 16, 16), 0, false};
-  const std::size_t at = 8 + numberAt(page, 6, 2);
-  identity.hasWriteGuard = (numberAt(page, at + 4, 1) & 0x80U) != 0;
-  identity.maxWriteSpeed = static_cast<std::int16_t>((numberAt(page, at + 18, 2) + baseSpeed / 2) / baseSpeed);
-  return identity;
+  const Reply page = capabilities();
+  const std::uint32_t speed = (numberAt(page, 18, 2) + baseSpeed / 2) / baseSpeed;
+  const bool hasWriteGuard = (numberAt(page, 4, 1) & 0x80U) != 0;
+  return {textAt(told, 8, 8), textAt(told, 16, 16), static_cast<std::int16_t>(speed), hasWriteGuard};
+}
+
+Reply Drive::capabilities() {
+  const Reply told = node_.ask({0x5A, 0x08, 0x2A, 0, 0, 0, 0, 0, 64}, 64, "the drive does not tell what it can do");
+  const std::size_t page = std::min<std::size_t>(8 + numberAt(told, 6, 2), told.size());
+  return {told.begin() + static_cast<std::ptrdiff_t>(page), told.end()};
 }
 
 std::string Drive::serialNumber() {
   try {
-    const Reply page = node_.ask({0x12, 1, 0x80, 0, 64}, 64, "");
+    const Reply page = node_.ask({0x12, 1, 0x80, 0, 64}, 64);
     const std::string text = textAt(page, 4, std::min<std::size_t>(numberAt(page, 3, 1), 60));
     return text.substr(0, text.find_last_not_of(' ') + 1);
   } catch (const EngineError&) {
@@ -82,8 +86,7 @@ std::string Drive::serialNumber() {
 }
 
 bool Drive::writesDiscs() {
-  const Reply page = node_.ask({0x5A, 0x08, 0x2A, 0, 0, 0, 0, 0, 64}, 64, "the drive does not tell what it can do");
-  return (numberAt(page, 8 + numberAt(page, 6, 2) + 3, 1) & 0x01U) != 0;
+  return (numberAt(capabilities(), 3, 1) & 0x01U) != 0;
 }
 
 bool Drive::hasDisc(std::chrono::milliseconds patience) {
@@ -110,10 +113,11 @@ Reply Drive::tables() {
   Reply all = node_.ask({0x51, 0, 0, 0, 0, 0, 0, 0, 34}, 34, "the disc cannot be read");
   const auto add = [&](CommandBlock block, std::size_t most) {
     try {
-      const Reply told = node_.ask(block, most, "");
+      const Reply told = node_.ask(block, most);
       all.insert(all.end(), told.begin(), told.end());
-    } catch (const EngineError& missing) {
-      all.push_back(byteOf(missing.number(), 1) != 0 ? 1 : 0);
+    } catch (const EngineError&) {
+      // A blank disc lacks some of them.
+      return;
     }
   };
   add({0x52, 1, 0, 0, 0, 0xFF, 0, 0, 36}, 36);
@@ -145,8 +149,9 @@ DiscState Drive::disc() {
   disc.type = typeFrom(numberAt(told, 8, 1));
   disc.tracks = tracksUpTo(numberAt(told, 6, 1) - empty);
   const std::uint32_t status = bits & 3U;
-  if (status < 2) disc.status = status == 0 ? DiscEmpty : DiscOpen;
-  if (status < 2) addRoom(disc);
+  if (status >= 2) return disc;
+  disc.status = status == 0 ? DiscEmpty : DiscOpen;
+  addRoom(disc);
   return disc;
 }
 
@@ -173,11 +178,11 @@ void Drive::prepare(const WriteParameters& parameters) {
   list[12] = parameters.kind == AudioBlocks ? audioBlock : dataBlock;
   list[22] = std::byte(byteOf(parameters.pause, 1));
   list[23] = std::byte(byteOf(parameters.pause, 0));
-  std::int32_t told = 0;
-  for (int turn = 0; turn < 3; ++turn) {
-    told = node_.send({0x55, 0x10, 0, 0, 0, 0, 0, 0, static_cast<std::uint32_t>(list.size())}, list);
-    if (keyOf(told) != sensekey::unitAttention) break;
-  }
+  const auto send = [&] {
+    return node_.send({0x55, 0x10, 0, 0, 0, 0, 0, 0, static_cast<std::uint32_t>(list.size())}, list);
+  };
+  std::int32_t told = send();
+  for (int turn = 1; turn < 3 && keyOf(told) == sensekey::unitAttention; ++turn) told = send();
   require(told, "the drive cannot write in this way");
 }
 
@@ -201,14 +206,13 @@ std::int32_t Drive::nextWritable() {
 
 void Drive::write(std::int32_t block, std::int32_t count, std::span<const std::byte> sectors,
                   const std::function<bool()>& goOn) {
-  std::int32_t told = 0;
-  do {
-    told = node_.send({0x2A, 0, byteOf(block, 3), byteOf(block, 2), byteOf(block, 1), byteOf(block, 0), 0,
+  const auto send = [&] {
+    return node_.send({0x2A, 0, byteOf(block, 3), byteOf(block, 2), byteOf(block, 1), byteOf(block, 0), 0,
                        byteOf(count, 1), byteOf(count, 0)},
                       sectors);
-    if (!isPassing(told)) break;
-    std::this_thread::sleep_for(nap);
-  } while (goOn());
+  };
+  std::int32_t told = send();
+  for (; isPassing(told) && goOn(); told = send()) std::this_thread::sleep_for(nap);
   if (!isPassing(told)) require(told, ("writing from block " + std::to_string(block) + " on failed").c_str());
 }
 
@@ -253,10 +257,10 @@ std::vector<std::byte> Drive::read(BlockKind kind, std::int32_t block, std::int3
     const std::string what = "block " + std::to_string(at) + " cannot be read";
     const Reply told = kind == AudioBlocks ? node_.ask({0xBE, 0x04, byteOf(at, 3), byteOf(at, 2), byteOf(at, 1),
                                                         byteOf(at, 0), 0, 0, static_cast<std::uint32_t>(step), 0x10},
-                                                       size, what.c_str())
+                                                       size, what)
                                            : node_.ask({0x28, 0, byteOf(at, 3), byteOf(at, 2), byteOf(at, 1),
                                                         byteOf(at, 0), 0, 0, static_cast<std::uint32_t>(step)},
-                                                       size, what.c_str());
+                                                       size, what);
     if (told.size() != size) throw deviceError(sense::readError, what + ": the drive gave less");
     std::ranges::transform(told, std::back_inserter(sectors), [](std::uint8_t byte) { return std::byte{byte}; });
     done += step;

@@ -17,12 +17,12 @@ namespace trackloom::engines::libburn {
 
 /// What a recorder is to do with the blocks that come (MMC-3, 6.3.10).
 struct WriteParameters {
-  BlockKind kind = AudioBlocks;
-  std::int32_t pause = standardPause;
-  bool test = false;
-  bool guarded = false;
+  BlockKind kind;
+  std::int32_t pause;
+  bool test;
+  bool guarded;
   /// What a closed session leaves room for.
-  bool nextSession = true;
+  bool nextSession;
 };
 
 /// The commands of a CD recorder that the library has no calls for (MMC-3): looks, reading, closing, the tray, and
@@ -67,6 +67,8 @@ class Drive {
   /// Until nothing goes on in the background; throws where that fails.
   void awaitIdle(
       const char* what, const std::function<void()>& waiting = [] {});
+  /// What it can do (MMC-3, 6.3.11), without what stands before the page.
+  Reply capabilities();
   Reply trackInformation(std::uint32_t number);
   std::vector<DiscTrack> tracksUpTo(std::uint32_t last);
   void addRoom(DiscState& disc);

@@ -123,7 +123,7 @@ std::shared_ptr<const DriveSnapshot> LibburnRecorder::look() {
 std::shared_ptr<const DriveSnapshot> LibburnRecorder::lookAnew() {
   Drive drive(path_, Hold::Shared);
   if (identity_.vendor.empty()) identity_ = drive.identity();
-  if (!drive.hasDisc(taken_ ? patienceOfALook : std::chrono::milliseconds(0))) {
+  if (!drive.hasDisc(taken_ ? patienceOfALook : std::chrono::milliseconds::zero())) {
     looked_.reset();
     return std::make_shared<DriveSnapshot>(DriveSnapshot{identity_, std::nullopt});
   }
@@ -139,7 +139,7 @@ DiscState LibburnRecorder::discIn(Drive& drive, const Reply& tables) const {
   for (DiscTrack& track : disc.tracks)
     for (const DiscTrack& written : written_)
       if (isSameTrack(track, written)) track.length = written.length;
-  return !spoilt_.empty() && spoilt_ == tables ? closedFor(disc) : disc;
+  return spoilt_ == tables ? closedFor(disc) : disc;
 }
 
 DiscState LibburnRecorder::discOrThrow() {

@@ -72,7 +72,7 @@ class LibburnRecorder : public Recorder {
   DriveIdentity identity_;
   std::optional<Looked> looked_;
   /// The tables of a disc that a write has left unusable, though its drive may not say so.
-  Reply spoilt_;
+  std::optional<Reply> spoilt_;
   /// The tracks that were written last; a drive may count blocks to them that nobody has sent.
   std::vector<DiscTrack> written_;
 };

@@ -32,13 +32,14 @@ bool started() {
   return good;
 }
 
+/// Empty: there is none.
 std::string nextMessage() {
   std::array<char, BURN_MSGS_MESSAGE_LEN> words{};
   std::array<char, 80> severity{};
-  int code = 0;
-  int error = 0;
-  const int found = burn::burn_msgs_obtain(text("SORRY"), &code, words.data(), &error, severity.data());
-  return found > 0 ? std::string(words.data()) : std::string();
+  int code{};
+  int error{};
+  burn::burn_msgs_obtain(text("SORRY"), &code, words.data(), &error, severity.data());
+  return words.data();
 }
 
 }  // namespace
@@ -64,9 +65,9 @@ void forgetMessages() {
 
 std::int32_t senseIn(const std::string& words) {
   for (std::size_t at = words.find('['); at != std::string::npos; at = words.find('[', at + 1)) {
-    unsigned key = 0;
-    unsigned code = 0;
-    unsigned qualifier = 0;
+    unsigned key{};
+    unsigned code{};
+    unsigned qualifier{};
     if (std::sscanf(words.c_str() + at, "[%1x %2x %2x]", &key, &code, &qualifier) == 3)
       return static_cast<std::int32_t>(key << 16U | code << 8U | qualifier);
   }

@@ -36,7 +36,12 @@ struct Node::Transfer {
   int direction = SG_DXFER_NONE;
   void* bytes = nullptr;
   std::size_t size = 0;
-  std::size_t* left = nullptr;
+};
+
+/// How a command ended, and how many bytes it moved.
+struct Node::Outcome {
+  std::int32_t sense;
+  std::size_t moved;
 };
 
 Node::Node(const std::string& path, Hold hold)
@@ -48,7 +53,7 @@ Node::~Node() {
   ::close(fd_);
 }
 
-std::int32_t Node::run(CommandBlock block, const Transfer& transfer) {
+Node::Outcome Node::run(CommandBlock block, const Transfer& transfer) {
   std::array<unsigned char, 12> bytes{};
   std::ranges::transform(block, bytes.begin(), [](std::uint32_t byte) { return static_cast<unsigned char>(byte); });
   std::array<unsigned char, 32> told{};
@@ -64,31 +69,29 @@ std::int32_t Node::run(CommandBlock block, const Transfer& transfer) {
   header.timeout = std::ranges::find(slowCommands, bytes[0]) == slowCommands.end() ? usual : longest;
   if (::ioctl(fd_, SG_IO, &header) != 0)
     throw deviceError(sense::notReady, "the drive is no longer connected: " + systemWords(errno));
-  if (transfer.left != nullptr) *transfer.left = static_cast<std::size_t>(std::max(0, header.resid));
-  if (header.sb_len_wr > 0) return numberOf(told);
+  const std::size_t moved =
+      transfer.size - std::min(static_cast<std::size_t>(std::max(0, header.resid)), transfer.size);
+  if (header.sb_len_wr != 0) return {numberOf(told), moved};
   const bool failed = header.status != 0 || header.host_status != 0;
-  return failed ? 0x040800 : 0;
+  return {failed ? 0x040800 : 0, moved};
 }
 
 std::int32_t Node::sense(CommandBlock block) {
-  return run(block, {});
+  return run(block, {}).sense;
 }
 
-Reply Node::ask(CommandBlock block, std::size_t most, const char* what) {
+Reply Node::ask(CommandBlock block, std::size_t most, const std::string& what) {
   Reply reply(most);
-  std::size_t left = 0;
-  std::int32_t told = 0;
-  for (int turn = 0; turn < attentions; ++turn) {
-    told = run(block, {SG_DXFER_FROM_DEV, reply.data(), reply.size(), &left});
-    if (keyOf(told) != sensekey::unitAttention) break;
-  }
-  if (keyOf(told) > 1) throw driveError(told, what);
-  reply.resize(most - std::min(left, most));
+  const auto askOnce = [&] { return run(block, {SG_DXFER_FROM_DEV, reply.data(), reply.size()}); };
+  Outcome told = askOnce();
+  for (int turn = 1; turn < attentions && keyOf(told.sense) == sensekey::unitAttention; ++turn) told = askOnce();
+  if (keyOf(told.sense) > 1) throw driveError(told.sense, what);
+  reply.resize(told.moved);
   return reply;
 }
 
 std::int32_t Node::send(CommandBlock block, std::span<const std::byte> bytes) {
-  return run(block, {SG_DXFER_TO_DEV, const_cast<std::byte*>(bytes.data()), bytes.size(), nullptr});
+  return run(block, {SG_DXFER_TO_DEV, const_cast<std::byte*>(bytes.data()), bytes.size()}).sense;
 }
 
 std::uint32_t numberAt(const Reply& reply, std::size_t at, std::size_t size) {

@@ -33,13 +33,14 @@ class Node {
   std::int32_t sense(CommandBlock block);
   /// What the drive answers, at most `most` bytes. Throws EngineError, whose words begin with `what`; where the drive
   /// tells of a change it is asked again.
-  Reply ask(CommandBlock block, std::size_t most, const char* what);
+  Reply ask(CommandBlock block, std::size_t most, const std::string& what = {});
   /// The sense of a command that sends these bytes.
   std::int32_t send(CommandBlock block, std::span<const std::byte> bytes);
 
  private:
   struct Transfer;
-  std::int32_t run(CommandBlock block, const Transfer& transfer);
+  struct Outcome;
+  Outcome run(CommandBlock block, const Transfer& transfer);
 
   int fd_;
 };

@@ -15,7 +15,6 @@ std::string wordsOf(std::int32_t number);
 EngineError driveError(std::int32_t number, const std::string& what);
 
 namespace sensekey {
-inline constexpr std::int32_t notReady = 0x02;
 inline constexpr std::int32_t unitAttention = 0x06;
 }  // namespace sensekey
 

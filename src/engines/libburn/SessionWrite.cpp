@@ -21,13 +21,16 @@ constexpr std::chrono::milliseconds patience{20};
 /// What the library asks for the sectors of one track, on its thread, and frees on ours; the lock stands between the
 /// two.
 struct TrackSource {
+  TrackSource(std::shared_ptr<Supply> from, std::int16_t number, off_t bytes)
+      : supply(std::move(from)), track(number), left(bytes), size(bytes) {}
+
   std::mutex mutex;
   std::shared_ptr<Supply> supply;
-  std::int16_t track = 1;
+  std::int16_t track;
   /// The bytes that there are still to be had.
-  off_t left = 0;
+  off_t left;
   /// As the library has it, which sets it higher where it fills the track up.
-  off_t size = 0;
+  off_t size;
 };
 
 TrackSource& sourceOf(burn::burn_source* source) {
@@ -67,6 +70,7 @@ static void freeTrackSource(burn::burn_source* source) {
 
 /// The library counts who uses a source, and frees it with free().
 burn::burn_source* newSource(std::shared_ptr<Supply> supply, std::int16_t track, off_t size) {
+  // NOLINTNEXTLINE(cppcoreguidelines-no-malloc,cppcoreguidelines-owning-memory)
   auto* source = static_cast<burn::burn_source*>(std::calloc(1, sizeof(burn::burn_source)));
   if (source == nullptr) throw std::bad_alloc();
   source->refcount = 1;
@@ -74,11 +78,7 @@ burn::burn_source* newSource(std::shared_ptr<Supply> supply, std::int16_t track,
   source->get_size = sizeOfTrack;
   source->set_size = setSizeOfTrack;
   source->free_data = freeTrackSource;
-  auto owned = std::make_unique<TrackSource>();
-  owned->supply = std::move(supply);
-  owned->track = track;
-  owned->left = owned->size = size;
-  source->data = owned.release();
+  source->data = std::make_unique<TrackSource>(std::move(supply), track, size).release();
   return source;
 }
 
@@ -110,14 +110,13 @@ OwnedTrack SessionWrite::trackOf(std::int16_t number) {
 OwnedOptions SessionWrite::optionsFor(burn::burn_drive* drive) const {
   OwnedOptions options(burn::burn_write_opts_new(drive));
   const bool audio = order_.kind == AudioBlocks;
-  burn::burn_write_opts_set_perform_opc(options.get(), 0);
   burn::burn_write_opts_set_write_type(options.get(), atOnce() ? burn::BURN_WRITE_SAO : burn::BURN_WRITE_TAO,
                                        atOnce() ? burn::BURN_BLOCK_SAO
                                        : audio  ? burn::BURN_BLOCK_RAW0
                                                 : burn::BURN_BLOCK_MODE1);
-  burn::burn_write_opts_set_simulate(options.get(), order_.test ? 1 : 0);
-  burn::burn_write_opts_set_underrun_proof(options.get(), guarded_ ? 1 : 0);
-  burn::burn_write_opts_set_multi(options.get(), order_.closeDisc ? 0 : 1);
+  burn::burn_write_opts_set_simulate(options.get(), order_.test);
+  burn::burn_write_opts_set_underrun_proof(options.get(), guarded_);
+  burn::burn_write_opts_set_multi(options.get(), !order_.closeDisc);
   return options;
 }
 
@@ -126,7 +125,8 @@ void SessionWrite::burnTracks(burn::burn_drive* drive) {
   const OwnedSession session(burn::burn_session_create());
   burn::burn_disc_add_session(disc.get(), session.get(), BURN_POS_END);
   std::vector<OwnedTrack> tracks;
-  for (std::int16_t number = 1; number <= std::ssize(order_.trackBlocks); ++number) {
+  const auto count = static_cast<std::int16_t>(order_.trackBlocks.size());
+  for (std::int16_t number = 1; number <= count; ++number) {
     tracks.push_back(trackOf(number));
     burn::burn_session_add_track(session.get(), tracks.back().get(), BURN_POS_END);
   }
@@ -141,7 +141,7 @@ void SessionWrite::start(burn::burn_drive* drive, const OwnedOptions& options, c
   std::array<char, BURN_REASONS_LEN> reasons{};
   if (burn::burn_precheck_write(options.get(), disc.get(), reasons.data(), 0) <= 0)
     throw deviceError(sense::cannotWriteMedium, std::string("the drive cannot write this: ") + reasons.data());
-  burn::burn_drive_set_speed(drive, 0, order_.speed <= 0 ? 0 : order_.speed * kilobytesAtBaseSpeed);
+  burn::burn_drive_set_speed(drive, 0, std::max<std::int16_t>(order_.speed, 0) * kilobytesAtBaseSpeed);
   forgetMessages();
   touched_ = !order_.test;
   burn::burn_disc_write(options.get(), disc.get());
@@ -151,9 +151,7 @@ void SessionWrite::start(burn::burn_drive* drive, const OwnedOptions& options, c
 void SessionWrite::attend(burn::burn_drive* drive) {
   burn::burn_progress progress{};
   while (burn::burn_drive_get_status(drive, &progress) != burn::BURN_DRIVE_IDLE) {
-    if (progress.buffer_capacity > 0)
-      bufferPercent_ = static_cast<std::int16_t>(
-          100 - 100.0 * std::min(progress.buffer_available, progress.buffer_capacity) / progress.buffer_capacity);
+    hearOfBuffer(progress);
     if (failure_) {
       std::this_thread::sleep_for(patience);
       continue;
@@ -163,6 +161,13 @@ void SessionWrite::attend(burn::burn_drive* drive) {
     supply_->end();
     burn::burn_drive_cancel(drive);
   }
+}
+
+/// Before the drive was asked for the first time its buffer counts as full.
+void SessionWrite::hearOfBuffer(const burn::burn_progress& progress) {
+  const std::uint64_t size = std::max(progress.buffer_capacity, 1U);
+  const std::uint64_t left = std::min<std::uint64_t>(progress.buffer_available, size);
+  bufferPercent_ = static_cast<std::int16_t>((size - left) * 100 / size);
 }
 
 void SessionWrite::attendOnce() {

@@ -32,6 +32,7 @@ class SessionWrite {
   void burnTracks(burn::burn_drive* drive);
   void start(burn::burn_drive* drive, const OwnedOptions& options, const OwnedDisc& disc);
   void attend(burn::burn_drive* drive);
+  void hearOfBuffer(const burn::burn_progress& progress);
   void attendOnce();
   std::vector<std::byte> make(std::int16_t track);
   void begin(std::int16_t track);
@@ -48,7 +49,7 @@ class SessionWrite {
   std::shared_ptr<Supply> supply_ = std::make_shared<Supply>();
   std::int16_t track_ = 0;
   std::int32_t position_ = 0;
-  std::int16_t bufferPercent_ = 100;
+  std::int16_t bufferPercent_{};
   std::exception_ptr failure_;
   bool touched_ = false;
   bool closingsTold_ = false;

@@ -25,18 +25,20 @@ bool Supply::take(std::int16_t track, std::byte* bytes, std::size_t size) {
 
 void Supply::serve(std::chrono::milliseconds patience,
                    const std::function<std::vector<std::byte>(std::int16_t track)>& make) {
-  std::int16_t track = 0;
-  {
-    std::unique_lock lock(mutex_);
-    if (!asked_.wait_for(lock, patience, [&] { return wanted_ != 0; })) return;
-    track = wanted_;
-  }
+  const std::int16_t track = wantedWithin(patience);
+  if (track == 0) return;
   std::vector<std::byte> made = make(track);
   const std::lock_guard lock(mutex_);
   wanted_ = 0;
   ready_ = std::move(made);
   taken_ = 0;
   made_.notify_one();
+}
+
+std::int16_t Supply::wantedWithin(std::chrono::milliseconds patience) {
+  std::unique_lock lock(mutex_);
+  asked_.wait_for(lock, patience, [&] { return wanted_ != 0; });
+  return wanted_;
 }
 
 void Supply::end() {

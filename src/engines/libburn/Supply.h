@@ -25,6 +25,9 @@ class Supply {
   bool drained() const;
 
  private:
+  /// The track of which more is wanted; 0: of none until then.
+  std::int16_t wantedWithin(std::chrono::milliseconds patience);
+
   mutable std::mutex mutex_;
   std::condition_variable asked_;
   std::condition_variable made_;

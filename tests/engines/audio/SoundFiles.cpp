@@ -5,9 +5,10 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <numbers>
 #include <random>
+
+#include "fakes/TestFiles.h"
 
 namespace trackloom::engines::audio {
 
@@ -84,8 +85,7 @@ HostPath SoundFolder::write(const std::string& name, const std::string& bytes) c
 }
 
 std::string SoundFolder::read(const std::string& name) const {
-  std::ifstream file(at(name).text, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
+  return fakes::contentOf(at(name).text);
 }
 
 void SoundFolder::run(const std::string& command) const {

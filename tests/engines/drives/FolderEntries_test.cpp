@@ -56,6 +56,46 @@ TEST_CASE("Every name ends with a NUL, in the bytes that the disk has") {
   CHECK(records[0].name == std::string("caf\xE9.mp3\0", 9));
 }
 
+TEST_CASE("A folder has its attribute and no size, a file its size and no attribute") {
+  Here here;
+  here.folder.write("here/a/b.mp3", "1");
+  here.folder.write("here/b.mp3", "12345");
+  const std::vector<FindRecord> records = here.entries();
+  REQUIRE(records.size() == 2);
+  CHECK(records[0].attributes == 16);
+  CHECK(records[0].size == 0);
+  CHECK(records[1].attributes == 0);
+  CHECK(records[1].size == 5);
+}
+
+TEST_CASE("The root of the system is a folder, and separators at the end count for nothing") {
+  CHECK(mountOf("/") != 0);
+  CHECK(mountOf("//") == mountOf("/"));
+  CHECK(mountOf("/proc//") == mountOf("/proc"));
+}
+
+TEST_CASE("A link to a folder is none in the shortest path either") {
+  Here here;
+  here.folder.write("here/a/b.mp3", "1");
+  here.link("l", "a");
+  const std::filesystem::path before = std::filesystem::current_path();
+  std::filesystem::current_path(here.path());
+  CHECK(mountOf("a/") == mountOf(here.path()));
+  CHECK(mountOf("l/") == 0);
+  std::filesystem::current_path(before);
+}
+
+TEST_CASE("A folder that was read is closed again") {
+  const auto open = [] {
+    return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), std::filesystem::directory_iterator());
+  };
+  Here here;
+  here.folder.write("here/a.mp3", "1");
+  const auto before = open();
+  CHECK(here.entries().size() == 1);
+  CHECK(open() == before);
+}
+
 TEST_CASE("A link to a file is that file with its size, and every other link is left out") {
   Here here;
   here.folder.write("far.mp3", "12345");

@@ -98,6 +98,33 @@ TEST_CASE("LVM and LUKS are fixed over a fixed disk and removable over a removab
   CHECK(system.typeOf("/media/locked") == 2);
 }
 
+TEST_CASE("A device is fixed where the disk below it has gone") {
+  System system;
+  system.addDisk("sdb", "sdb1", "8:17", true);
+  system.addMapped("dm-0", "253:0", "sdb1");
+  system.mount("/media/locked", "253:0", "ext4", "/dev/mapper/luks-stick");
+  CHECK(system.typeOf("/media/locked") == 2);
+  std::filesystem::remove_all(system.folder / "sys/devices/pci");
+  CHECK(system.typeOf("/media/locked") == 3);
+}
+
+TEST_CASE("A set of ZFS is no disk, though it may be called like one") {
+  System system;
+  system.addDisk("sdb", "sdb1", "8:17", true);
+  system.mount("/tank", "0:40", "zfs", "tank/sdb1");
+  CHECK(system.typeOf("/tank") == 3);
+}
+
+TEST_CASE("File systems of discs and of memory are known by their kinds alone") {
+  for (const auto& [kind, type] : std::vector<std::pair<std::string, int>>{
+           {"cd9660", 5}, {"iso9660", 5}, {"udf", 5}, {"devtmpfs", 6}, {"ramfs", 6}, {"tmpfs", 6}}) {
+    INFO(kind);
+    System system;
+    system.mount("/here", "0:60", kind, "none");
+    CHECK(system.typeOf("/here") == type);
+  }
+}
+
 TEST_CASE("Behind a btrfs its source tells the drive, by the device's own name where it has another one") {
   System system;
   system.addDisk("sda", "sda1", "8:1", false);

@@ -22,6 +22,8 @@ TEST_CASE("A line of mounts is read with its optional words and its escapes") {
       "\n"
       "41 22 0:36 / /short rw\n"
       "x 22 0:37 / /bad rw - ext4 /dev/sdb1 rw\n"
+      "44 x 0:40 / /bad/too rw - ext4 /dev/sdd1 rw\n"
+      "45 22 0:41 / /early - ext4 /dev/sde1 rw\n"
       "42 22 0:38 / /no/source rw - ext4\n"
       "43 22 0:39 / /odd\\04 rw - ext4 /dev/sdc1");
   REQUIRE(mounts.size() == 3);
@@ -56,6 +58,32 @@ TEST_CASE("A mount that shows again what another one shows is no drive of its ow
   CHECK(placesOf("22 1 8:2 / / rw - ext4 /dev/sda2 rw\n"
                  "31 22 8:3 /music /mnt/music rw - ext4 /dev/sda3 rw\n"
                  "33 22 8:3 /music2 /mnt/music2 rw - ext4 /dev/sda3 rw\n") == "/;/mnt/music;/mnt/music2;");
+}
+
+TEST_CASE("Of two mounts that show the same the one that came first is the drive") {
+  CHECK(placesOf("22 1 8:2 / / rw - ext4 /dev/sda2 rw\n"
+                 "31 22 8:3 / /b rw - ext4 /dev/sda3 rw\n"
+                 "32 22 8:3 / /a rw - ext4 /dev/sda3 rw\n"
+                 "33 22 8:3 / /c rw - ext4 /dev/sda3 rw\n") == "/;/b;");
+}
+
+TEST_CASE("A folder that another mount hides there is only reached where it is mounted apart") {
+  for (const std::string around : {"", "/@"}) {
+    const std::string top = around.empty() ? "/" : around;
+    CHECK(placesOf("22 1 8:2 / / rw - ext4 /dev/sda2 rw\n"
+                   "31 22 0:30 " +
+                   top +
+                   " /mnt/all rw - btrfs /dev/sda3 rw\n"
+                   "32 22 0:30 " +
+                   around +
+                   "/music /mnt/music rw - btrfs /dev/sda3 rw\n"
+                   "33 31 0:50 / /mnt/all/music rw - tmpfs tmpfs rw\n") == "/;/mnt/all;/mnt/all/music;/mnt/music;");
+  }
+}
+
+TEST_CASE("The first mount that a system ever made is told from what lies over none") {
+  CHECK(placesOf("1 0 8:1 / / rw - ext4 /dev/sda1 rw\n"
+                 "2 1 8:2 / /home rw - ext4 /dev/sda2 rw\n") == "/;/home;");
 }
 
 TEST_CASE("A folder of a drive that is mounted over itself is only reached as a drive of its own") {

@@ -1,5 +1,6 @@
 #include "engines/drives/ReadAhead.h"
 
+#include <algorithm>
 #include <atomic>
 #include <catch2/catch.hpp>
 #include <condition_variable>
@@ -185,6 +186,73 @@ TEST_CASE("A walk that is given up waits for no folder and reads no further") {
   std::this_thread::sleep_for(std::chrono::milliseconds(20));
   CHECK(tree->reads().size() == before);
   CHECK(before <= 4);
+}
+
+TEST_CASE("As many folders are read at once as the machine has processors, but two at least and four at most") {
+  const auto tree = std::make_shared<Tree>();
+  for (const char* name : {"1", "2", "3", "4", "5", "6"}) {
+    tree->folders["/"].push_back(folder(name));
+    tree->hold(std::string("/") + name + "/");
+  }
+  const std::size_t threads = std::clamp(std::thread::hardware_concurrency(), 2U, 4U);
+  fakes::FakePatience patience;
+  {
+    const ReadAhead walk("/", tree->reader(), patience);
+    tree->awaitReads(1 + threads);
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    CHECK(tree->reads().size() == 1 + threads);
+  }
+  for (const std::string& path : tree->reads()) tree->letGo(path);
+}
+
+TEST_CASE("All threads begin to read as soon as there is something to read for them") {
+  const auto tree = std::make_shared<Tree>();
+  tree->folders["/"] = {folder("x"), folder("y")};
+  for (const char* path : {"/", "/x/", "/y/"}) tree->hold(path);
+  fakes::FakePatience patience;
+  {
+    const ReadAhead walk("/", tree->reader(), patience);
+    tree->awaitReads(1);
+    // Those that find nothing to do are asleep by then.
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    tree->letGo("/");
+    tree->awaitReads(3);
+  }
+  for (const char* path : {"/x/", "/y/"}) tree->letGo(path);
+}
+
+TEST_CASE("Fifty thousand entries may lie ready, and the next folder is read below that") {
+  for (const std::size_t files : {49'998U, 49'999U}) {
+    const auto tree = std::make_shared<Tree>();
+    tree->folders["/"] = std::vector<FindRecord>(files, file("a.mp3"));
+    tree->folders["/"].push_back(folder("x"));
+    fakes::FakePatience patience;
+    ReadAhead walk("/", tree->reader(), patience);
+    if (files == 49'998U) {
+      tree->awaitReads(2);
+      continue;
+    }
+    tree->awaitReads(1);
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    CHECK(tree->reads().size() == 1);
+    CHECK(walk.entries("/").size() == 50'000);
+    tree->awaitReads(2);
+  }
+}
+
+TEST_CASE("The threads of a walk that is given up come to their end, also those that wait for room") {
+  auto tree = std::make_shared<Tree>();
+  const std::weak_ptr<Tree> read = tree;
+  tree->folders["/"] = std::vector<FindRecord>(50'000, file("a.mp3"));
+  tree->folders["/"].push_back(folder("x"));
+  {
+    fakes::FakePatience patience;
+    const ReadAhead walk("/", tree->reader(), patience);
+    tree->awaitReads(1);
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    tree.reset();
+  }
+  while (!read.expired()) std::this_thread::sleep_for(std::chrono::milliseconds(1));
 }
 
 }  // namespace trackloom::engines::drives

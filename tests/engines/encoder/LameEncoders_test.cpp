@@ -141,6 +141,14 @@ TEST_CASE("Tracks that are encoded at the same time are those that are encoded a
     CHECK(together[at] == encoded(encoder->Encoder(), 160, sounds[at], 1));
 }
 
+TEST_CASE("The rate is 128 until it is set, as it is for a new encoder beside one that has another") {
+  const auto encoder = LameEncoders().create();
+  CHECK(encoder->Encoder().BitRate() == 128);
+  encoder->SetBitRate(256);
+  CHECK(encoder->Encoder().BitRate() == 256);
+  CHECK(LameEncoders().create()->Encoder().BitRate() == 128);
+}
+
 TEST_CASE("A track outlives its encoder") {
   auto encoder = LameEncoders().create();
   const auto track = encoder->Encoder().begin(256);

@@ -3,6 +3,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "engines/libburn/FoundDrives.h"
 #include "engines/libburn/LibburnWorld.h"
 
 namespace trackloom::engines::libburn {

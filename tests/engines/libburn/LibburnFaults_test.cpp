@@ -2,6 +2,7 @@
 #include <unistd.h>
 
 #include "engines/disc/NodeFailure.h"
+#include "engines/libburn/FoundDrives.h"
 #include "engines/libburn/LibburnWorld.h"
 
 namespace trackloom::engines::libburn {

@@ -1,6 +1,7 @@
 #include <sstream>
 
 #include "engines/disc/MountedAt.h"
+#include "engines/libburn/FoundDrives.h"
 #include "engines/libburn/LibburnWorld.h"
 #include "engines/libburn/Library.h"
 #include "engines/libburn/SenseWords.h"

@@ -1,12 +1,12 @@
 #include "engines/disc/NodeFailure.h"
 
 #include <dirent.h>
-#include <dlfcn.h>
 
 #include <atomic>
 #include <catch2/catch.hpp>
 #include <cerrno>
 
+#include "fakes/NextFunction.h"
 #include "fakes/SleepingProgram.h"
 #include "fakes/TempFolder.h"
 
@@ -27,7 +27,7 @@ extern "C" dirent* readdir(DIR* folder) {
     return nullptr;
   }
   if (entriesLeft() > 0) --entriesLeft();
-  static const auto next = reinterpret_cast<decltype(&readdir)>(dlsym(RTLD_NEXT, "readdir"));
+  static const auto next = trackloom::fakes::theirs<decltype(readdir)>("readdir");
   return next(folder);
 }
 

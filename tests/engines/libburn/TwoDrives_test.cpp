@@ -1,4 +1,5 @@
 #include "contract/WriterContract.h"
+#include "engines/libburn/FoundDrives.h"
 #include "engines/libburn/LibburnWorld.h"
 
 namespace trackloom::engines::libburn {

@@ -9,10 +9,13 @@
 #include "drive/Disc.h"
 #include "drive/Sectors.h"
 #include "engines/disc/Sense.h"
+#include "engines/encoder/LameEncoders.h"
 #include "engines/libburn/FoundDrives.h"
 #include "engines/ripper/FullContents.h"
 #include "engines/ripper/LeadInPacks.h"
 #include "engines/ripper/RipWorld.h"
+#include "engines/virtual/VirtualRecorders.h"
+#include "fakes/TestFiles.h"
 #include "runtime/RuntimeError.h"
 
 namespace trackloom::engines::ripper {

@@ -4,6 +4,7 @@
 
 #include "engines/disc/Sense.h"
 #include "engines/ripper/RipWorld.h"
+#include "engines/virtual/VirtualRecorders.h"
 #include "runtime/RuntimeError.h"
 
 namespace trackloom::engines::ripper {

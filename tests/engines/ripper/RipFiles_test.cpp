@@ -5,6 +5,7 @@
 
 #include "engines/ripper/RipWorld.h"
 #include "fakes/OwnDisk.h"
+#include "fakes/TestFiles.h"
 
 namespace trackloom::engines::ripper {
 

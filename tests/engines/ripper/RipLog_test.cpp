@@ -4,6 +4,7 @@
 
 #include "engines/ripper/OffsetReading.h"
 #include "engines/ripper/RipWorld.h"
+#include "fakes/TestFiles.h"
 
 namespace trackloom::engines::ripper {
 

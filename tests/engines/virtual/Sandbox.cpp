@@ -13,13 +13,13 @@
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
-#include <iterator>
 #include <memory>
 #include <span>
 #include <sstream>
 
 #include "engines/virtual/DiscFolder.h"
 #include "engines/virtual/VirtualRecorders.h"
+#include "fakes/TestFiles.h"
 
 namespace trackloom::engines::virtualrecorder {
 
@@ -46,9 +46,8 @@ void Sandbox::describeDisc(const std::string& discIni) const {
 }
 
 std::string readFile(const fs::path& path) {
-  std::ifstream stream(path, std::ios::binary);
-  REQUIRE(stream);
-  return {std::istreambuf_iterator<char>(stream), {}};
+  REQUIRE(fs::exists(path));
+  return fakes::contentOf(path);
 }
 
 void writeFile(const fs::path& path, const std::string& bytes) {
