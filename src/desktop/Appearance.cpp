@@ -37,7 +37,6 @@ QPalette darkPalette() {
   palette.setColor(QPalette::Base, QColor(0x24, 0x26, 0x28));
   palette.setColor(QPalette::AlternateBase, QColor(0x2B, 0x2D, 0x30));
   palette.setColor(QPalette::Highlight, QColor(0x2A, 0x78, 0xB8));
-  palette.setColor(QPalette::HighlightedText, Qt::white);
   palette.setColor(QPalette::Link, QColor(0x6C, 0xB8, 0xE8));
   for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::ToolTipText}) {
     palette.setColor(role, text);

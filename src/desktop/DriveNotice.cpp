@@ -12,8 +12,6 @@ namespace trackloom {
 
 namespace {
 
-constexpr int IconPixels = 16;
-
 QString asSentence(const std::string& words) {
   QString text = shown(words);
   return text.left(1).toUpper() + text.mid(1) + ".";
@@ -27,9 +25,7 @@ void DriveNotice::standIn(QWidget& window) {
   button_ = &make<QToolButton>(*bar);
   button_->setObjectName("driveNotice");
   button_->setIcon(window.style()->standardIcon(QStyle::SP_MessageBoxWarning));
-  button_->setIconSize({IconPixels, IconPixels});
   button_->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-  button_->setAutoRaise(true);
   place_ = bar->addWidget(button_);
   QObject::connect(button_, &QToolButton::clicked, &window, [this, &window] { open(window); });
   show();

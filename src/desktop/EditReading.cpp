@@ -39,7 +39,8 @@ class EditReading final : public QAccessibleWidget,
   int characterCount() const override { return static_cast<int>(line().text().size()); }
   QRect characterRect(int offset) const override;
   int offsetAtPoint(const QPoint& point) const override;
-  void scrollToSubstring(int start, int end) override;
+  /// The cursor is always in sight.
+  void scrollToSubstring(int start, int /*end*/) override { setCursorPosition(start); }
   QString attributes(int offset, int* start, int* end) const override;
 
   void deleteText(int start, int end) override { replaceText(start, end, {}); }
@@ -117,12 +118,6 @@ QRect EditReading::characterRect(int offset) const {
 
 int EditReading::offsetAtPoint(const QPoint& point) const {
   return line().cursorPositionAt(line().mapFromGlobal(point));
-}
-
-/// The cursor is always in sight.
-void EditReading::scrollToSubstring(int start, int end) {
-  line().setCursorPosition(end);
-  line().setCursorPosition(start);
 }
 
 QString EditReading::attributes(int /*offset*/, int* start, int* end) const {

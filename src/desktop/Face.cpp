@@ -65,6 +65,8 @@ void keepAllLines(QWidget& window) {
 /// A dialog opens as wide as it was designed or, in a larger font, as its contents need, and as high as they then are.
 void fitToContents(QWidget& window) {
   QLayout& layout = *window.layout();
+  // Layouts within a layout keep what they have measured, and a window made ready ahead was measured without its texts.
+  for (QLayout* inner : layout.findChildren<QLayout*>()) inner->invalidate();
   const int width = std::max(window.minimumWidth(), layout.totalMinimumSize().width());
   window.setMinimumWidth(width);
   if (window.testAttribute(Qt::WA_Resized))
@@ -128,6 +130,7 @@ bool Face::handle(QEvent& event) {
       if (placed_ && window_->inherits("QDialog")) keepContents();
       return false;
     case QEvent::WindowActivate:
+      tellNotices();
       activateOnce();
       return false;
     default:
@@ -154,23 +157,24 @@ void Face::keepContents() {
   fitInto(*window_, roomFor(*window_));
 }
 
+/// The main window acts without the window system's leave: it opens its first dialog, and would stand there without it
+/// for as long as two windows take one after the other.
 void Face::awaitActivation() {
-  activationDue_ = true;
-  QTimer::singleShot(ActivationPatience, window_.get(), [weak = weak_from_this()] {
+  activationDue_ = noticesDue_ = true;
+  const int patience = window_->inherits("QMainWindow") ? 0 : ActivationPatience;
+  QTimer::singleShot(patience, window_.get(), [weak = weak_from_this()] {
     if (const auto face = weak.lock()) face->activateOnce();
   });
 }
 
 void Face::activateOnce() {
-  if (!std::exchange(activationDue_, false)) return;
-  tellNotices();
-  entry().later([this] { form_->activated(); });
+  if (std::exchange(activationDue_, false)) entry().later([this] { form_->activated(); });
 }
 
 /// What screen readers heard of a window before it was the active one they may have dropped. A window that goes on
 /// telling is left alone, since it would be heard twice.
 void Face::tellNotices() {
-  if (window_->property("ownEntry").toBool()) return;
+  if (!std::exchange(noticesDue_, false) || window_->property("ownEntry").toBool()) return;
   for (QLabel* label : window_->findChildren<QLabel*>()) tellNotice(*label);
 }
 
@@ -183,7 +187,7 @@ void Face::place(QWidget* owner) {
     fitToContents(*window_);
     keepContents();
   }
-  centreOver(*window_, owner == nullptr ? window_->screen()->availableGeometry() : owner->frameGeometry());
+  centreOver(*window_, owner == nullptr ? window_->screen()->availableGeometry() : placeOf(*owner));
 }
 
 void Face::tellFailureDetail() {

@@ -86,6 +86,7 @@ class Face : public std::enable_shared_from_this<Face> {
   std::vector<QEventLoop*> loops_;
   bool live_ = false;
   bool activationDue_ = false;
+  bool noticesDue_ = false;
   bool placed_ = false;
 };
 

@@ -64,10 +64,7 @@ FrontPanel::FrontPanel(Shelves shelves, ShellOpener& opener, std::function<std::
   parts_->recorder.setVisible(shelves_.size() > 1);
   connectParts();
   chooseRecorder(0);
-  endQuestion();
-  say("");
   parts_->shelf.setFocus();
-  clock_.setInterval(LookAgain);
 }
 
 FrontPanel::~FrontPanel() {
@@ -238,17 +235,15 @@ void FrontPanel::rename(const std::string& disc, const QString& typed) {
           });
 }
 
-void FrontPanel::showEvent(QShowEvent* event) {
-  QWidget::showEvent(event);
+void FrontPanel::showEvent(QShowEvent* /*event*/) {
   look();
-  clock_.start();
+  clock_.start(LookAgain);
 }
 
-void FrontPanel::hideEvent(QHideEvent* event) {
+void FrontPanel::hideEvent(QHideEvent* /*event*/) {
   clock_.stop();
   endQuestion();
   say("");
-  QWidget::hideEvent(event);
 }
 
 void FrontPanel::keyPressEvent(QKeyEvent* event) {

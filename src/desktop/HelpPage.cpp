@@ -58,9 +58,7 @@ void HelpPage::setBook(std::shared_ptr<const HelpBook> book) {
 
 void HelpPage::open(const std::string& place) {
   const QUrl address = addressOf(place);
-  if (!isInBook(address) || address == source()) return;
-  setExtraSelections({});
-  setSource(address, QTextDocument::HtmlResource);
+  if (isInBook(address) && address != source()) setSource(address, QTextDocument::HtmlResource);
 }
 
 std::string HelpPage::file() const {

@@ -5,9 +5,7 @@
 namespace trackloom {
 
 Meter::Meter(QWidget* parent) : QProgressBar(parent) {
-  setTextVisible(true);
   setAlignment(Qt::AlignCenter);
-  setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
 }
 
 void Meter::show(const QString& words, int value, int maximum) {

@@ -187,7 +187,7 @@ void Layout::addTable(const DocumentTable& table) {
 
 /// Cells beyond the columns have no place, and columns beyond the cells are empty.
 BrokenRow Layout::broken(const QStringList& cells, const QColor& fill) const {
-  BrokenRow row{{}, fill, 0};
+  BrokenRow row{{}, fill};
   for (std::size_t column = 0; column < columns_.size(); ++column)
     row.cells.push_back(brokenText(cells.value(static_cast<qsizetype>(column)), font_,
                                    columns_[column].width - 2 * PadAcross * scale_));

@@ -30,7 +30,6 @@ void PageView::setPage(const PrintedPage& page, const QString& name) {
   page_ = page;
   text_ = textOf(page);
   setAccessibleName(name);
-  updateGeometry();
   adjustSize();
   update();
   QAccessibleTextUpdateEvent told(this, 0, QString(before, ' '), text_);
@@ -39,9 +38,7 @@ void PageView::setPage(const PrintedPage& page, const QString& name) {
 
 void PageView::setScale(double scale) {
   scale_ = scale;
-  updateGeometry();
   adjustSize();
-  update();
 }
 
 double PageView::scaleFor(const QSize& room, bool wholly) const {

@@ -13,7 +13,6 @@ namespace trackloom {
 namespace {
 
 constexpr std::chrono::seconds LookAgain{2};
-constexpr int IconPixels = 16;
 constexpr const char* Name = "Front Panel";
 
 bool anyIsPresent(const FrontPanel::Shelves& shelves) {
@@ -30,8 +29,6 @@ QToolButton& makeButton(QWidget& bar) {
   auto& button = make<QToolButton>(bar);
   button.setObjectName("frontPanel");
   button.setIcon(iconNamed("recorder"));
-  button.setIconSize({IconPixels, IconPixels});
-  button.setAutoRaise(true);
   button.setAccessibleName(Name);
   button.setToolTip("Front panel of the virtual recorder");
   return button;

@@ -27,7 +27,6 @@ Widget& named(QWidget& window, const char* name) {
 QPushButton& button(QWidget& window, const char* name, const char* caption) {
   auto& push = named<QPushButton>(window, name);
   push.setText(caption);
-  push.setAutoDefault(false);
   return push;
 }
 

@@ -163,8 +163,7 @@ void PrintPreview::fit() {
   view_.setScale(view_.scaleFor(scroll_.size() - QSize(bar, 0), wholly));
 }
 
-void PrintPreview::resizeEvent(QResizeEvent* event) {
-  QWidget::resizeEvent(event);
+void PrintPreview::resizeEvent(QResizeEvent* /*event*/) {
   fit();
 }
 

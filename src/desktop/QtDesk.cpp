@@ -76,6 +76,7 @@ void QtDesk::prepare(Form& form) {
 void QtDesk::prepare(const std::string& form) {
   auto window = takeWindow(form);
   window->grab();
+  window->winId();
   prepared_[form] = std::move(window);
 }
 

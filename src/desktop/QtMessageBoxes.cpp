@@ -104,7 +104,7 @@ class Box final : public QMessageBox {
     QMessageBox::showEvent(event);
     if (!before_) return;
     setScreen(before_->screen());
-    centreOver(*this, before_->frameGeometry());
+    centreOver(*this, placeOf(*before_));
   }
 
   void keyPressEvent(QKeyEvent* event) override {

@@ -146,6 +146,10 @@ QSize roomFor(const QWidget& dialog) {
   return (dialog.screen()->availableSize() - frameOf(dialog)).expandedTo(SmallestRoom);
 }
 
+QRect placeOf(const QWidget& window) {
+  return window.isMaximized() ? window.screen()->availableGeometry() : window.frameGeometry();
+}
+
 void centreOver(QWidget& dialog, const QRect& around) {
   QRect frame(QPoint(), dialog.size() + frameOf(dialog));
   frame.moveCenter(around.center());

@@ -20,6 +20,10 @@ QSize frameOf(const QWidget& window);
 /// The most that a dialog may take on its screen, inside its frame.
 QSize roomFor(const QWidget& dialog);
 
+/// Where a window lies, frame and all; a maximised one on the whole room of its screen, though the window system may
+/// not have given it yet.
+QRect placeOf(const QWidget& window);
+
 /// Moves a dialog, frame and all, to the centre of `around`, or as near as its screen lets it be.
 void centreOver(QWidget& dialog, const QRect& around);
 

@@ -21,7 +21,11 @@ AllForms::AllForms(std::int16_t kind) {
   all = filledForms(machine.program(), kind);
 }
 
-ShownForm::ShownForm(Form& form) : window(shownOn(desk, form)) {}
+AllForms::~AllForms() = default;
+
+ShownForm::ShownForm(Form& form) : window(shownOn(desk, form)) {
+  desk.setTrap([](const std::function<void()>&) {});
+}
 
 std::vector<QWidget*> tabChain(QWidget& window) {
   std::vector<QWidget*> chain;

@@ -16,9 +16,11 @@
 #include <catch2/catch.hpp>
 #include <set>
 
+#include "controls/ImageList.h"
 #include "desktop/Binder.h"
 #include "desktop/EventTap.h"
 #include "desktop/Make.h"
+#include "desktop/Shown.h"
 #include "desktop/Spinner.h"
 #include "desktop/Trial.h"
 
@@ -329,6 +331,23 @@ TEST_CASE("Painting a form at once paints every widget of it") {
   }
   shown.form->Refresh();
   CHECK(painted == std::set<std::string>{"lblText", "cmdOK", "pbDone"});
+}
+
+TEST_CASE("An entry of a combo box has the picture whose number it bears, and without pictures or number none") {
+  trial::Shown shown;
+  ImageList images(*shown.form, "images", {"Disc", "Note"});
+  auto& combo = shown.widget<QComboBox>("cboPick");
+  const auto pictures = [&combo] {
+    std::vector<bool> has;
+    for (int entry = 0; entry < combo.count(); ++entry) has.push_back(!combo.itemIcon(entry).isNull());
+    return has;
+  };
+  shown.form->cboPick.AddItem("none", 0, 0);
+  CHECK(pictures() == std::vector<bool>{false});
+  shown.form->cboPick.Images = &images;
+  shown.form->cboPick.AddItem("note", 0, 2);
+  CHECK(pictures() == std::vector<bool>{false, true});
+  CHECK(combo.itemIcon(1).pixmap(16).toImage() == iconNamed("Note").pixmap(16).toImage());
 }
 
 }  // namespace trackloom

@@ -3,7 +3,10 @@
 #include <QCoreApplication>
 #include <QMainWindow>
 #include <QMessageBox>
+#include <QPointer>
+#include <QPushButton>
 #include <QToolBar>
+#include <QtTest/QTest>
 #include <catch2/catch.hpp>
 
 #include "desktop/Make.h"
@@ -61,6 +64,26 @@ TEST_CASE("What is told before the main window is there stands in it from its be
   Window window;
   notice.standIn(window);
   CHECK(window.tells());
+}
+
+TEST_CASE("The box tells of each drive in a paragraph, can be copied from by keys, and is gone once it is closed") {
+  Window window;
+  DriveNotice notice;
+  notice.standIn(window);
+  notice.tell({"a", "b"});
+  CHECK(window.button()->accessibleDescription() == "A. B.");
+  window.button()->click();
+  const QPointer<QMessageBox> box = window.findChild<QMessageBox*>();
+  REQUIRE(box != nullptr);
+  CHECK(box->isVisible());
+  CHECK(box->isModal());
+  CHECK(box->windowTitle() == "Drives cannot be used");
+  CHECK(box->text() == "A.\n\nB.");
+  CHECK(box->icon() == QMessageBox::Warning);
+  CHECK(box->standardButtons() == QMessageBox::Ok);
+  CHECK(box->textInteractionFlags() == (Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard));
+  box->button(QMessageBox::Ok)->click();
+  CHECK(QTest::qWaitFor([&] { return box == nullptr; }));
 }
 
 }  // namespace trackloom

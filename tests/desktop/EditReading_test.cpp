@@ -6,6 +6,8 @@
 #include <QSignalSpy>
 #include <catch2/catch.hpp>
 
+#include "desktop/TextParts.h"
+
 namespace trackloom {
 
 namespace {
@@ -130,6 +132,68 @@ TEST_CASE("The letters of an edit box stand one behind the other, and are found 
   CHECK(read.object.rect().contains(second));
   CHECK(read.text().offsetAtPoint(first.topLeft() + QPoint(1, 5)) == 0);
   CHECK(read.text().offsetAtPoint(second.topLeft() + QPoint(1, 5)) == 1);
+}
+
+TEST_CASE("A screen reader selects, moves the cursor and asks for what no edit box has") {
+  Read read("some text");
+  int start = -9;
+  int end = -9;
+  read.text().selection(0, &start, &end);
+  CHECK((start == 0 && end == 0));
+  read.text().addSelection(0, 4);
+  CHECK(read.line.selectedText() == "some");
+  CHECK(read.text().selectionCount() == 1);
+  read.text().selection(0, &start, &end);
+  CHECK((start == 0 && end == 4));
+  read.text().setCursorPosition(2);
+  CHECK(read.line.cursorPosition() == 2);
+  CHECK(read.text().text(5, 7) == "te");
+  start = end = -9;
+  CHECK(read.text().attributes(3, &start, &end).isEmpty());
+  CHECK((start == 0 && end == 0));
+  CHECK(read.object.interface_cast(QAccessible::TableInterface) == nullptr);
+  CHECK(read.object.state().selectableText);
+  const QSignalSpy edits(&read.line, &QLineEdit::textEdited);
+  read.object.setText(QAccessible::Name, "no name of a box is its text");
+  CHECK(read.line.text() == "some text");
+  read.line.setEnabled(false);
+  read.editable().replaceText(0, 4, "any");
+  CHECK(read.line.text() == "some text");
+  CHECK(edits.count() == 0);
+}
+
+TEST_CASE("The beginning of a part is brought into sight, with the cursor before it") {
+  Read read(QString(200, 'n'));
+  read.line.resize(120, 30);
+  read.line.show();
+  for (const int start : {0, 100}) {
+    read.text().scrollToSubstring(start, start + 5);
+    CHECK(read.line.cursorPosition() == start);
+    read.line.grab();
+    CHECK(read.object.rect().intersects(read.text().characterRect(start)));
+  }
+}
+
+TEST_CASE("Only edit boxes are read as such") {
+  QLabel label("text");
+  QAccessibleInterface* object = QAccessible::queryAccessibleInterface(&label);
+  REQUIRE(object != nullptr);
+  CHECK(object->role() == QAccessible::StaticText);
+}
+
+TEST_CASE("A text's lines end behind their line ends, also where one is empty") {
+  struct Line {
+    const char* text;
+    int place;
+    int start;
+    int end;
+  };
+  for (const Line& line : {Line{"\nabc", 0, 0, 1}, Line{"\nabc", 1, 1, 4}, Line{"a\nb", 0, 0, 2}, Line{"a\nb", 1, 0, 2},
+                           Line{"a\nb", 2, 2, 3}, Line{"a\n\nb", 2, 2, 3}, Line{"abc", 2, 0, 3}}) {
+    const TextPart part = partAt(line.text, line.place, QAccessible::LineBoundary);
+    CHECK((part.start == line.start && part.end == line.end));
+    CHECK(partAt(line.text, line.place, QAccessible::NoBoundary).start == 0);
+  }
 }
 
 }  // namespace trackloom

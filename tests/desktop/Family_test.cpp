@@ -271,6 +271,25 @@ TEST_CASE("An event held back that shows a box does not hold up those behind it"
   CHECK(heard == Lines{"behind", "box gone"});
 }
 
+TEST_CASE("What was held back waits on where the program stands still again before its turn has come") {
+  TwoForms forms;
+  Lines heard;
+  {
+    const QtDesk::Standstill standstill(forms.desk);
+    forms.desk.perform([&] { heard.push_back("held"); });
+  }
+  {
+    const QtDesk::Standstill again(forms.desk);
+    QCoreApplication::processEvents();
+    CHECK(heard.empty());
+    const QtDesk::Standstill within(forms.desk);
+  }
+  forms.desk.perform([&] { heard.push_back("behind"); });
+  CHECK(heard.empty());
+  REQUIRE(comesTrue([&] { return heard.size() == 2; }));
+  CHECK(heard == Lines{"held", "behind"});
+}
+
 TEST_CASE("A window that is to be closed while the program waits within a call is asked afterwards") {
   TwoForms forms;
   {

@@ -1,3 +1,5 @@
+#include <QApplication>
+#include <QStyle>
 #include <QTreeView>
 #include <catch2/catch.hpp>
 #include <set>
@@ -147,6 +149,71 @@ TEST_CASE("A folder that turns out to have no subfolders loses its arrow once it
   tree.expand(music);
   REQUIRE(comesTrue([&] { return !tree.model()->hasChildren(music); }));
   CHECK(coloursBesideName() == 1);
+}
+
+TEST_CASE("Home and the file system are the first two roots, each with its place, its name and its picture") {
+  FolderModel model(nullptr);
+  REQUIRE(model.rowCount({}) >= 2);
+  CHECK_FALSE(model.canFetchMore({}));
+  const auto pictureOf = [](QStyle::StandardPixmap which) {
+    return QApplication::style()->standardIcon(which).pixmap(16).toImage();
+  };
+  struct Root {
+    std::string path;
+    const char* name;
+    const char* theme;
+    QStyle::StandardPixmap picture;
+  };
+  const std::vector<Root> roots{{HomeFolder().text, "Home", "user-home", QStyle::SP_DirHomeIcon},
+                                {"/", "File System", "computer", QStyle::SP_ComputerIcon}};
+  for (int row = 0; row < 2; ++row) {
+    const Root& root = roots[static_cast<std::size_t>(row)];
+    const QModelIndex index = model.index(row, 0, {});
+    CHECK(index.row() == row);
+    CHECK_FALSE(model.parent(index).isValid());
+    CHECK(model.path(index) == root.path);
+    CHECK(index.data().toString() == root.name);
+    CHECK(model.hasChildren(index));
+    CHECK(model.canFetchMore(index));
+    const QIcon shown = index.data(Qt::DecorationRole).value<QIcon>();
+    if (!QIcon::hasThemeIcon(root.theme)) CHECK(shown.pixmap(16).toImage() == pictureOf(root.picture));
+    CHECK_FALSE(index.data(Qt::ToolTipRole).isValid());
+  }
+}
+
+TEST_CASE("A folder knows its place among its siblings, and one that was read and is empty opens no more") {
+  const fakes::TempFolder folder;
+  folder.write("one/x", "");
+  folder.write("two/x", "");
+  trial::Shown shown;
+  auto& tree = shown.widget<QTreeView>("FT1");
+  auto& model = dynamic_cast<FolderModel&>(*tree.model());
+  shown.form->FT1.SetSelectedFolder(folder.path());
+  REQUIRE(comesTrue([&] { return selectedPath(tree) == folder.path(); }));
+  const QModelIndex around = tree.currentIndex();
+  tree.expand(around);
+  REQUIRE(comesTrue([&] { return model.rowCount(around) == 2; }));
+  for (int row = 0; row < 2; ++row) {
+    const QModelIndex inner = model.index(row, 0, around);
+    CHECK(inner.row() == row);
+    CHECK(model.parent(inner) == around);
+    CHECK(model.hasChildren(inner));
+    model.fetchMore(inner);
+    CHECK(comesTrue([&] { return !model.hasChildren(inner); }));
+    CHECK_FALSE(model.canFetchMore(inner));
+  }
+}
+
+TEST_CASE("The folder of the control is shown in the middle of the tree, and a tree begins with its first root open") {
+  const fakes::TempFolder folder;
+  for (int n = 100; n < 160; ++n) folder.write(std::to_string(n) + "/x", "");
+  trial::Shown shown;
+  auto& tree = shown.widget<QTreeView>("FT1");
+  CHECK(tree.isExpanded(tree.model()->index(0, 0, {})));
+  shown.form->FT1.SetSelectedFolder(folder / "130/");
+  REQUIRE(comesTrue([&] { return selectedPath(tree) == folder / "130"; }));
+  const QRect row = tree.visualRect(tree.currentIndex());
+  CHECK(std::abs(row.center().y() - tree.viewport()->rect().center().y()) <= 2 * row.height());
 }
 
 }  // namespace trackloom

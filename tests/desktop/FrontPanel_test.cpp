@@ -227,4 +227,28 @@ TEST_CASE(
                        "lastWord", "showFiles", "close"});
 }
 
+TEST_CASE("A deed that ends while a look is under way is followed by a look of its own") {
+  Panel panel;
+  panel.show();
+  panel.shelf().change([&] { panel.shelf().slow = true; });
+  const int before = panel.shelf().looks();
+  REQUIRE(comes([&] { return panel.shelf().looks() == before + 1; }));
+  panel.button("eject").click();
+  REQUIRE(panel.does({"eject"}));
+  panel.shelf().change([&] {
+    panel.shelf().slow = false;
+    panel.shelf().view.shelf = {disc("new")};
+  });
+  CHECK(comes([&] { return panel.names() == Lines{"new"}; }));
+}
+
+TEST_CASE("Add Blank offers the three kinds of blank disc, each under a key of its own") {
+  Panel panel;
+  panel.show();
+  Lines captions;
+  for (const QAction* action : panel.button("addBlank").menu()->actions())
+    captions.push_back(action->text().toStdString());
+  CHECK(captions == Lines{"CD-R, &74 min", "CD-R, &80 min", "CD-R&W, 80 min"});
+}
+
 }  // namespace trackloom

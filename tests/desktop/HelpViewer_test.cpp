@@ -2,9 +2,12 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QBuffer>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QScreen>
+#include <QSplitter>
 #include <QStyle>
 #include <QTabBar>
 #include <QTabWidget>
@@ -16,6 +19,7 @@
 #include <map>
 
 #include "desktop/LiveProgram.h"
+#include "desktop/ScreenFit.h"
 #include "desktop/ScreenReader.h"
 #include "engines/helpfile/HelpBookFile.h"
 #include "engines/helpfile/HelpSources.h"
@@ -270,6 +274,12 @@ TEST_CASE("The search finds the pages that hold all words, and marks them in the
   QTest::keyClick(&trial.part<QLineEdit>("search"), Qt::Key_Return);
   CHECK(trial.title() == "Second page");
   CHECK(trial.page().extraSelections().size() == 3);
+  for (const auto& mark : trial.page().extraSelections()) {
+    CHECK(mark.format.background() == trial.page().palette().highlight());
+    CHECK(mark.format.foreground() == trial.page().palette().highlightedText());
+  }
+  CHECK_FALSE(trial.page().textCursor().hasSelection());
+  CHECK(trial.page().textCursor().position() == trial.page().extraSelections().front().cursor.selectionEnd());
   trial.part<QLineEdit>("search").setText("zebra");
   CHECK(trial.part<QLabel>("found").text() == "No page has all these words.");
   trial.press("home");
@@ -298,6 +308,65 @@ TEST_CASE("The letters of a page grow and shrink within bounds, and come back") 
   for (int i = 0; i < 40; ++i) trial.press("smaller");
   CHECK(trial.page().font().pointSize() < usual);
   CHECK(trial.page().font().pointSize() > 0);
+}
+
+TEST_CASE("Keys find, enlarge and bring back the letters of a page, also the one without Shift") {
+  Trial trial;
+  trial.show(HelpDisplayTopic);
+  const int usual = trial.page().font().pointSize();
+  REQUIRE(QTest::qWaitForWindowActive(trial.window()));
+  const auto press = [&](Qt::Key key) {
+    QTest::keyClick(&trial.page(), key, Qt::ControlModifier);
+    return trial.page().font().pointSize() - usual;
+  };
+  CHECK(press(Qt::Key_Equal) == 1);
+  CHECK(press(Qt::Key_Plus) == 2);
+  CHECK(press(Qt::Key_0) == 0);
+  CHECK(press(Qt::Key_Minus) == -1);
+  for (int i = 0; i < 4; ++i) press(Qt::Key_Minus);
+  CHECK(press(Qt::Key_Minus) == -6);
+  CHECK(press(Qt::Key_Minus) == -6);
+  CHECK(press(Qt::Key_0) == 0);
+  press(Qt::Key_F);
+  CHECK(trial.panes().currentIndex() == 2);
+  CHECK(trial.part<QLineEdit>("search").hasFocus());
+}
+
+TEST_CASE("The window of the help opens at the screen's right edge in the middle of its height") {
+  Trial trial;
+  trial.show(HelpDisplayTopic);
+  const QWidget& window = *trial.window();
+  const QRect screen = window.screen()->availableGeometry();
+  const QSize frame = frameOf(window);
+  CHECK(window.size() == QSize(std::min(1000, screen.width() - frame.width()), 700));
+  CHECK(window.pos().x() == screen.right() - window.width() - frame.width());
+  CHECK(window.pos().y() == (screen.height() - 700 - frame.height()) / 2);
+  const QList<int> halves = window.findChild<QSplitter*>()->sizes();
+  CHECK(halves.front() == 280);
+}
+
+TEST_CASE("Pictures of up to 4096 dots a side are shown, and only such as the help has") {
+  Trial trial;
+  HelpBook book = trialBook();
+  const auto picture = [](int width, int height, const char* format) {
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    QImage(width, height, QImage::Format_Mono).save(&buffer, format);
+    return bytes.toStdString();
+  };
+  book.files["wide.png"] = picture(4096, 1, "png");
+  book.files["wider.png"] = picture(4097, 1, "png");
+  book.files["high.png"] = picture(1, 4096, "png");
+  book.files["higher.png"] = picture(1, 4097, "png");
+  book.files["other.bmp"] = picture(2, 2, "bmp");
+  trial.write(book);
+  trial.show(HelpDisplayTopic);
+  const auto shows = [&](const char* name) {
+    return trial.page().loadResource(QTextDocument::ImageResource, QUrl(name)).isValid();
+  };
+  CHECK((shows("wide.png") && shows("high.png")));
+  CHECK_FALSE((shows("wider.png") || shows("higher.png") || shows("other.bmp")));
 }
 
 TEST_CASE("Links take the colour of a desktop that changes its colours, and the page stays") {

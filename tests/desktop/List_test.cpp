@@ -310,4 +310,14 @@ TEST_CASE("Dropped files arrive in their order with their bytes, and other thing
   CHECK_FALSE(drop(*view.viewport(), text));
 }
 
+TEST_CASE("The box of a row stands where its list begins, also from right to left") {
+  trial::Shown shown;
+  auto& view = shown.widget<QTreeView>("List1");
+  shown.form->List1.Add(row("a"));
+  const QModelIndex first = view.model()->index(0, 0);
+  CHECK(boxOf(view, first).center().x() < view.visualRect(first).center().x());
+  view.setLayoutDirection(Qt::RightToLeft);
+  CHECK(boxOf(view, first).center().x() > view.visualRect(first).center().x());
+}
+
 }  // namespace trackloom

@@ -22,6 +22,8 @@ LiveProgram::LiveProgram(Separators signs)
   });
 }
 
+LiveProgram::~LiveProgram() = default;
+
 void LiveProgram::start() {
   desk.enter([this] {
     program.start();

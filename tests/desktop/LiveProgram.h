@@ -25,6 +25,9 @@ namespace trackloom::trial {
 class LiveProgram {
  public:
   explicit LiveProgram(Separators signs = {});
+  ~LiveProgram();
+  LiveProgram(const LiveProgram&) = delete;
+  LiveProgram& operator=(const LiveProgram&) = delete;
 
   fakes::TempFolder folder;
   fakes::FakeEngines engines;

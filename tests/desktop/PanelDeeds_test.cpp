@@ -211,4 +211,16 @@ TEST_CASE("A disc whose name is no text is worked on under its own bytes") {
   CHECK(panel.does({"insert caf\xE9", "delete " + std::string(255, 'y')}));
 }
 
+TEST_CASE("The question whether to delete takes the place of what was said before") {
+  Panel panel;
+  panel.show();
+  panel.shelf().change([&] { panel.shelf().refusal = "the tray is stuck"; });
+  panel.button("eject").click();
+  REQUIRE(comes([&] { return panel.message() == "the tray is stuck"; }));
+  REQUIRE(comes([&] { return panel.button("remove").isEnabled(); }));
+  panel.button("remove").click();
+  CHECK(panel.part<QFrame>("question").isVisible());
+  CHECK(panel.message().empty());
+}
+
 }  // namespace trackloom

@@ -2,12 +2,15 @@
 
 #include <QApplication>
 #include <QMainWindow>
+#include <QScreen>
 #include <QToolBar>
 #include <QToolButton>
 
 #include "desktop/LiveProgram.h"
 #include "desktop/PanelTrial.h"
 #include "desktop/PanelWords.h"
+#include "desktop/ScreenFit.h"
+#include "desktop/ScreenPlace.h"
 
 namespace trackloom {
 
@@ -92,6 +95,17 @@ TEST_CASE("The panel's button stands beside the status bar while a recorder is t
   REQUIRE(panel() != nullptr);
   CHECK(comes([&] { return QApplication::activeWindow() == panel(); }));
   CHECK_FALSE(live.desk.family().owns(panel()));
+  // In the right half of the window, as far as the screen goes.
+  const QRect before = live.window().frameGeometry();
+  const QRect half(QPoint(before.center().x(), before.top()), before.bottomRight());
+  const QSize frame = frameOf(*panel());
+  QRect due(QPoint(), panel()->size() + frame);
+  due.moveCenter(half.center());
+  CHECK(panel()->pos() == placeWithin(due, panel()->screen()->availableGeometry()));
+  live.window().activateWindow();
+  REQUIRE(comes([&] { return QApplication::activeWindow() == &live.window(); }));
+  button.click();
+  CHECK(comes([&] { return QApplication::activeWindow() == panel(); }));
   panel()->close();
   CHECK(panel() == nullptr);
   button.click();

@@ -1,8 +1,11 @@
 #include <QApplication>
+#include <QMainWindow>
 #include <QPushButton>
+#include <QRadioButton>
 #include <algorithm>
 #include <catch2/catch.hpp>
 
+#include "desktop/AllForms.h"
 #include "desktop/LiveProgram.h"
 #include "desktop/Trial.h"
 
@@ -18,7 +21,26 @@ QWidgetList windowsSince(const QWidgetList& before) {
   return windows;
 }
 
+/// A window system that never tells a window that it is the active one.
+class NoActivation : public QObject {
+ protected:
+  bool eventFilter(QObject* /*window*/, QEvent* event) override { return event->type() == QEvent::WindowActivate; }
+};
+
 }  // namespace
+
+TEST_CASE("The main window acts at once, whether the window system tells it that it is the active one or not") {
+  const std::vector<FaceDesign> designs{
+      {"frmTrial", []() -> std::unique_ptr<QWidget> { return std::make_unique<QMainWindow>(); }}};
+  QtDesk desk(designs);
+  const auto form = std::make_shared<trial::TrialForm>(desk);
+  NoActivation filter;
+  desk.prepare(*form);
+  desk.window(*form)->installEventFilter(&filter);
+  form->show();
+  for (int turn = 1; turn <= 3; ++turn) QApplication::processEvents();
+  CHECK(form->heard == std::vector<std::string>{"Activate"});
+}
 
 TEST_CASE("A window made ready ahead says nothing to its form before it shows") {
   QtDesk desk(trial::trialDesigns());
@@ -41,6 +63,8 @@ TEST_CASE("The next form of a name gets the window that was made ready for it, a
   desk.prepare("frmTrial");
   const QWidgetList ready = windowsSince(before);
   REQUIRE(ready.size() == 1);
+  // To the window system, too, which takes its time over a new one.
+  CHECK(ready.front()->internalWinId() != 0);
   const auto first = std::make_shared<trial::TrialForm>(desk);
   const auto second = std::make_shared<trial::TrialForm>(desk);
   first->show();
@@ -48,6 +72,23 @@ TEST_CASE("The next form of a name gets the window that was made ready for it, a
   CHECK(desk.window(*first) == ready.front());
   CHECK(desk.window(*second) != ready.front());
   CHECK(desk.window(*second)->findChild<QPushButton*>("cmdOK") != nullptr);
+}
+
+TEST_CASE("A dialog that was made ready ahead opens with room for all lines of its texts, as any other") {
+  trial::AllForms forms;
+  trial::AllForms others;
+  const auto isNewOption = [](const auto& form) { return form->name() == "frmNewOption"; };
+  Form& form = **std::find_if(forms.all.begin(), forms.all.end(), isNewOption);
+  const trial::ShownForm any(**std::find_if(others.all.begin(), others.all.end(), isNewOption));
+  QtDesk desk;
+  desk.prepare("frmNewOption");
+  QApplication::processEvents();
+  desk.show(form);
+  QWidget& window = *desk.window(form);
+  CHECK(window.size() == any.window.size());
+  CHECK(window.height() == window.layout()->totalHeightForWidth(window.width()));
+  for (auto* option : window.findChildren<QRadioButton*>())
+    CHECK(option->height() >= option->heightForWidth(option->width()));
 }
 
 TEST_CASE("A main window made ready behind the splash has not been loaded, and starts as any other") {

@@ -280,8 +280,22 @@ TEST_CASE("A screen reader reads the page as text, line by line, and hears of th
     CHECK(place.isValid());
     CHECK(text.offsetAtPoint(place.center()) == second);
     CHECK(text.offsetAtPoint({-5, -5}) == -1);
-    text.setCursorPosition(second);
+    text.setCursorPosition(-5);
+    CHECK(text.cursorPosition() == 0);
+    text.setCursorPosition(100000);
+    CHECK(text.cursorPosition() == text.characterCount());
+    text.scrollToSubstring(second, second + 1);
     CHECK(text.cursorPosition() == second);
+    start = end = -1;
+    text.selection(0, &start, &end);
+    CHECK((start == 0 && end == 0));
+    CHECK(text.selectionCount() == 0);
+    start = end = -1;
+    CHECK(text.attributes(3, &start, &end).isEmpty());
+    CHECK((start == 0 && end == text.characterCount()));
+    CHECK(object.state().multiLine);
+    CHECK(text.textBeforeOffset(3, QAccessible::LineBoundary, &start, &end).isEmpty());
+    CHECK((start == 0 && end == 0));
     CHECK(text.textAtOffset(-2, QAccessible::LineBoundary, &start, &end) == lines[1] + "\n");
     preview.button("&Next").click();
     CHECK(object.text(QAccessible::Name).startsWith("Page 2 of "));
@@ -313,6 +327,46 @@ TEST_CASE("The page closed, the program goes on, and can print again") {
   for (int times = 0; times < 3; ++times) listing.print([](const Preview&) {});
   CHECK_FALSE(listing.ended);
   CHECK(listing.window().isVisible());
+}
+
+TEST_CASE("The keys that the page knows end there, and all others go on to the window") {
+  struct Around : QWidget {
+    std::vector<int> heard;
+    void keyPressEvent(QKeyEvent* event) override { heard.push_back(event->key()); }
+  } around;
+  PrintPreview& preview = *std::make_unique<PrintPreview>().release();
+  preview.setParent(&around);
+  preview.setPages({PrintedPage{{12240, 15840}, {}, {}, {}}});
+  around.show();
+  for (const Qt::Key key : {Qt::Key_PageDown, Qt::Key_Space, Qt::Key_PageUp, Qt::Key_Home, Qt::Key_End, Qt::Key_Down,
+                            Qt::Key_Up, Qt::Key_Right, Qt::Key_Left, Qt::Key_Escape, Qt::Key_A})
+    QTest::keyClick(preview.focusProxy(), key);
+  CHECK(around.heard == std::vector<int>{Qt::Key_Escape, Qt::Key_A});
+}
+
+TEST_CASE("A page is fitted with air of twelve dots around it, and never smaller than a tenth") {
+  QWidget around;
+  PageView view(&around);
+  view.setPage(
+      PrintedPage{{12240, 15840}, {}, {}, {{"words", {1500, 3000, 1500, 300}}, {"more", {1500, 3300, 1500, 300}}}},
+      "Page");
+  CHECK(view.scaleFor({816 + 24, 100}, false) == Approx(1));
+  CHECK(view.scaleFor({2 * 816 + 24, 1056 + 24}, true) == Approx(1));
+  CHECK(view.scaleFor({408 + 24, 4000}, true) == Approx(0.5));
+  CHECK(view.scaleFor({30, 30}, true) == Approx(0.1));
+  CHECK(view.sizeHint() == QSize(816 + 24, 1056 + 24));
+  CHECK(view.size() == view.sizeHint());
+  CHECK(view.placeOf(0) == QRect(12 + 100, 12 + 200, 100, 20));
+  CHECK(view.placeOf(6) == QRect(12 + 100, 12 + 220, 100, 20));
+  CHECK(view.offsetAt({12 + 100, 12 + 200}) == 0);
+  CHECK(view.offsetAt({12 + 199, 12 + 239}) == 6);
+  CHECK(view.offsetAt({12 + 99, 12 + 200}) == -1);
+  view.setScale(0.5);
+  CHECK(view.size() == QSize(408 + 24, 528 + 24));
+  view.resize(500, 600);
+  CHECK(view.placeOf(0) == QRect(46 + 50, 12 + 100, 50, 10));
+  CHECK(view.focusPolicy() == Qt::StrongFocus);
+  CHECK(view.accessibleName() == "Page");
 }
 
 }  // namespace trackloom

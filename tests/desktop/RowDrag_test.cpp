@@ -174,6 +174,10 @@ TEST_CASE("Alt with Up and Down moves a row of a list whose rows are dragged, an
   QTest::keyClick(lists.dragged, Qt::Key_Down, Qt::AltModifier | Qt::KeypadModifier);
   CHECK(lists.form->moved == Rows{1, -1, 1});
   lists.form->dragged.SelectRow(1);
+  QTest::keyClick(lists.dragged, Qt::Key_Down, Qt::AltModifier);
+  CHECK(lists.form->dragged.SelectedRow() == 1);
+  CHECK(lists.dragged->currentIndex().row() == 0);
+  lists.form->moved.pop_back();
   QTest::keyClick(lists.dragged, Qt::Key_Down);
   CHECK(lists.form->dragged.SelectedRow() == 2);
   QTest::keyClick(lists.dragged, Qt::Key_Down, Qt::AltModifier | Qt::ShiftModifier);
@@ -196,6 +200,20 @@ TEST_CASE("A drop below the last row leaves the selection that the drop makes") 
   CHECK(rowsIn(*lists.dragged) == Rows{3});
   QTest::mouseClick(lists.dragged->viewport(), Qt::LeftButton, {}, lists.place(1.5));
   CHECK(rowsIn(*lists.dragged) == Rows{1});
+}
+
+TEST_CASE("A list is scrolled to both sides by as much as the program asks for") {
+  const Lists lists;
+  lists.dragged->header()->setStretchLastSection(false);
+  lists.dragged->header()->resizeSection(0, 1000);
+  QCoreApplication::processEvents();
+  REQUIRE(lists.dragged->horizontalScrollBar()->maximum() > 20);
+  lists.form->dragged.ScrollBy(12, 0);
+  CHECK(lists.dragged->horizontalScrollBar()->value() == 12);
+  CHECK(lists.dragged->verticalScrollBar()->value() == 0);
+  lists.form->dragged.ScrollBy(-5, 49);
+  CHECK(lists.dragged->horizontalScrollBar()->value() == 7);
+  CHECK(lists.dragged->verticalScrollBar()->value() == 3);
 }
 
 }  // namespace trackloom

@@ -255,6 +255,9 @@ TEST_CASE("A dialog that does not fit even so begins to scroll only once") {
   TallForm tall;
   for (int time = 0; time < 3; ++time) fitInto(tall.shown.window, {80, 60});
   CHECK(tall.shown.window.findChildren<QScrollArea*>().size() == 1);
+  CHECK(tall.area().verticalScrollBarPolicy() == Qt::ScrollBarAlwaysOn);
+  CHECK(tall.area().frameShape() == QFrame::NoFrame);
+  CHECK(tall.area().focusPolicy() == Qt::NoFocus);
 }
 
 }  // namespace trackloom

@@ -67,6 +67,41 @@ TEST_CASE("A dialog over a window at the screen's edge stands wholly on the scre
   CHECK((window.geometry().center() - screen.center()).manhattanLength() < 60);
 }
 
+TEST_CASE("A maximised window lies on all of its screen, whether the window system has seen to it or not") {
+  QWidget window;
+  window.setGeometry(10, 20, 300, 200);
+  CHECK(placeOf(window) == window.frameGeometry());
+  window.setWindowState(Qt::WindowMaximized);
+  REQUIRE(window.frameGeometry().size() != window.screen()->availableGeometry().size());
+  CHECK(placeOf(window) == window.screen()->availableGeometry());
+}
+
+TEST_CASE("A modal form and a box over a window that is being maximised stand in the middle of its screen") {
+  QtDesk desk(trial::trialDesigns());
+  const auto owner = std::make_shared<trial::TrialForm>(desk);
+  const auto form = std::make_shared<trial::TrialForm>(desk);
+  owner->show();
+  QWidget& window = *desk.window(*owner);
+  window.move(0, 0);
+  window.overrideWindowState(Qt::WindowMaximized);
+  const QPoint middle = window.screen()->availableGeometry().center();
+  REQUIRE((window.frameGeometry().center() - middle).manhattanLength() > 60);
+  QRect place;
+  QTimer::singleShot(0, qApp, [&] {
+    place = desk.window(*form)->frameGeometry();
+    form->hide();
+  });
+  form->showModal(owner.get());
+  CHECK((place.center() - middle).manhattanLength() < 60);
+  QtMessageBoxes boxes(desk);
+  QTimer::singleShot(0, qApp, [&] {
+    place = QApplication::activeModalWidget()->frameGeometry();
+    QApplication::activeModalWidget()->close();
+  });
+  boxes.show({"t", "x", BoxButtons::Ok, BoxIcon::Information});
+  CHECK((place.center() - middle).manhattanLength() < 60);
+}
+
 TEST_CASE("A modal form and a box over a window that hangs off the screen are wholly in sight") {
   QtDesk desk(trial::trialDesigns());
   const auto owner = std::make_shared<trial::TrialForm>(desk);

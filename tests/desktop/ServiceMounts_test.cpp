@@ -51,8 +51,8 @@ class DiscService final : public QDBusVirtualObject {
   QDBusConnection bus_;
 };
 
-struct Session {
-  ~Session() { QDBusConnection::disconnectFromBus("program"); }
+struct AskedBus {
+  ~AskedBus() { QDBusConnection::disconnectFromBus("program"); }
 
   /// As an engine's thread asks.
   std::string unmount(const std::string& node) {
@@ -69,24 +69,24 @@ struct Session {
 }  // namespace
 
 TEST_CASE("The disc service is asked which device a node is, and to unmount it") {
-  Session session;
-  CHECK(session.unmount("/dev/sr0").empty());
-  CHECK(session.service.asked == Lines{"/org/freedesktop/UDisks2/Manager org.freedesktop.UDisks2.Manager.ResolveDevice",
-                                       "/org/freedesktop/UDisks2/block_devices/sr0 "
-                                       "org.freedesktop.UDisks2.Filesystem.Unmount"});
+  AskedBus bus;
+  CHECK(bus.unmount("/dev/sr0").empty());
+  CHECK(bus.service.asked == Lines{"/org/freedesktop/UDisks2/Manager org.freedesktop.UDisks2.Manager.ResolveDevice",
+                                   "/org/freedesktop/UDisks2/block_devices/sr0 "
+                                   "org.freedesktop.UDisks2.Filesystem.Unmount"});
 }
 
 TEST_CASE("What the disc service says where it does not unmount is told, and nothing where there was nothing to do") {
-  Session session;
-  session.service.error = "org.freedesktop.UDisks2.Error.DeviceBusy";
-  CHECK(session.unmount("/dev/sr0") == "the words of the service");
-  session.service.error = "org.freedesktop.UDisks2.Error.NotMounted";
-  CHECK(session.unmount("/dev/sr0").empty());
-  session.service.error = "org.freedesktop.DBus.Error.UnknownMethod";
-  CHECK(session.unmount("/dev/sr0").empty());
-  session.service.asked.clear();
-  CHECK(session.unmount("/dev/sr1").empty());
-  CHECK(session.service.asked.size() == 1);
+  AskedBus bus;
+  bus.service.error = "org.freedesktop.UDisks2.Error.DeviceBusy";
+  CHECK(bus.unmount("/dev/sr0") == "the words of the service");
+  bus.service.error = "org.freedesktop.UDisks2.Error.NotMounted";
+  CHECK(bus.unmount("/dev/sr0").empty());
+  bus.service.error = "org.freedesktop.DBus.Error.UnknownMethod";
+  CHECK(bus.unmount("/dev/sr0").empty());
+  bus.service.asked.clear();
+  CHECK(bus.unmount("/dev/sr1").empty());
+  CHECK(bus.service.asked.size() == 1);
 }
 
 TEST_CASE("Without a disc service and without a bus nothing is said") {

@@ -80,12 +80,12 @@ class Desktop final : public QDBusVirtualObject {
 };
 
 /// The program's side of both buses, which are one here.
-struct Session {
-  Session() {
+struct BothBuses {
+  BothBuses() {
     QDBusConnection bus = daemon.connect("program");
     wakefulness.emplace([bus] { return bus; }, [bus] { return bus; });
   }
-  ~Session() { QDBusConnection::disconnectFromBus("program"); }
+  ~BothBuses() { QDBusConnection::disconnectFromBus("program"); }
 
   PrivateBus daemon;
   Desktop desktop{daemon};
@@ -99,44 +99,44 @@ struct Session {
 }  // namespace
 
 TEST_CASE("While a hold is kept, the session is asked neither to sleep nor to end, and then no more") {
-  Session session;
-  auto hold = session.wakefulness->stayAwake("A disc is being written");
-  REQUIRE(session.stand(1));
-  CHECK(session.desktop.asked == Lines{"org.freedesktop.login1.Manager.Inhibit sleep:shutdown:idle Trackloom A disc "
-                                       "is being written block",
-                                       "org.freedesktop.portal.Inhibit.Inhibit  13 A disc is being written"});
+  BothBuses both;
+  auto hold = both.wakefulness->stayAwake("A disc is being written");
+  REQUIRE(both.stand(1));
+  CHECK(both.desktop.asked == Lines{"org.freedesktop.login1.Manager.Inhibit sleep:shutdown:idle Trackloom A disc "
+                                    "is being written block",
+                                    "org.freedesktop.portal.Inhibit.Inhibit  13 A disc is being written"});
   hold.reset();
-  CHECK(session.stand(0));
-  CHECK(session.desktop.asked.size() == 3);
+  CHECK(both.stand(0));
+  CHECK(both.desktop.asked.size() == 3);
 }
 
 TEST_CASE("Two holds stand side by side, and each ends by itself") {
-  Session session;
-  auto first = session.wakefulness->stayAwake("one");
-  auto second = session.wakefulness->stayAwake("two");
-  REQUIRE(session.stand(2));
+  BothBuses both;
+  auto first = both.wakefulness->stayAwake("one");
+  auto second = both.wakefulness->stayAwake("two");
+  REQUIRE(both.stand(2));
   first.reset();
-  REQUIRE(session.stand(1));
+  REQUIRE(both.stand(1));
   second.reset();
-  CHECK(session.stand(0));
+  CHECK(both.stand(0));
 }
 
 TEST_CASE("A hold that ends at once leaves nothing behind, however late the answers come") {
-  Session session;
-  for (int turn = 0; turn < 20; ++turn) session.wakefulness->stayAwake("one").reset();
-  const auto last = session.wakefulness->stayAwake("two");
-  CHECK(session.stand(1));
+  BothBuses both;
+  for (int turn = 0; turn < 20; ++turn) both.wakefulness->stayAwake("one").reset();
+  const auto last = both.wakefulness->stayAwake("two");
+  CHECK(both.stand(1));
 }
 
 TEST_CASE("A session that says no, and a machine without a bus, change nothing") {
-  Session session;
-  session.desktop.refuses = true;
-  session.wakefulness->stayAwake("one").reset();
-  auto hold = session.wakefulness->stayAwake("two");
-  REQUIRE(comes([&] { return session.desktop.asked.size() >= 2; }));
+  BothBuses both;
+  both.desktop.refuses = true;
+  both.wakefulness->stayAwake("one").reset();
+  auto hold = both.wakefulness->stayAwake("two");
+  REQUIRE(comes([&] { return both.desktop.asked.size() >= 2; }));
   hold.reset();
   QTest::qWait(50);
-  CHECK(session.desktop.portalHolds == 0);
+  CHECK(both.desktop.portalHolds == 0);
   const auto none = [] { return QDBusConnection::connectToBus("unix:path=/nowhere/at/all", "none"); };
   SessionWakefulness(none, none).stayAwake("three").reset();
   QTest::qWait(50);

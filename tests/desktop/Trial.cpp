@@ -110,4 +110,6 @@ Shown::Shown() : desk(trialDesigns()), form(std::make_shared<TrialForm>(desk)) {
   form->show();
 }
 
+Shown::~Shown() = default;
+
 }  // namespace trackloom::trial

@@ -64,6 +64,9 @@ const std::vector<FaceDesign>& trialDesigns();
 /// The trial form shown on a desk of its own.
 struct Shown {
   Shown();
+  ~Shown();
+  Shown(const Shown&) = delete;
+  Shown& operator=(const Shown&) = delete;
 
   QtDesk desk;
   std::shared_ptr<TrialForm> form;

@@ -58,6 +58,10 @@ std::vector<std::string> captionsOf(QMessageBox& box) {
   return texts;
 }
 
+User::User() = default;
+
+User::~User() = default;
+
 void User::at(const std::string& title, Deed deed) {
   steps_.push_back({title, std::move(deed)});
   lookLater();

@@ -23,6 +23,11 @@ class User {
  public:
   using Deed = std::function<void(QWidget& window)>;
 
+  User();
+  ~User();
+  User(const User&) = delete;
+  User& operator=(const User&) = delete;
+
   void at(const std::string& title, Deed deed);
   /// Compares the real box with the words, the buttons in their order and the icon that are due, and then clicks.
   void atBox(const MessageBox& due, QMessageBox::StandardButton answer);
