@@ -17,22 +17,29 @@ namespace {
 using Word = std::function<void()>;
 
 /// What one asker hears on the window's thread of what another thread finds. That thread alone drops it, so nothing is
-/// heard behind that. What was found since the last time is heard at once and together.
+/// heard behind that, and the queue may go with the asker. What was found since the last time is heard at once and
+/// together.
 class Hearing : public std::enable_shared_from_this<Hearing> {
  public:
   explicit Hearing(EventQueue& events) : events_(events) {}
 
   void say(Word word) {
     const std::lock_guard guard(mutex_);
+    if (dropped_) return;
     words_.push_back(std::move(word));
     tell();
   }
   FolderListing::Hold hold() {
-    return {nullptr, [self = shared_from_this()](void*) { self->dropped_ = true; }};
+    return {nullptr, [self = shared_from_this()](void*) { self->drop(); }};
   }
   bool wanted() const { return !dropped_; }
 
  private:
+  /// Waits for a word that is just being said.
+  void drop() {
+    const std::lock_guard guard(mutex_);
+    dropped_ = true;
+  }
   void hear() {
     for (std::size_t left = ready(); left > 0; --left)
       if (const Word word = next(); word && wanted()) word();

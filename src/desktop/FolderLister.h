@@ -12,7 +12,7 @@ namespace trackloom {
 /// itself.
 class FolderLister final : public FolderListing {
  public:
-  /// `events` outlives every thread that looks, as the process's own queue does.
+  /// `events` outlives every listing that is held.
   FolderLister(EventQueue& events, Patience& patience)
       : events_(events), aside_([&patience](const Aside::Wait& wait) { patience.until(wait); }) {}
 
