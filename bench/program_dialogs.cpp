@@ -216,7 +216,7 @@ int main(int argc, char** argv) {
   using namespace trackloom;
   qputenv("QT_QPA_PLATFORM", "offscreen");
   QApplication application(argc, argv);
-  dress(application);
+  dress();
   const fakes::TempFolder folder;
   const std::vector<std::string> files = bench::makeFiles(folder);
   bench::Desktop desktop(folder / "");

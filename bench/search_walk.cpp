@@ -202,7 +202,7 @@ int main(int argc, char** argv) {
   using namespace trackloom;
   qputenv("QT_QPA_PLATFORM", "offscreen");
   QApplication application(argc, argv);
-  dress(application);
+  dress();
   const fakes::TempFolder folder;
   bench::makeTree(folder / "tree");
   bench::makeHugeFolder(folder / "one");

@@ -118,6 +118,8 @@ class StartDetail final : public FailureDetail {
   const ForcedEnd forcedEnd([&program](int status) { program.endUnasked(status); });
   desk.setTrap([&program](const std::function<void()>& event) { program.run(event); });
   desk.enter([&program] { program.start(); });
+  // The splash runs from here.
+  giveIcon();
   QTimer::singleShot(SplashIsSeen, [&desk, &program] { desk.prepare(program.session().frmListing()); });
   QTimer::singleShot(2 * SplashIsSeen, [&desk] { desk.prepare("frmNewOption"); });
   process.end(QApplication::exec());
@@ -128,7 +130,7 @@ class StartDetail final : public FailureDetail {
 }  // namespace trackloom
 
 int main(int argc, char** argv) {
-  QApplication application(argc, argv);
-  trackloom::dress(application);
+  const QApplication application(argc, argv);
+  trackloom::dress();
   trackloom::runProgram();
 }

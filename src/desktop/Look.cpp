@@ -2,8 +2,10 @@
 
 #include <QDialogButtonBox>
 #include <QIcon>
+#include <QMainWindow>
 #include <QPainter>
 #include <QStyleOptionHeader>
+#include <QStyleOptionToolBar>
 #include <algorithm>
 
 #include "desktop/Appearance.h"
@@ -44,6 +46,30 @@ void drawRestOfHeads(const QStyle& style, const QStyleOption& option, QPainter* 
   style.drawControl(QStyle::CE_HeaderSection, &rest, painter, widget);
 }
 
+/// A tool bar at the top of its window. The toolkit draws the lines at its edges dot by dot and spread over threads,
+/// which takes longer than the rest of a whole window; here they are bars.
+void drawTopBar(const QProxyStyle& toolkit, QStyleOptionToolBar bar, QPainter& painter, const QWidget* widget) {
+  const QColor light(255, 255, 255, 90);
+  const QColor dark(0, 0, 0, 60);
+  const bool atTheEnd =
+      bar.positionOfLine == QStyleOptionToolBar::End || bar.positionOfLine == QStyleOptionToolBar::OnlyOne;
+  bar.toolBarArea = Qt::NoToolBarArea;
+  toolkit.QProxyStyle::drawControl(QStyle::CE_ToolBar, &bar, &painter, widget);
+  const auto line = [&](int y, const QColor& colour) {
+    painter.fillRect(bar.rect.left(), y, bar.rect.width(), 1, colour);
+  };
+  line(bar.rect.top(), light);
+  line(bar.rect.bottom() - (atTheEnd ? 1 : 0), dark);
+  if (atTheEnd) line(bar.rect.bottom(), light);
+}
+
+/// The bar that is to be drawn, if it stands at the top of a window of its kind.
+const QStyleOptionToolBar* topBar(const QStyleOption* option, const QWidget* widget) {
+  const auto* bar = qstyleoption_cast<const QStyleOptionToolBar*>(option);
+  const bool placed = widget == nullptr || qobject_cast<const QMainWindow*>(widget->parentWidget()) != nullptr;
+  return placed && bar != nullptr && bar->toolBarArea == Qt::TopToolBarArea ? bar : nullptr;
+}
+
 /// The toolkit itself shows no focus on lists, on scroll bars and on the button that is the default anyway.
 void drawFocusFrame(QPainter* painter, const QStyleOption& option, int inset) {
   if (!option.state.testFlag(QStyle::State_HasFocus)) return;
@@ -79,6 +105,8 @@ void Look::drawPrimitive(PrimitiveElement element, const QStyleOption* option, Q
 void Look::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
                        const QWidget* widget) const {
   if (element == CE_HeaderEmptyArea) return drawRestOfHeads(*this, *option, painter, widget);
+  if (element == CE_ToolBar)
+    if (const auto* bar = topBar(option, widget)) return drawTopBar(*this, *bar, *painter, widget);
   QProxyStyle::drawControl(element, option, painter, widget);
   if (element == CE_ShapedFrame && widget != nullptr && widget->inherits("QAbstractItemView"))
     drawFocusFrame(painter, *option, 0);
@@ -103,15 +131,18 @@ QSize Look::sizeFromContents(ContentsType type, const QStyleOption* option, cons
   return size;
 }
 
-void dress(QApplication& application) {
+void dress() {
   QApplication::setStyle(std::make_unique<Look>().release());
   // What a window without a caption of its own is called.
   QApplication::setApplicationName("Trackloom");
-  application.setWindowIcon(QIcon(":/trackloom.svg"));
   followColourScheme();
   letEditsBeRead();
   letPagesBeRead();
   letNoticesBeRead();
+}
+
+void giveIcon() {
+  QApplication::setWindowIcon(QIcon(":/trackloom.svg"));
 }
 
 }  // namespace trackloom

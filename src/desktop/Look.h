@@ -24,7 +24,10 @@ class Look final : public QProxyStyle {
                          const QWidget* widget) const override;
 };
 
-/// Gives the application its look and its icon.
-void dress(QApplication& application);
+/// Gives the application its look.
+void dress();
+
+/// Gives all windows, also those that stand, the program's icon: a drawing, whose reader takes a while to load.
+void giveIcon();
 
 }  // namespace trackloom

@@ -289,6 +289,24 @@ TEST_CASE("The rest beside the heads is drawn as one single head") {
   CHECK(control(look(), QStyle::CE_HeaderSection, head) == due);
 }
 
+TEST_CASE("A tool bar looks as the toolkit draws it, wherever it stands and whatever stands beside it") {
+  using Bar = QStyleOptionToolBar;
+  auto bar = optionFor<Bar>(QStyle::State_Horizontal, QPalette());
+  for (const QRect& place : {QRect(0, 0, 40, 30), QRect(3, 5, 30, 20)})
+    for (const auto area : {Qt::TopToolBarArea, Qt::BottomToolBarArea, Qt::LeftToolBarArea, Qt::NoToolBarArea})
+      for (const auto line : {Bar::Beginning, Bar::Middle, Bar::End, Bar::OnlyOne}) {
+        INFO(area << " " << line << " " << place.width());
+        bar.rect = place;
+        bar.toolBarArea = area;
+        bar.positionOfLine = line;
+        CHECK(control(look(), QStyle::CE_ToolBar, bar) == control(toolkit(), QStyle::CE_ToolBar, bar));
+      }
+  // One that lies in no window of its kind is drawn by nobody.
+  const QWidget loose;
+  bar.toolBarArea = Qt::TopToolBarArea;
+  CHECK(control(look(), QStyle::CE_ToolBar, bar, &loose) == control(toolkit(), QStyle::CE_ToolBar, bar, &loose));
+}
+
 TEST_CASE("On a dark desktop the edge of a box is its outline, and a round mark's circle touches its sides alone") {
   const QColor outline(0x8E, 0x92, 0x96);
   auto option = optionFor<QStyleOptionViewItem>({}, darkPalette());

@@ -25,6 +25,7 @@ int main(int argc, char** argv) {
   // Tests need no screen, also when they are started by hand.
   if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
   QApplication application(argc, argv);
-  trackloom::dress(application);
+  trackloom::dress();
+  trackloom::giveIcon();
   end(trackloom::runTests(argc, argv));
 }

@@ -222,7 +222,7 @@ int main(int argc, char** argv) {
   // The sheets need no screen, and are the same on every one.
   qputenv("QT_QPA_PLATFORM", "offscreen");
   QApplication application(argc, argv);
-  trackloom::dress(application);
+  trackloom::dress();
   QApplication::setPalette(QApplication::style()->standardPalette());
   const QString folder = QString::fromLocal8Bit(argv[argc - 1]);
   if (each ? trackloom::makePictures(folder) : trackloom::makeSheets(folder)) return 0;
