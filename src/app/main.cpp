@@ -118,8 +118,6 @@ class StartDetail final : public FailureDetail {
   const ForcedEnd forcedEnd([&program](int status) { program.endUnasked(status); });
   desk.setTrap([&program](const std::function<void()>& event) { program.run(event); });
   desk.enter([&program] { program.start(); });
-  // The splash runs from here.
-  giveIcon();
   QTimer::singleShot(SplashIsSeen, [&desk, &program] { desk.prepare(program.session().frmListing()); });
   QTimer::singleShot(2 * SplashIsSeen, [&desk] { desk.prepare("frmNewOption"); });
   process.end(QApplication::exec());

@@ -6,6 +6,7 @@
 #include <QPainter>
 #include <QStyleOptionHeader>
 #include <QStyleOptionToolBar>
+#include <QTimer>
 #include <algorithm>
 
 #include "desktop/Appearance.h"
@@ -139,10 +140,8 @@ void dress() {
   letEditsBeRead();
   letPagesBeRead();
   letNoticesBeRead();
-}
-
-void giveIcon() {
-  QApplication::setWindowIcon(QIcon(":/trackloom.svg"));
+  // It is a drawing, whose reader takes a while to load: the first window stands by then.
+  QTimer::singleShot(0, [] { QApplication::setWindowIcon(QIcon(":/trackloom.svg")); });
 }
 
 }  // namespace trackloom

@@ -24,10 +24,7 @@ class Look final : public QProxyStyle {
                          const QWidget* widget) const override;
 };
 
-/// Gives the application its look.
+/// Gives the application its look and, from the event loop, its icon, which the windows that stand by then get as well.
 void dress();
-
-/// Gives all windows, also those that stand, the program's icon: a drawing, whose reader takes a while to load.
-void giveIcon();
 
 }  // namespace trackloom

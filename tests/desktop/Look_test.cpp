@@ -179,7 +179,10 @@ TEST_CASE("The desktop's portal is asked for the colour scheme, and 1 is a wish 
 TEST_CASE("The application is dressed in the program's look and icon") {
   CHECK(dynamic_cast<Look*>(QApplication::style()) != nullptr);
   CHECK(Look().baseStyle()->name() == "fusion");
-  CHECK_FALSE(QApplication::windowIcon().pixmap(32).isNull());
+  QWidget window;
+  window.show();
+  QApplication::processEvents();
+  CHECK_FALSE(window.windowIcon().pixmap(32).isNull());
 }
 
 TEST_CASE("Of the toolkit's hints the look changes the order and the pictures of a box's buttons, and no others") {

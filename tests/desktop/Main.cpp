@@ -26,6 +26,5 @@ int main(int argc, char** argv) {
   if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
   QApplication application(argc, argv);
   trackloom::dress();
-  trackloom::giveIcon();
   end(trackloom::runTests(argc, argv));
 }
