@@ -116,6 +116,17 @@ TEST_CASE("The user's selection reaches the list, and after a removal the next r
   CHECK_FALSE(view.selectionModel()->hasSelection());
 }
 
+TEST_CASE("What was selected before a list had a window is selected in it") {
+  QtDesk desk{trial::trialDesigns()};
+  const auto form = std::make_shared<trial::TrialForm>(desk);
+  for (const char* text : {"a", "b", "c"}) form->List1.Add(row(text));
+  form->List1.SelectRow(2);
+  form->show();
+  const auto* view = desk.window(*form)->findChild<QTreeView*>("List1");
+  REQUIRE(view->selectionModel()->selectedRows().size() == 1);
+  CHECK(view->selectionModel()->selectedRows().first().row() == 1);
+}
+
 TEST_CASE("Sorting keeps the place that the user has come to, and what is selected with it") {
   trial::Shown shown;
   auto& view = shown.widget<QTreeView>("List1");

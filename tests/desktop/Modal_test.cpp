@@ -162,6 +162,20 @@ TEST_CASE("A shown form is activated from the event loop, once") {
   CHECK(shown.form->heard == Lines{"Activate"});
 }
 
+TEST_CASE(
+    "A form is activated with its window, and the patience for that of a window system that tells nothing is not used "
+    "up") {
+  Shown shown;
+  bool later = false;
+  QEvent active(QEvent::WindowActivate);
+  QCoreApplication::sendEvent(shown.desk.window(*shown.form), &active);
+  QTimer::singleShot(0, [&] {
+    later = true;
+    CHECK(shown.form->heard == Lines{"Activate"});
+  });
+  CHECK(comesTrue([&] { return later; }));
+}
+
 TEST_CASE("What a handler throws reaches the trap and not the toolkit") {
   Shown shown;
   int trapped = 0;

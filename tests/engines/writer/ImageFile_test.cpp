@@ -104,6 +104,13 @@ TEST_CASE("The volume label stands as given, up to 32 characters in the primary 
   CHECK(label == "Summer of the lo");
 }
 
+TEST_CASE("An image tells what made it") {
+  ImageWorld world;
+  CHECK(world.add("\\a", "x"));
+  REQUIRE(world.make());
+  CHECK(world.isoinfo("-d").find("Application id: TRACKLOOM\n") != std::string::npos);
+}
+
 TEST_CASE("Files have their own dates in both trees") {
   ImageWorld world;
   const HostPath source = world.folder.file("source", "x");
