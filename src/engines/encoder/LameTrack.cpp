@@ -8,6 +8,7 @@ namespace trackloom::engines::encoder {
 
 namespace {
 
+constexpr int sampleRate = 44100;
 constexpr int channels = 2;
 /// What the library may hold back from earlier calls, by its own documentation.
 constexpr std::size_t heldBack = 7200;
@@ -28,9 +29,11 @@ unsigned char* memoryOf(std::vector<std::byte>& bytes) {
 
 }  // namespace
 
-/// By itself the library makes streams of a constant rate from the samples of a disc, and writes the Info header.
+/// By itself the library takes the samples of a disc, makes streams of a constant rate and writes the Info header, but
+/// gives those of a low rate fewer samples.
 LameTrack::LameTrack(std::int32_t kbps) : lame_(lame_init()) {
   if (!lame_) throw failure("has no memory");
+  lame_set_out_samplerate(lame_.get(), sampleRate);
   lame_set_brate(lame_.get(), kbps);
   if (lame_init_params(lame_.get()) < 0) throw failure("does not know " + std::to_string(kbps) + " kbps");
 }

@@ -93,7 +93,7 @@ std::vector<int> ratesOf(const std::string& file) {
 
 TEST_CASE("Every rate gives a plain stream of that rate and of the whole length") {
   const auto encoder = LameEncoders().create();
-  for (const std::int32_t kbps : {128, 160, 192, 224, 256, 320}) {
+  for (const std::int32_t kbps : {64, 96, 112, 128, 160, 192, 224, 256, 320}) {
     CAPTURE(kbps);
     encoder->SetBitRate(kbps);
     CHECK(encoder->Encoder().BitRate() == kbps);
