@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <map>
+#include <optional>
 #include <thread>
 
 #include "engines/ground/EngineSettings.h"
@@ -67,10 +68,15 @@ std::map<std::string, std::pair<std::string, fs::file_time_type>> filesOf(const 
   return files;
 }
 
-bool comes(const TempFolder& folder, const std::string& file) {
-  for (int tenths = 0; tenths < 600 && !folder.has(file); ++tenths)
-    std::this_thread::sleep_for(std::chrono::milliseconds(100));
-  return folder.has(file);
+/// The drives that a process has remembered in its Engines.ini: with the options the last of what its start writes.
+std::optional<std::string> drives(const TempFolder& folder) {
+  return folder.has("Engines.ini") ? IniFile::parse(folder.read("Engines.ini")).value("drives", "1") : std::nullopt;
+}
+
+bool hasStarted(const TempFolder& folder) {
+  const auto has = [&] { return folder.has("Options.dat") && drives(folder); };
+  for (int tenths = 0; tenths < 600 && !has(); ++tenths) std::this_thread::sleep_for(std::chrono::milliseconds(100));
+  return has();
 }
 
 }  // namespace
@@ -80,8 +86,7 @@ TEST_CASE("E008: A second process of the program ends by itself and touches no f
   fs::copy(TRACKLOOM_PROGRAM, folder.path(), fs::copy_options::recursive);
   folder.write("NoShow.dat", "");
   RunningProgram first(folder / "trackloom");
-  REQUIRE(comes(folder, "Options.dat"));
-  REQUIRE(comes(folder, "Engines.ini"));
+  REQUIRE(hasStarted(folder));
   folder.write("Trackloom.dsl", "as the first process left it");
   const auto before = filesOf(folder);
 
@@ -99,10 +104,8 @@ TEST_CASE("The first process explains what can be set of its engines, and rememb
   fs::copy(TRACKLOOM_PROGRAM, folder.path(), fs::copy_options::recursive);
   folder.write("NoShow.dat", "");
   RunningProgram first(folder / "trackloom");
-  const auto drives = [&] { return IniFile::parse(folder.read("Engines.ini")).value("drives", "1"); };
-  for (int tenths = 0; tenths < 600 && !drives(); ++tenths) std::this_thread::sleep_for(std::chrono::milliseconds(100));
-  REQUIRE(drives());
-  CHECK(drives()->find("|CD Recorder") != std::string::npos);
+  REQUIRE(hasStarted(folder));
+  CHECK(drives(folder)->find("|CD Recorder") != std::string::npos);
   TempFolder explained;
   engines::explainEngineSettings(HostPath(explained.path()));
   CHECK(folder.read("Engines.ini").starts_with(explained.read("Engines.ini")));
