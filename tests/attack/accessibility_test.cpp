@@ -286,6 +286,7 @@ void Bout::step() {
 
 void Bout::change(Form& form, QWidget& window) {
   const auto& controls = form.controls();
+  if (controls.empty()) return;
   for (int count = 0; count < 4; ++count)
     hand_.touch(*controls[static_cast<std::size_t>(dice_.below(static_cast<int>(controls.size())))]);
   for (Control* control : controls) {
