@@ -105,9 +105,10 @@ bool RecorderFolder::trayIsEmpty() const {
 }
 
 bool RecorderFolder::lock() const {
-  // Who asks whether the recorder is busy has it for a moment, and eject and insert have it for little more.
+  // Who asks whether the recorder is busy has it for a moment, and eject and insert have it for little more, but on a
+  // machine under load each may lose the processor meanwhile.
   constexpr std::chrono::milliseconds moment{1};
-  for (int tries = 50; flock(folder_.get(), LOCK_EX | LOCK_NB) != 0; --tries) {
+  for (int tries = 250; flock(folder_.get(), LOCK_EX | LOCK_NB) != 0; --tries) {
     if (errno != EWOULDBLOCK) throwSystemError("cannot lock the recorder's folder");
     if (tries == 0) return false;
     std::this_thread::sleep_for(moment);

@@ -277,12 +277,11 @@ TEST_CASE("A look at the same moment does not keep an operation from the recorde
   REQUIRE(flock(looker.get(), LOCK_SH | LOCK_NB) == 0);
   CHECK_FALSE(hands.shelf.look().busy);
   FileDescriptor leaver(dup(looker.get()));
-  std::thread leaves([&] {
+  const std::jthread leaves([&] {
     std::this_thread::sleep_for(std::chrono::milliseconds(5));
     flock(leaver.get(), LOCK_UN);
   });
   hands.shelf.eject();
-  leaves.join();
   CHECK(names(hands.box.tray()).size() == 1);
 }
 
