@@ -133,6 +133,25 @@ TEST_CASE("A box stands before a window of the program, though the user works in
   CHECK(before == forms.desk.window(*forms.first)->windowHandle());
 }
 
+TEST_CASE(
+    "A box stands before the modal form, though the window system still takes the one behind it for the active one") {
+  TwoForms forms;
+  QWindow* before = nullptr;
+  QTimer::singleShot(0, qApp, [&] {
+    QWidget* behind = forms.desk.window(*forms.first);
+    behind->activateWindow();
+    REQUIRE(QTest::qWaitForWindowActive(behind));
+    QTimer::singleShot(0, qApp, [&] {
+      before = QApplication::activeModalWidget()->windowHandle()->transientParent();
+      QApplication::activeModalWidget()->close();
+    });
+    QtMessageBoxes(forms.desk).show({"t", "x", BoxButtons::Ok, BoxIcon::Information});
+    forms.second->hide();
+  });
+  forms.second->showModal(forms.first.get());
+  CHECK(before == forms.desk.window(*forms.second)->windowHandle());
+}
+
 TEST_CASE("No shortcut and no drop reaches a window behind a box, wherever the window system sends them") {
   trial::LiveProgram live;
   live.startQuietly();

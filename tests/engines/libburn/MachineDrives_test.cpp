@@ -96,8 +96,7 @@ TEST_CASE("A drive that never answers holds the start up no longer than the limi
   machine.plug("sr1", "second", "");
   REQUIRE(machine.start() == Lines{"D writer", "E second", "F CD Recorder"});
   machine.plug("sr0", "writer", "hangs = yes\n");
-  CHECK(machine.start(std::chrono::seconds(2)) ==
-        Lines{"D writer (not connected)", "E second", "F CD Recorder"});
+  CHECK(machine.start(std::chrono::seconds(2)) == Lines{"D writer (not connected)", "E second", "F CD Recorder"});
   CHECK(machine.readers() == Lines{"D writer (not connected)", "E second", "F CD Recorder"});
   CHECK(machine.told == Lines{"the drive /dev/sr0 does not answer; it is looked for again at the next start"});
   CHECK(machine.drives->whyNone().empty());
