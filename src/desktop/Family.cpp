@@ -80,11 +80,10 @@ bool Family::takesInput(const QWidget& window) const {
 
 QWidget* Family::front() const {
   QWidget* active = QApplication::activeWindow();
-  if (!stands(active) || !owns(active)) active = nullptr;
   // The window system may be late: a dialog that has come is in front before it is the active window.
-  if (active != nullptr && takesInput(*active)) return active;
+  if (stands(active) && owns(active) && takesInput(*active)) return active;
   QWidget* modal = QApplication::activeModalWidget();
-  return stands(modal) && owns(modal) ? modal : active;
+  return stands(modal) && owns(modal) ? modal : nullptr;
 }
 
 bool Family::eventFilter(QObject* receiver, QEvent* event) {
