@@ -209,8 +209,9 @@ TEST_CASE("A box over a hidden dialog's work can be answered") {
   BoxAnswer answer = BoxAnswer::Ok;
   forms.second->cmdOK.Click = [&] {
     forms.second->hide();
-    QTimer::singleShot(0, qApp, [] {
+    QTimer::singleShot(0, qApp, [&] {
       auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+      CHECK(box->windowHandle()->transientParent() == forms.desk.window(*forms.first)->windowHandle());
       clickInWindow(*box->button(QMessageBox::No));
     });
     answer = boxes.show({"t", "x", BoxButtons::YesNo, BoxIcon::Question});
