@@ -14,12 +14,14 @@ set(TRACKLOOM_SANITIZE "" CACHE STRING "Sanitizers for the whole build, such as 
 
 # What the builds with and without sanitizers share is compiled once where there is a cache, to which both of them look alike; the
 # linker is the quicker one where there is one. What users run is built by Debian's own tools alone, and without the headers that
-# targets parse once for all of their files, so that a file that lacks the line for such a header fails there.
+# targets parse once for all of their files, so that a file that lacks the line for such a header fails there. The cache compares the
+# bytes of all files that a compilation reads (CCACHE_DEPEND). Going by what the preprocessor leaves of them it would give back headers
+# parsed with other comments, and `#pragma once` takes one of those for another file and reads it twice.
 find_program(TRACKLOOM_CACHE ccache)
 find_program(TRACKLOOM_LINKER mold)
 if(CMAKE_BUILD_TYPE STREQUAL Debug)
   if(TRACKLOOM_CACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
-    set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env CCACHE_NOHASHDIR=1 CCACHE_BASEDIR=${CMAKE_BINARY_DIR}
+    set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env CCACHE_NOHASHDIR=1 CCACHE_DEPEND=1 CCACHE_BASEDIR=${CMAKE_BINARY_DIR}
                                     CCACHE_SLOPPINESS=pch_defines,time_macros ${TRACKLOOM_CACHE})
   endif()
   if(TRACKLOOM_LINKER)
