@@ -133,6 +133,33 @@ TEST_CASE("A box stands before a window of the program, though the user works in
   CHECK(before == forms.desk.window(*forms.first)->windowHandle());
 }
 
+TEST_CASE("Of two windows that take input a box stands before the one in which the user works") {
+  TwoForms forms;
+  forms.second->show();
+  QWidget* active = forms.desk.window(*forms.first);
+  active->activateWindow();
+  REQUIRE(QTest::qWaitForWindowActive(active));
+  QWindow* before = nullptr;
+  QTimer::singleShot(0, qApp, [&] {
+    before = QApplication::activeModalWidget()->windowHandle()->transientParent();
+    QApplication::activeModalWidget()->close();
+  });
+  QtMessageBoxes(forms.desk).show({"t", "x", BoxButtons::Ok, BoxIcon::Information});
+  CHECK(before == active->windowHandle());
+}
+
+TEST_CASE("A window behind a modal form still takes the size that the window system gives it") {
+  TwoForms forms;
+  QWidget* behind = forms.desk.window(*forms.first);
+  const QSize larger = behind->size() + QSize(40, 30);
+  QTimer::singleShot(0, qApp, [&] {
+    behind->windowHandle()->resize(larger);
+    CHECK(comesTrue([&] { return behind->size() == larger; }));
+    forms.second->hide();
+  });
+  forms.second->showModal(forms.first.get());
+}
+
 TEST_CASE(
     "A box stands before the modal form, though the window system still takes the one behind it for the active one") {
   TwoForms forms;
@@ -188,6 +215,7 @@ TEST_CASE("While the files of a hidden dialog come in, no window takes input, af
     keyInWindow(*forms.desk.window(*forms.first), Qt::Key_Escape);
     QCloseEvent close;
     QCoreApplication::sendEvent(forms.desk.window(*forms.first)->windowHandle(), &close);
+    CHECK_FALSE(close.isAccepted());
     QCoreApplication::processEvents();
   };
   forms.second->cmdOK.Click = [&] {
