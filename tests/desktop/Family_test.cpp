@@ -60,6 +60,17 @@ struct TwoForms {
   TwoForms() { first->show(); }
 
   QPushButton& ok(Form& form) { return in<QPushButton>(*desk.window(form), "cmdOK"); }
+
+  /// Shows a box and closes it.
+  QWindow* windowBeforeBox() {
+    QWindow* before = nullptr;
+    QTimer::singleShot(0, qApp, [&] {
+      before = QApplication::activeModalWidget()->windowHandle()->transientParent();
+      QApplication::activeModalWidget()->close();
+    });
+    QtMessageBoxes(desk).show({"t", "x", BoxButtons::Ok, BoxIcon::Information});
+    return before;
+  }
 };
 
 }  // namespace
@@ -124,13 +135,7 @@ TEST_CASE("A box stands before a window of the program, though the user works in
   Stranger stranger;
   stranger.window.activateWindow();
   REQUIRE(QTest::qWaitForWindowActive(&stranger.window));
-  QWindow* before = nullptr;
-  QTimer::singleShot(0, qApp, [&] {
-    before = QApplication::activeModalWidget()->windowHandle()->transientParent();
-    QApplication::activeModalWidget()->close();
-  });
-  QtMessageBoxes(forms.desk).show({"t", "x", BoxButtons::Ok, BoxIcon::Information});
-  CHECK(before == forms.desk.window(*forms.first)->windowHandle());
+  CHECK(forms.windowBeforeBox() == forms.desk.window(*forms.first)->windowHandle());
 }
 
 TEST_CASE("Of two windows that take input a box stands before the one in which the user works") {
@@ -139,13 +144,7 @@ TEST_CASE("Of two windows that take input a box stands before the one in which t
   QWidget* active = forms.desk.window(*forms.first);
   active->activateWindow();
   REQUIRE(QTest::qWaitForWindowActive(active));
-  QWindow* before = nullptr;
-  QTimer::singleShot(0, qApp, [&] {
-    before = QApplication::activeModalWidget()->windowHandle()->transientParent();
-    QApplication::activeModalWidget()->close();
-  });
-  QtMessageBoxes(forms.desk).show({"t", "x", BoxButtons::Ok, BoxIcon::Information});
-  CHECK(before == active->windowHandle());
+  CHECK(forms.windowBeforeBox() == active->windowHandle());
 }
 
 TEST_CASE("A window behind a modal form still takes the size that the window system gives it") {
@@ -168,11 +167,7 @@ TEST_CASE(
     QWidget* behind = forms.desk.window(*forms.first);
     behind->activateWindow();
     REQUIRE(QTest::qWaitForWindowActive(behind));
-    QTimer::singleShot(0, qApp, [&] {
-      before = QApplication::activeModalWidget()->windowHandle()->transientParent();
-      QApplication::activeModalWidget()->close();
-    });
-    QtMessageBoxes(forms.desk).show({"t", "x", BoxButtons::Ok, BoxIcon::Information});
+    before = forms.windowBeforeBox();
     forms.second->hide();
   });
   forms.second->showModal(forms.first.get());
