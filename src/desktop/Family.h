@@ -20,7 +20,7 @@ class Family final : public QObject {
   bool owns(const QWidget* window) const;
   bool takesInput(const QWidget& window) const;
   /// The window before which a new one is to stand: the active member if it takes input, else the modal one that was
-  /// shown last, to which the window system has yet to give the keyboard; null where there is neither.
+  /// shown last, since the window system may be late or the user works in a stranger; null where there is neither.
   QWidget* front() const;
 
   /// The window's turn to be the modal one, for as long as this lives; then `before` is the active one again.
